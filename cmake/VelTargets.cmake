@@ -1,0 +1,40 @@
+# The one target with the compiler options, and the functions that make the
+# project's libraries, programs and tests from it.
+
+include_guard(GLOBAL)
+
+add_library(vel_options INTERFACE)
+target_compile_features(vel_options INTERFACE cxx_std_20)
+target_include_directories(vel_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_definitions(vel_options INTERFACE
+  VEL_VERSION_MAJOR=${PROJECT_VERSION_MAJOR}
+  VEL_VERSION_MINOR=${PROJECT_VERSION_MINOR}
+  VEL_VERSION_REVISION=${PROJECT_VERSION_PATCH})
+target_compile_options(vel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${VEL_WERROR}>:-Werror>)
+if(VEL_SANITIZE)
+  target_compile_options(vel_options INTERFACE
+    -fsanitize=${VEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(vel_options INTERFACE -fsanitize=${VEL_SANITIZE})
+endif()
+if(WIN32)
+  target_compile_definitions(vel_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN
+                             _WIN32_WINNT=0x0A00)
+  target_link_options(vel_options INTERFACE -static)
+endif()
+
+# vel_logic(NAME SOURCES ... LINKS ...): a library of standard C++, never Qt.
+function(vel_logic name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC vel_options ${ARG_LINKS})
+endfunction()
+
+# vel_windows(NAME SOURCES ... LINKS ...): a library of windows.
+function(vel_windows name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON)
+  target_compile_definitions(${name} PUBLIC QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
+  target_link_libraries(${name} PUBLIC vel_options Qt6::Widgets ${ARG_LINKS})
+endfunction()

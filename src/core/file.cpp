@@ -1,0 +1,211 @@
+#include "core/file.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "core/platform.h"
+
+namespace vel {
+namespace {
+
+constexpr std::size_t kWriteBuffer = std::size_t{1} << 18;
+
+std::string lowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& c : lower) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+  }
+  return lower;
+}
+
+}  // namespace
+
+std::filesystem::path toPath(std::string_view utf8) {
+  return std::filesystem::path(
+      std::u8string_view(reinterpret_cast<const char8_t*>(utf8.data()), utf8.size()));
+}
+
+std::string toUtf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return std::string(text.begin(), text.end());
+}
+
+Result<InputFile> InputFile::open(const std::filesystem::path& path) {
+  Result<std::intptr_t> handle = platform::openForReading(path);
+  if (!handle) return handle.error();
+  return InputFile(*handle);
+}
+
+InputFile::InputFile(InputFile&& other) noexcept
+    : handle_(std::exchange(other.handle_, platform::kNoFile)) {}
+
+InputFile& InputFile::operator=(InputFile&& other) noexcept {
+  std::swap(handle_, other.handle_);
+  return *this;
+}
+
+InputFile::~InputFile() {
+  // Nothing is lost when the close of a file that was only read fails.
+  if (handle_ != platform::kNoFile) static_cast<void>(platform::closeFile(handle_));
+}
+
+Result<std::size_t> InputFile::read(char* data, std::size_t size) {
+  return platform::readSome(handle_, data, size);
+}
+
+OutputFile::OutputFile(std::intptr_t handle) : handle_(handle) { buffer_.reserve(kWriteBuffer); }
+
+Result<OutputFile> OutputFile::create(const std::filesystem::path& path) {
+  Result<std::intptr_t> handle = platform::openForWriting(path);
+  if (!handle) return handle.error();
+  return OutputFile(*handle);
+}
+
+OutputFile::OutputFile(OutputFile&& other) noexcept
+    : handle_(std::exchange(other.handle_, platform::kNoFile)), buffer_(std::move(other.buffer_)) {}
+
+OutputFile::~OutputFile() {
+  // Without finish() the content is given up anyway.
+  if (handle_ != platform::kNoFile) static_cast<void>(platform::closeFile(handle_));
+}
+
+Status OutputFile::write(std::string_view bytes) {
+  if (buffer_.size() + bytes.size() > kWriteBuffer) {
+    if (const Status flushed = flush(); !flushed) return flushed;
+  }
+  if (bytes.size() > kWriteBuffer) return platform::writeAll(handle_, bytes);
+  buffer_ += bytes;
+  return {};
+}
+
+Status OutputFile::copyPermissions(const std::filesystem::path& from) {
+  return platform::copyPermissions(handle_, from);
+}
+
+Status OutputFile::flush() {
+  const Status written = platform::writeAll(handle_, buffer_);
+  buffer_.clear();
+  return written;
+}
+
+Status OutputFile::finish() {
+  Status status = flush();
+  if (status) status = platform::flushToDisk(handle_);
+  const Status closed = platform::closeFile(std::exchange(handle_, platform::kNoFile));
+  return status ? closed : status;
+}
+
+Status renameFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+  return platform::rename(from, to, false);
+}
+
+Status replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+  return platform::rename(from, to, true);
+}
+
+Status removeFile(const std::filesystem::path& path) {
+  std::error_code error;
+  if (std::filesystem::remove(path, error)) return {};
+  if (!error) return ErrorNumber::fileNotFound;
+  return error == std::errc::io_error ? ErrorNumber::deviceIo : ErrorNumber::permissionDenied;
+}
+
+Status flushFolder(const std::filesystem::path& folder) { return platform::flushFolder(folder); }
+
+bool fileExists(const std::filesystem::path& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+}
+
+Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entries(folder, error);
+  if (error) {
+    return error == std::errc::permission_denied ? ErrorNumber::permissionDenied
+                                                 : ErrorNumber::pathNotFound;
+  }
+  std::vector<std::string> names;
+  for (; entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    std::error_code ignored;
+    if (!entries->is_directory(ignored)) names.push_back(toUtf8(entries->path().filename()));
+    if (error) return ErrorNumber::deviceIo;
+  }
+  std::sort(names.begin(), names.end(), [](const std::string& left, const std::string& right) {
+    const int order = lowerAscii(left).compare(lowerAscii(right));
+    return order != 0 ? order < 0 : left < right;
+  });
+  return names;
+}
+
+bool equalIgnoringCase(std::string_view left, std::string_view right) {
+  return left.size() == right.size() && lowerAscii(left) == lowerAscii(right);
+}
+
+std::optional<std::filesystem::path> findFile(const std::filesystem::path& folder,
+                                              std::string_view name) {
+  const std::filesystem::path exact = folder / toPath(name);
+  if (fileExists(exact)) return exact;
+  if (platform::fileNamesIgnoreCase()) return std::nullopt;
+  const Result<std::vector<std::string>> names = listFolder(folder);
+  if (!names) return std::nullopt;
+  const auto match = std::find_if(names->begin(), names->end(), [&](const std::string& other) {
+    return equalIgnoringCase(other, name);
+  });
+  if (match == names->end()) return std::nullopt;
+  return folder / toPath(*match);
+}
+
+std::filesystem::path fileIn(const std::filesystem::path& folder, std::string_view name) {
+  const auto found = findFile(folder, name);
+  return found ? *found : folder / toPath(name);
+}
+
+bool isSafeFileName(std::string_view name) {
+  if (name.find("..") != std::string_view::npos) return false;
+  return std::none_of(name.begin(), name.end(), [](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return byte < 0x20 || byte == 0x7F || c == '/' || c == '\\' || c == ':';
+  });
+}
+
+std::optional<std::filesystem::path> FolderIndex::find(std::string_view name) {
+  refresh();
+  const std::string key = lowerAscii(name);
+  const auto first = std::lower_bound(
+      names_.begin(), names_.end(), key,
+      [](const auto& entry, const std::string& wanted) { return entry.first < wanted; });
+  if (first == names_.end() || first->first != key) return std::nullopt;
+  for (auto entry = first; entry != names_.end() && entry->first == key; ++entry) {
+    if (entry->second == name) return folder_ / toPath(entry->second);
+  }
+  return folder_ / toPath(first->second);
+}
+
+void FolderIndex::refresh() {
+  std::error_code error;
+  const auto changedAt = std::filesystem::last_write_time(folder_, error);
+  if (error) {
+    names_.clear();
+    settled_ = false;
+    return;
+  }
+  if (settled_ && changedAt == listedAt_) return;
+  // A folder that changed a moment ago may change again within the same tick
+  // of its clock: such a listing is not kept.
+  settled_ = std::filesystem::file_time_type::clock::now() - changedAt > std::chrono::seconds(2);
+  listedAt_ = changedAt;
+  names_.clear();
+  const Result<std::vector<std::string>> listed = listFolder(folder_);
+  if (!listed) {
+    settled_ = false;
+    return;
+  }
+  for (const std::string& listedName : *listed) {
+    names_.emplace_back(lowerAscii(listedName), listedName);
+  }
+  std::sort(names_.begin(), names_.end());
+}
+
+}  // namespace vel

@@ -1,0 +1,127 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/result.h"
+
+namespace vel {
+
+/// A path from UTF-8 text, and back.
+[[nodiscard]] std::filesystem::path toPath(std::string_view utf8);
+[[nodiscard]] std::string toUtf8(const std::filesystem::path& path);
+
+/// A file open for reading; closed with the object. Other programs may read,
+/// write, rename and remove the file meanwhile.
+class InputFile {
+ public:
+  /// 53 when there is none, 76 when its folder is missing, 70 when refused
+  /// (also for a folder), 57 otherwise.
+  static Result<InputFile> open(const std::filesystem::path& path);
+
+  InputFile(InputFile&& other) noexcept;
+  InputFile& operator=(InputFile&& other) noexcept;
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile();
+
+  /// Reads up to `size` bytes; 0 at the end of the file.
+  Result<std::size_t> read(char* data, std::size_t size);
+
+ private:
+  explicit InputFile(std::intptr_t handle) : handle_(handle) {}
+  std::intptr_t handle_;
+};
+
+/// A file being written. Unless finish() succeeded, nothing may be relied on:
+/// the destructor closes the file but keeps whatever was written.
+class OutputFile {
+ public:
+  /// Creates the file, or empties an existing one.
+  static Result<OutputFile> create(const std::filesystem::path& path);
+
+  OutputFile(OutputFile&& other) noexcept;
+  OutputFile& operator=(OutputFile&& other) = delete;
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  /// Appends through a buffer; 61 when the disk is full.
+  Status write(std::string_view bytes);
+
+  /// Gives the file the permissions of another one, where the platform has
+  /// permissions that a rename would otherwise lose.
+  Status copyPermissions(const std::filesystem::path& from);
+
+  /// Writes what is buffered, flushes it to the disk and closes. After it,
+  /// failed or not, the file is closed.
+  Status finish();
+
+ private:
+  explicit OutputFile(std::intptr_t handle);
+  Status flush();
+
+  std::intptr_t handle_;
+  std::string buffer_;
+};
+
+/// Renames within one volume. 58 when the target exists, 75 when refused
+/// (held by another program, or access denied), 53 when the source is missing.
+Status renameFile(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// As renameFile, but puts the source in the place of an existing target.
+Status replaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
+
+/// Removes a file; 53 when there is none.
+Status removeFile(const std::filesystem::path& path);
+
+/// Flushes the folder's entries to the disk, so that renames in it last.
+Status flushFolder(const std::filesystem::path& folder);
+
+/// True when the path names something that is not a folder.
+[[nodiscard]] bool fileExists(const std::filesystem::path& path);
+
+/// The names of the folder's files (no folders), sorted by name with letter
+/// case ignored, as UTF-8. 76 when there is no such folder.
+Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder);
+
+/// The folder's file of that name whatever its letter case (ASCII letters):
+/// the exact name first, else the first match by name. Nothing when none.
+[[nodiscard]] std::optional<std::filesystem::path> findFile(const std::filesystem::path& folder,
+                                                            std::string_view name);
+
+/// The path under which a file of that name is read or written: where it was
+/// found whatever its letter case, else the folder joined with the name.
+[[nodiscard]] std::filesystem::path fileIn(const std::filesystem::path& folder,
+                                           std::string_view name);
+
+/// True when a name that came over the air stays within its folder: no
+/// separator, no colon, no "..", no control character.
+[[nodiscard]] bool isSafeFileName(std::string_view name);
+
+/// True when two texts are equal with the case of ASCII letters ignored.
+[[nodiscard]] bool equalIgnoringCase(std::string_view left, std::string_view right);
+
+/// Answers, row after row, whether a folder holds a file, whatever the case of
+/// its name. The listing is kept while the folder itself does not change.
+class FolderIndex {
+ public:
+  explicit FolderIndex(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+  /// The path of the file of that name, or nothing.
+  [[nodiscard]] std::optional<std::filesystem::path> find(std::string_view name);
+
+ private:
+  void refresh();
+
+  std::filesystem::path folder_;
+  std::filesystem::file_time_type listedAt_{};
+  bool settled_ = false;
+  std::vector<std::pair<std::string, std::string>> names_;  // lower-case name, name; sorted
+};
+
+}  // namespace vel

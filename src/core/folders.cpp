@@ -1,0 +1,21 @@
+#include "core/folders.h"
+
+namespace vel {
+
+Folders Folders::of(const std::filesystem::path& programFolder) {
+  std::error_code error;
+  std::filesystem::path program =
+      std::filesystem::absolute(programFolder, error).lexically_normal();
+  // "dir/" and "dir" are one folder, and have one parent.
+  if (!program.has_filename() && program.has_relative_path()) program = program.parent_path();
+  Folders folders;
+  folders.program = program;
+  folders.base = program.parent_path();
+  folders.data = folders.base / "data";
+  folders.logs = folders.base / "logs";
+  folders.eachLogs = folders.logs / "EachLogs";
+  folders.pics = folders.base / "pics";
+  return folders;
+}
+
+}  // namespace vel

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace vel {
+
+/// The folders of one station. Every path of the program is built from the
+/// program folder; the working folder does not matter.
+struct Folders {
+  std::filesystem::path program;   ///< vel.env, services.ini, temp.kml
+  std::filesystem::path base;      ///< the program folder's parent
+  std::filesystem::path data;      ///< the five tables
+  std::filesystem::path logs;      ///< the dated logs
+  std::filesystem::path eachLogs;  ///< one raw log for each aircraft
+  std::filesystem::path pics;      ///< photos and noimage.jpg
+
+  /// The folders that go with a program folder (made absolute).
+  static Folders of(const std::filesystem::path& programFolder);
+};
+
+}  // namespace vel

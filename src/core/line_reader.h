@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "core/file.h"
+#include "core/result.h"
+
+namespace vel {
+
+/// The lines of a file, one after another, read in large blocks. A line ends
+/// with LF or CR LF; the last one may end with the file. Memory stays bounded
+/// by the longest line allowed, whatever the file holds.
+class LineReader {
+ public:
+  /// The longest line that is handed out whole, in bytes.
+  static constexpr std::size_t kLongestLine = std::size_t{1} << 20;
+
+  explicit LineReader(InputFile file, std::size_t longestLine = kLongestLine);
+
+  /// The next line without its line end, or nothing at the end of the file.
+  /// The view lives until the next call. A longer line is cut at the limit.
+  Result<std::optional<std::string_view>> next();
+
+  /// True when the line just handed out was longer than the limit.
+  [[nodiscard]] bool wasCut() const { return wasCut_; }
+
+  /// Bytes consumed so far, line ends included.
+  [[nodiscard]] std::size_t bytesRead() const { return consumed_; }
+
+ private:
+  Result<bool> fill();
+
+  InputFile file_;
+  std::size_t longestLine_;
+  std::vector<char> buffer_;
+  std::size_t begin_ = 0;
+  std::size_t end_ = 0;
+  std::size_t consumed_ = 0;
+  bool atEnd_ = false;
+  bool skipping_ = false;
+  bool wasCut_ = false;
+};
+
+}  // namespace vel

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace vel {
+
+/// The rows of a list, kept as the bytes of their fields joined by one
+/// separator: 16 bytes for a row beside its text. Rows are only added, changed
+/// in place, or cleared all at once.
+class RowStore {
+ public:
+  explicit RowStore(char separator) : separator_(separator) {}
+
+  [[nodiscard]] std::size_t size() const { return rows_.size(); }
+
+  /// Adds a row; the text is copied.
+  void append(std::string_view row);
+
+  /// The whole row. The view lives until the row is changed or cleared.
+  [[nodiscard]] std::string_view row(std::size_t index) const {
+    const Row& row = rows_[index];
+    return {row.text, row.length};
+  }
+
+  /// One field (0-based), empty when the row has fewer.
+  [[nodiscard]] std::string_view field(std::size_t index, std::size_t field) const;
+
+  /// Puts bytes without the separator into one field of a row.
+  void setField(std::size_t index, std::size_t field, std::string_view bytes);
+
+  void clear();
+
+  /// Bytes of memory for all rows beside their text.
+  [[nodiscard]] std::size_t overhead() const;
+
+ private:
+  struct Row {
+    const char* text;
+    std::size_t length;
+  };
+
+  const char* keep(std::string_view text);
+
+  char separator_;
+  std::vector<Row> rows_;
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  std::size_t blockUsed_ = 0;
+  std::size_t blockSize_ = 0;
+  std::size_t reserved_ = 0;  // of all blocks
+  std::size_t kept_ = 0;      // bytes of text in use
+};
+
+/// The field (0-based) of a text, empty when there are fewer.
+[[nodiscard]] std::string_view fieldOf(std::string_view text, char separator, std::size_t field);
+
+}  // namespace vel

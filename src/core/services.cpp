@@ -1,0 +1,49 @@
+#include "core/services.h"
+
+#include <map>
+
+#include "core/line_reader.h"
+
+namespace vel {
+
+Services Services::load(const std::filesystem::path& file) {
+  Services services;
+  Result<InputFile> opened = InputFile::open(file);
+  if (!opened) return services;
+  const std::map<std::string_view, std::string*> members = {
+      {"airliner", &services.airliner},
+      {"jetphotos", &services.jetphotos},
+      {"planepictures", &services.planepictures},
+      {"feeyo", &services.feeyo},
+      {"flightstats", &services.flightstats},
+      {"homepage", &services.homepage},
+      {"flightaware", &services.flightaware},
+      {"flytecomm", &services.flytecomm},
+      {"airframes", &services.airframes},
+      {"libhomeradar", &services.libhomeradar},
+      {"kloth", &services.kloth},
+      {"airportsearch", &services.airportsearch},
+      {"conversion", &services.conversion},
+      {"encoding", &services.encoding},
+  };
+  LineReader lines(std::move(*opened));
+  while (true) {
+    const auto line = lines.next();
+    if (!line || !*line) return services;
+    std::string_view text = Trim(**line);
+    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+    const std::size_t equals = text.find('=');
+    if (equals == std::string_view::npos || text.front() == ';' || text.front() == '#') continue;
+    const auto member = members.find(Trim(text.substr(0, equals)));
+    std::string_view value = Trim(text.substr(equals + 1));
+    while (value.ends_with('/')) value.remove_suffix(1);
+    if (member != members.end() && !value.empty()) *member->second = value;
+  }
+}
+
+Encoding Services::textEncoding() const {
+  Result<Encoding> chosen = Encoding::named(encoding);
+  return chosen ? *chosen : Encoding::codePage932();
+}
+
+}  // namespace vel

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/result.h"
+
+namespace vel {
+
+namespace platform {
+class Transcoder;
+}
+
+/// The byte encoding of tables, settings and logs: Windows code page 932
+/// unless the user chose another one whose comma, quote and line end are
+/// ASCII. Copies share the platform's converter; one thread uses it.
+class Encoding {
+ public:
+  /// Windows code page 932.
+  static Encoding codePage932();
+
+  /// The encoding of that name ("UTF-8", "windows-1252"), or an error when the
+  /// platform does not know it or its comma, quote or line end are not ASCII.
+  static Result<Encoding> named(const std::string& name);
+
+  /// Bytes to UTF-8. Bytes that are no character give U+FFFD each.
+  [[nodiscard]] std::string decode(std::string_view bytes) const;
+
+  /// UTF-8 to bytes, or nothing when the encoding cannot hold the text.
+  [[nodiscard]] std::optional<std::string> encode(std::string_view utf8) const;
+
+  [[nodiscard]] const std::string& name() const { return name_; }
+
+ private:
+  Encoding(std::string name, std::shared_ptr<platform::Transcoder> transcoder);
+
+  std::string name_;
+  std::shared_ptr<platform::Transcoder> transcoder_;
+};
+
+/// True when every byte is ASCII.
+[[nodiscard]] bool isAscii(std::string_view bytes);
+
+/// The helpers below work on UTF-8 text and count characters (code points).
+/// Each ill-formed byte counts as one character.
+
+[[nodiscard]] std::size_t length(std::string_view text);
+/// The first `count` characters, or all.
+[[nodiscard]] std::string_view Left(std::string_view text, std::size_t count);
+/// From the 1-based position to the end; empty when past the end.
+[[nodiscard]] std::string_view Mid(std::string_view text, std::size_t position);
+/// At most `count` characters from the 1-based position.
+[[nodiscard]] std::string_view Mid(std::string_view text, std::size_t position, std::size_t count);
+/// The last `count` characters, or all.
+[[nodiscard]] std::string_view Right(std::string_view text, std::size_t count);
+/// Without the blanks (0x20 only) on both sides.
+[[nodiscard]] std::string_view Trim(std::string_view text);
+/// Lower case of every letter that has one, full-width and accented included.
+[[nodiscard]] std::string toLower(std::string_view text);
+/// Upper case of every letter that has one.
+[[nodiscard]] std::string toUpper(std::string_view text);
+
+/// The pieces between the separators; an empty text gives one empty piece.
+[[nodiscard]] std::vector<std::string_view> split(std::string_view text, char separator);
+
+/// True when the text holds a comma or a double quote: the two characters that
+/// no table field can hold.
+[[nodiscard]] bool hasIllegalCharacter(std::string_view text);
+
+}  // namespace vel

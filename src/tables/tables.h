@@ -1,0 +1,100 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/folders.h"
+#include "core/result.h"
+#include "core/text.h"
+
+namespace vel {
+
+/// What FLIGHT.csv says about one flight.
+struct FlightRoute {
+  std::string departure;    ///< first four characters of field 2
+  std::string destination;  ///< field 2 from its fifth character on
+  std::string remark;
+};
+
+/// What letter.csv says about the airline of a flight.
+struct Airline {
+  bool found = false;
+  std::string threeLetter;
+  std::string display;
+  std::string company;      ///< empty unless the matching line has a fourth field
+  bool fourFields = false;  ///< a line read up to the match has a fourth field
+};
+
+/// The five fields of an ICAO24.csv line: address, 3-letter code, 2-letter
+/// code, registration, equipment; all empty when no line matches.
+using Icao24Record = std::array<std::string, 5>;
+
+/// Look-ups in the reference tables. Each one opens its table, reads it from
+/// the top and closes it again: nothing is kept between calls, so an edit is
+/// visible to the very next look-up. Keys and results are UTF-8. A table that
+/// cannot be opened gives the error that ends the program; a matching line
+/// without a field that is read gives ErrorNumber::incompleteRecord.
+class Tables {
+ public:
+  Tables(const Folders& folders, const Encoding& encoding);
+
+  /// Equipment of a registration: the last matching line wins. Lines without
+  /// a comma never match. Empty when there is none.
+  Result<std::string> SearchAircraft(std::string_view registration) const;
+
+  /// As SearchAircraft, but the first matching line wins.
+  Result<std::string> SchAircraft(std::string_view registration) const;
+
+  /// Route of a flight: the first matching line wins.
+  Result<std::optional<FlightRoute>> flightRoute(std::string_view flight) const;
+
+  /// As flightRoute; a missing table gives the message "Not found data\flight.csv".
+  Result<std::optional<FlightRoute>> testedFlightRoute(std::string_view flight) const;
+
+  /// True when a line's field 1 equals the two-character prefix.
+  Result<bool> letterChk(std::string_view prefix) const;
+
+  /// The airline whose field 1 contains the prefix: the first line wins.
+  Result<Airline> AirLineLoad(std::string_view prefix) const;
+
+  /// Mode 2 finds field 1 and gives field 2; any other mode finds field 2 and
+  /// gives field 1. The first equal line wins; empty when there is none.
+  Result<std::string> SchLetter(std::string_view code, int mode) const;
+
+  /// Name of the airport whose field 1 contains the code: the last line wins.
+  /// Empty, without reading, for an empty code.
+  Result<std::string> L4toName(std::string_view code) const;
+
+  /// 4-letter code of the first line whose field 2 ends in the 3-letter code.
+  Result<std::string> L3toL4(std::string_view code) const;
+
+  /// Name of the first airport whose field 1 equals the code.
+  Result<std::string> LoadAPcode(std::string_view code) const;
+
+  /// 4-letter code of the first airport whose field 2 equals the name.
+  Result<std::string> airportCodeOfName(std::string_view name) const;
+
+  /// Field 2 of every line whose field 2 contains the keyword, both in lower
+  /// case, in file order; an empty keyword gives all. A missing table gives
+  /// the message "Not found data\airport.csv".
+  Result<std::vector<std::string>> airportNames(std::string_view keyword) const;
+
+  /// The first line of at least five fields whose field 1 equals the address.
+  /// A missing table gives the message "Not found data\ICAO24.csv".
+  Result<Icao24Record> Icao24Chk(std::string_view address) const;
+
+  /// As Icao24Chk, but a missing table is no error: nothing is found.
+  Result<Icao24Record> icao24IfPresent(std::string_view address) const;
+
+  [[nodiscard]] const Folders& folders() const { return folders_; }
+  [[nodiscard]] const Encoding& encoding() const { return encoding_; }
+
+ private:
+  Folders folders_;
+  Encoding encoding_;
+};
+
+}  // namespace vel
