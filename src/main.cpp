@@ -1,1 +1,68 @@
-int main() { return 0; }
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QTimer>
+
+#include "acars/ui/acars_browser.h"
+#include "core/platform.h"
+#include "core/ui/program.h"
+#include "core/ui/qt_desktop.h"
+#include "core/version.h"
+#include "tables/rewrite.h"
+
+namespace {
+
+// Saves a picture of the window, then ends the program.
+void saveScreenshot(vel::Desktop& desktop, QWidget& window, const QString& file) {
+  const bool saved = window.grab().save(file);
+  if (!saved) qCritical("Can't write %s", qPrintable(file));
+  desktop.endProgram(saved ? 0 : 1);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("vel"));
+  QApplication::setApplicationDisplayName(QString());
+  QApplication::setApplicationVersion(QString::fromLatin1(vel::kVersion));
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QString::fromLatin1(vel::kProgramTitle));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption programFolder(
+      QStringLiteral("program-folder"),
+      QStringLiteral("Use DIR as the program folder: ../data, ../logs and ../pics stand beside it."),
+      QStringLiteral("DIR"));
+  const QCommandLineOption screenshot(
+      QStringLiteral("screenshot"),
+      QStringLiteral("Load as usual, save a picture of the window to FILE, and exit."),
+      QStringLiteral("FILE"));
+  parser.addOptions({programFolder, screenshot});
+  parser.process(application);
+
+  const std::filesystem::path folder =
+      parser.isSet(programFolder)
+          ? vel::toPath(parser.value(programFolder).toStdString())
+          : vel::platform::executableFolder();
+
+  vel::QtDesktop desktop;
+  vel::Program program(desktop, vel::Folders::of(folder));
+  program.setBrowsers(
+      [](vel::Program& owner) { return std::make_unique<vel::AcarsBrowser>(owner); }, nullptr);
+  if (parser.isSet(screenshot)) {
+    const QString file = parser.value(screenshot);
+    program.onShown = [&desktop, file](vel::BrowserWindow& window) {
+      // Leaves the window the time to be laid out and painted once.
+      QTimer::singleShot(300, &window, [&desktop, &window, file] {
+        saveScreenshot(desktop, window, file);
+      });
+    };
+  }
+  if (!program.Main()) return desktop.exitStatus();
+  vel::recoverTables(program.folders());
+  if (desktop.isEnding()) return desktop.exitStatus();
+  return QApplication::exec();
+}

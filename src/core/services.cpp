@@ -41,6 +41,10 @@ Services Services::load(const std::filesystem::path& file) {
   }
 }
 
+DefaultSearches Services::defaultSearches() const {
+  return {airliner + "/search/photo.search?regsearch=", homepage + "/?F="};
+}
+
 Encoding Services::textEncoding() const {
   Result<Encoding> chosen = Encoding::named(encoding);
   return chosen ? *chosen : Encoding::codePage932();

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <string>
 
+#include "core/settings.h"
 #include "core/text.h"
 
 namespace vel {
@@ -34,6 +35,11 @@ struct Services {
   /// are comments, unknown keys are skipped, and a slash at the end of a host
   /// is dropped. The file itself is UTF-8.
   static Services load(const std::filesystem::path& file);
+
+  /// What the user's own two searches start from: the Airliner photo search
+  /// and the flight page. Without a host for the web site the latter begins
+  /// with "/": the companion service's address is put before it when it opens.
+  [[nodiscard]] DefaultSearches defaultSearches() const;
 
   /// The encoding by its name, or code page 932 where the name is not usable.
   [[nodiscard]] Encoding textEncoding() const;

@@ -1,0 +1,124 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/line_reader.h"
+#include "core/result.h"
+#include "core/row_store.h"
+#include "core/text.h"
+#include "tables/tables.h"
+
+namespace vel {
+
+/// The columns of the ACARS list.
+enum ListColumn : int {
+  kListLine,
+  kListFlight,
+  kListPict,
+  kListRegistration,
+  kListDeparture,
+  kListDestination,
+  kListEquipment,
+  kListRemarks,
+  kListTime,
+  kListColumns
+};
+
+/// What the list shows of a log. Texts are UTF-8; an empty text passes every row.
+struct ListFilter {
+  enum Photo : int { kAll, kAvailable, kUnavailable };
+  enum TimeComparison : int { kEarlier, kPrefix, kLater };
+
+  int photo = kAll;
+  int timeComparison = kPrefix;
+  std::string time;
+  std::string flight;
+  std::string registration;
+  std::string airport;  ///< in the departure or in the destination
+  std::string equipment;
+  std::string remarks;
+  bool unknownAirlineOnly = false;  ///< only flights that letterChk does not find
+};
+
+/// The lines of a log that were no records.
+struct MalformedLines {
+  std::size_t count = 0;    ///< those with a comma at least
+  std::string example;      ///< text of the last one counted
+  std::string lineNumbers;  ///< all of them, joined by ","
+
+  /// The report that is shown once after a read; empty when there is none.
+  [[nodiscard]] std::string report() const;
+};
+
+/// The name of a day's list log ends so.
+constexpr std::string_view kListLogSuffix = "_list.csv";
+
+/// The message where there is none.
+constexpr const char* kNoListLog =
+    "Can't find correct log in the log folder. Use log function by date-naming. "
+    "logsフォルダに日付別の航空機リストのログファイルが見つかりません";
+
+/// Four digits at least: "0001".
+[[nodiscard]] std::string listLineNumber(std::size_t number);
+
+/// Reads a day's list log into rows, step by step, so that events can run in
+/// between. Rows hold fields 1 to 8 as the list shows them, in the bytes of
+/// the log's encoding, joined by commas.
+class ListLogReader {
+ public:
+  static constexpr char kSeparator = ',';
+
+  /// The tables are only read when the filter asks for unknown airlines.
+  ListLogReader(InputFile file, const Encoding& encoding, const ListFilter& filter,
+                const Tables& tables);
+
+  /// Reads on until the deadline or the end of the file; true when there is
+  /// more. Rows that pass the filter are added to `rows`. An error ends the
+  /// reading; what was read stays. `failedLookUp` tells a table's error, which
+  /// ends the program, from the log's own.
+  Result<bool> step(std::chrono::steady_clock::time_point deadline, RowStore& rows);
+
+  [[nodiscard]] const MalformedLines& malformed() const { return malformed_; }
+  [[nodiscard]] bool failedLookUp() const { return failedLookUp_; }
+
+ private:
+  // A filter text in both of its forms.
+  struct Needle {
+    std::string utf8;
+    bool ascii = true;
+  };
+  struct Fields {
+    std::string_view field[8];
+  };
+
+  Needle needle(const std::string& utf8) const;
+  bool contains(std::string_view field, const Needle& needle) const;
+  bool passesPhoto(std::string_view mark) const;
+  bool passesTime(std::string_view time) const;
+  Result<bool> passes(const Fields& fields, std::string_view flight, std::string_view time);
+  Status take(std::string_view line, RowStore& rows);
+  void reject(std::string_view line);
+
+  LineReader lines_;
+  Encoding encoding_;
+  const Tables& tables_;
+  ListFilter filter_;
+  Needle flight_;
+  Needle registration_;
+  Needle airport_;
+  Needle equipment_;
+  Needle remarks_;
+  bool anyText_ = false;
+  std::string photoMark_;      // the full-width form, in the log's bytes
+  std::string noPhotoMark_;
+  MalformedLines malformed_;
+  std::size_t lineNumber_ = 0;
+  std::string row_;
+  bool failedLookUp_ = false;
+};
+
+}  // namespace vel

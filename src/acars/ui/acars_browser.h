@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "acars/list_log.h"
+#include "acars/ui/filter_frame.h"
+#include "core/ui/browser_window.h"
+#include "core/ui/log_list_model.h"
+#include "core/ui/xlview.h"
+#include "tables/tables.h"
+
+namespace vel {
+
+/// The main window: the ACARS list logs with their filters, and below the list
+/// the details of the selected line.
+class AcarsBrowser : public BrowserWindow {
+  Q_OBJECT
+
+ public:
+  explicit AcarsBrowser(Program& program);
+
+  void Form_Load() override;
+  void Form_Activate() override;
+  [[nodiscard]] int shownRows() const override;
+
+  /// Fills the log file chooser and selects a log, which reads it.
+  void GetLogFileList();
+
+  /// Reads the selected log into the list. A call from inside a running read
+  /// makes that read start afresh, so that the last one determines the list.
+  void GetLogData();
+
+  void Combo1_Click();
+  void Command4_Click();
+  void Command5_Click();
+  void Command9_Click();
+  void Command10_Click();
+  void Command11_Click();
+
+  [[nodiscard]] xLView* list() const { return list_; }
+  [[nodiscard]] LogListModel* model() const { return model_; }
+  [[nodiscard]] FilterFrame* filters() const { return filters_; }
+
+ protected:
+  void layOutFrames(int height, int width) override;
+
+ private:
+  enum class ReadEnd { finished, overtaken, programEnds };
+
+  QWidget* makeTopRow();
+  void addShortcuts();
+  ReadEnd readLog(ListLogReader& reader, int generation);
+  ReadEnd readOnce();
+  void finishRead(const ListLogReader& reader, int rememberedIndex);
+  void showContextMenu(const QPoint& position);
+
+  Tables tables_;
+  LogListModel* model_;
+  QWidget* upper_;  // Frame6
+  QWidget* topRow_;
+  FilterFrame* filters_;
+  xLView* list_;
+  QWidget* lower_;  // Frame4
+  QComboBox* logFile_;
+  QPushButton* config_;
+  QPushButton* otherBrowser_;
+  QLabel* version_;
+  bool loading_ = false;
+  bool reading_ = false;
+  int generation_ = 0;
+};
+
+}  // namespace vel
