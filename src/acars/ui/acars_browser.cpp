@@ -1,0 +1,308 @@
+#include "acars/ui/acars_browser.h"
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QShortcut>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "core/dated_logs.h"
+#include "core/helpers.h"
+#include "core/ui/qt_desktop.h"
+#include "core/ui/twips.h"
+#include "core/version.h"
+
+namespace vel {
+namespace {
+
+// Outer sizes in twips.
+constexpr QSize kDesignedSize{15000, 10800};
+constexpr QSize kSmallestSize{14400, 4710};
+
+// Offsets of the frames from the window's outer size, in twips.
+constexpr int kUpperFrameOffset = 3615;
+constexpr int kListOffset = 4815;
+constexpr int kPanelOffset = 3630;
+constexpr int kSideOffset = 345;
+
+// Places within the upper frame, in pixels.
+constexpr int kMargin = 6;
+constexpr int kTopRowTop = 2;
+constexpr int kFilterTop = 30;
+constexpr int kListTop = 78;
+
+// A read gives way to events this often, and shows its rows at most 30 times
+// a second.
+constexpr std::chrono::milliseconds kSlice{8};
+constexpr int kPublishInterval = 34;
+
+const QStringList& columnTitles() {
+  static const QStringList titles = {
+      QStringLiteral("Line"),      QStringLiteral("Flight"),  QStringLiteral("Pict"),
+      QStringLiteral("Regist."),   QStringLiteral("Dept."),   QStringLiteral("Dest."),
+      QStringLiteral("Equipment"), QStringLiteral("Remarks"), QStringLiteral("Time")};
+  return titles;
+}
+
+// Pict ends left of 158 pixels, the route left of 370, Equipment begins there.
+const QList<int> kColumnWidths = {44, 66, 36, 90, 56, 56, 130, 300, 80};
+
+}  // namespace
+
+AcarsBrowser::AcarsBrowser(Program& program)
+    : BrowserWindow(program, kDesignedSize, kSmallestSize),
+      tables_(program.folders(), program.encoding()) {
+  setObjectName(QStringLiteral("Form1"));
+  setWindowTitle(QStringLiteral("VEL LIST.csv Browser"));
+
+  auto* canvas = new QWidget(this);
+  setCentralWidget(canvas);
+  upper_ = new QWidget(canvas);
+  upper_->setObjectName(QStringLiteral("Frame6"));
+  topRow_ = makeTopRow();
+  filters_ = new FilterFrame(upper_);
+  model_ = new LogListModel(
+      program.encoding(), ListLogReader::kSeparator, columnTitles(),
+      [](std::size_t number) { return toQString(listLineNumber(number)); }, this);
+  list_ = new xLView(model_, kColumnWidths, upper_);
+  list_->setContextMenuPolicy(Qt::CustomContextMenu);
+  lower_ = new QWidget(canvas);
+  lower_->setObjectName(QStringLiteral("Frame4"));
+
+  connect(logFile_, &QComboBox::currentIndexChanged, this, &AcarsBrowser::Combo1_Click);
+  connect(filters_, &FilterFrame::Combo4_Click, this, &AcarsBrowser::GetLogData);
+  connect(filters_, &FilterFrame::Combo5_Click, this, &AcarsBrowser::GetLogData);
+  connect(filters_, &FilterFrame::Check1_Click, this, &AcarsBrowser::GetLogData);
+  connect(filters_, &FilterFrame::Text4_Change, this, &AcarsBrowser::GetLogData);
+  connect(filters_, &FilterFrame::Command9_Click, this, &AcarsBrowser::Command9_Click);
+  connect(list_, &xLView::customContextMenuRequested, this, &AcarsBrowser::showContextMenu);
+  connect(list_, &xLView::copied, this,
+          [this](const QString& text) { desktop().setClipboardText(text.toStdString()); });
+  addShortcuts();
+}
+
+QWidget* AcarsBrowser::makeTopRow() {
+  auto* row = new QWidget(upper_);
+  auto* line = new QHBoxLayout(row);
+  line->setContentsMargins(0, 0, 0, 0);
+  line->setSpacing(5);
+
+  logFile_ = new QComboBox(row);
+  logFile_->setObjectName(QStringLiteral("Combo1"));
+  logFile_->setAccessibleName(tr("Log file"));
+  logFile_->setToolTip(tr("Log of a day\n日付別ログファイル"));
+  logFile_->setFixedWidth(150);
+  auto* caption = new QLabel(tr("LIST Log &file"), row);
+  caption->setBuddy(logFile_);
+  line->addWidget(caption);
+  line->addWidget(logFile_);
+
+  const auto addButton = [&](const QString& text, const QString& name, const QString& toolTip,
+                             void (AcarsBrowser::*handler)()) {
+    auto* button = new QPushButton(text, row);
+    button->setObjectName(name);
+    button->setAccessibleName(toolTip.section(QLatin1Char('\n'), 0, 0));
+    button->setToolTip(toolTip);
+    connect(button, &QPushButton::clicked, this, handler);
+    line->addWidget(button);
+    return button;
+  };
+  addButton(tr("&Refresh"), QStringLiteral("Command5"),
+            tr("Lists the log files again and reads the selected one (F5)\nログの再読込み"),
+            &AcarsBrowser::Command5_Click);
+  otherBrowser_ = addButton(tr("&HFDL"), QStringLiteral("Command11"),
+                            tr("Switches to the HFDL browser (Ctrl+Tab)\nHFDLブラウザへ切替え"),
+                            &AcarsBrowser::Command11_Click);
+  line->addStretch();
+  config_ = addButton(tr("Config"), QStringLiteral("Command10"),
+                      tr("Search engines and other settings\n検索エンジンなどの設定"),
+                      &AcarsBrowser::Command10_Click);
+  addButton(tr("&Tour"), QStringLiteral("Command4"),
+            tr("Guided tour of this window\nこの画面の使い方"), &AcarsBrowser::Command4_Click);
+  version_ = new QLabel(QStringLiteral("Ver x.xx"), row);
+  version_->setObjectName(QStringLiteral("Label4"));
+  line->addWidget(version_);
+  return row;
+}
+
+void AcarsBrowser::addShortcuts() {
+  const auto add = [this](const QKeySequence& keys, auto action) {
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
+  };
+  add(QKeySequence(Qt::Key_F5), &AcarsBrowser::Command5_Click);
+  add(QKeySequence(Qt::CTRL | Qt::Key_L), &AcarsBrowser::Command9_Click);
+  add(QKeySequence(Qt::CTRL | Qt::Key_Tab), &AcarsBrowser::Command11_Click);
+  add(QKeySequence(Qt::CTRL | Qt::Key_F), [this] {
+    filters_->box(FilterFrame::kFlight)->setFocus(Qt::ShortcutFocusReason);
+    filters_->box(FilterFrame::kFlight)->selectAll();
+  });
+}
+
+void AcarsBrowser::Form_Load() {
+  WriteRunLog(desktop(), "Start Form_Load");
+  loading_ = true;
+  filters_->selectFirstEntries();
+  loading_ = false;
+  version_->setText(QStringLiteral("Ver") + QString::fromLatin1(kVersion));
+  config_->setVisible(settings().env_Config != 0);
+  otherBrowser_->setVisible(program().hasOtherBrowser());
+  desktop().processEvents();
+  GetLogFileList();
+  if (desktop().isEnding()) return;
+  WriteRunLog(desktop(), "End Form_Load");
+  program().splashStage = 2;
+}
+
+void AcarsBrowser::Form_Activate() { BrowserWindow::Form_Activate(); }
+
+int AcarsBrowser::shownRows() const { return static_cast<int>(model_->rows().size()); }
+
+void AcarsBrowser::layOutFrames(int height, int width) {
+  upper_->setGeometry(0, 0, toPixels(MaxOf(0, width)),
+                      toPixels(MaxOf(0, height - kUpperFrameOffset)));
+  list_->setGeometry(kMargin, kListTop, toPixels(width - kSideOffset),
+                     toPixels(MaxOf(0, height - kListOffset)));
+  lower_->setGeometry(0, toPixels(height - kPanelOffset), toPixels(MaxOf(0, width)),
+                      toPixels(kPanelOffset));
+  topRow_->setGeometry(kMargin, kTopRowTop, toPixels(width - kSideOffset),
+                       kFilterTop - kTopRowTop - 2);
+  filters_->setGeometry(kMargin, kFilterTop, toPixels(width - kSideOffset),
+                        kListTop - kFilterTop - 2);
+}
+
+void AcarsBrowser::GetLogFileList() {
+  WriteRunLog(desktop(), "Start GetLogFileList");
+  const std::string remembered = logFile_->currentText().toStdString();
+  const std::vector<std::string> names = datedLogs(program().folders().logs, kListLogSuffix);
+  int chosen = chooseLog(names, remembered);
+  // A log that is gone gives way to the newest one.
+  if (chosen < 0) chosen = chooseLog(names, {});
+  {
+    const QSignalBlocker blocker(logFile_);
+    logFile_->clear();
+    for (const std::string& name : names) logFile_->addItem(toQString(name));
+    logFile_->setCurrentIndex(chosen);
+  }
+  if (chosen < 0) desktop().showMessage(kNoListLog);
+  Combo1_Click();
+  WriteRunLog(desktop(), "Coplete GetLogFileList");
+}
+
+void AcarsBrowser::Combo1_Click() {
+  if (logFile_->currentIndex() < 0) {
+    ++generation_;
+    model_->clear();
+    filters_->setCount(0);
+    return;
+  }
+  GetLogData();
+}
+
+void AcarsBrowser::GetLogData() {
+  if (loading_) return;
+  ++generation_;
+  if (reading_) return;
+  reading_ = true;
+  while (readOnce() == ReadEnd::overtaken && logFile_->currentIndex() >= 0) {
+  }
+  reading_ = false;
+}
+
+AcarsBrowser::ReadEnd AcarsBrowser::readOnce() {
+  const int generation = generation_;
+  WriteRunLog(desktop(), "Start GetLogData");
+  desktop().processEvents();
+  if (desktop().isEnding()) return ReadEnd::programEnds;
+  if (generation != generation_) return ReadEnd::overtaken;
+  const int rememberedIndex = list_->listIndex();
+  model_->clear();
+  filters_->setCount(0);
+
+  Result<InputFile> file =
+      InputFile::open(program().folders().logs / toPath(logFile_->currentText().toStdString()));
+  if (!file) {
+    desktop().showMessage(file.error().text());
+    WriteRunLog(desktop(), "End GetLogData");
+    return ReadEnd::finished;
+  }
+  ListLogReader reader(std::move(*file), program().encoding(), filters_->filter(), tables_);
+  const ReadEnd end = readLog(reader, generation);
+  if (end == ReadEnd::finished) finishRead(reader, rememberedIndex);
+  return end;
+}
+
+AcarsBrowser::ReadEnd AcarsBrowser::readLog(ListLogReader& reader, int generation) {
+  QElapsedTimer sincePublish;
+  sincePublish.start();
+  bool more = true;
+  while (more) {
+    const Result<bool> step =
+        reader.step(std::chrono::steady_clock::now() + kSlice, model_->rows());
+    more = step && *step;
+    if (!more || sincePublish.elapsed() >= kPublishInterval) {
+      model_->publish();
+      filters_->setCount(model_->rows().size());
+      if (program().loadProgressCount > 1) program().showProgress();
+      sincePublish.restart();
+    }
+    if (!step && reader.failedLookUp()) {
+      endWithError(desktop(), step.error());
+      return ReadEnd::programEnds;
+    }
+    if (!step) desktop().showMessage(step.error().text());
+    desktop().processEvents();
+    if (desktop().isEnding()) return ReadEnd::programEnds;
+    if (generation != generation_) return ReadEnd::overtaken;
+  }
+  return ReadEnd::finished;
+}
+
+void AcarsBrowser::finishRead(const ListLogReader& reader, int rememberedIndex) {
+  if (const std::string report = reader.malformed().report(); !report.empty()) {
+    desktop().showMessage(report);
+  }
+  if (settings().env_keepCsrPos == 1 && rememberedIndex >= 0 &&
+      rememberedIndex < model_->rowCount()) {
+    list_->setListIndex(rememberedIndex);
+  }
+  if (program().loadProgressCount > 0) --program().loadProgressCount;
+  WriteRunLog(desktop(), "End GetLogData");
+}
+
+void AcarsBrowser::Command5_Click() { GetLogFileList(); }
+
+void AcarsBrowser::Command9_Click() {
+  loading_ = true;
+  filters_->clearAll();
+  loading_ = false;
+  GetLogData();
+}
+
+void AcarsBrowser::Command4_Click() {}
+
+void AcarsBrowser::Command10_Click() {}
+
+void AcarsBrowser::Command11_Click() {
+  if (program().hasOtherBrowser()) program().switchBrowser(*this);
+}
+
+void AcarsBrowser::showContextMenu(const QPoint& position) {
+  const QModelIndex clicked = list_->indexAt(position);
+  if (!clicked.isValid()) return;
+  const auto column = static_cast<ListColumn>(clicked.column());
+  const QString text = clicked.data().toString();
+  QMenu menu(list_);
+  menu.setObjectName(QStringLiteral("ListMenu"));
+  menu.addAction(tr("Copy cell"), list_, &xLView::copyCell);
+  menu.addAction(tr("Copy line\tCtrl+C"), list_, &xLView::copyLines);
+  menu.addSeparator();
+  QAction* filter = menu.addAction(tr("Filter by this value"), this,
+                                   [this, column, text] { filters_->filterBy(column, text); });
+  filter->setEnabled(column != kListLine);
+  menu.exec(list_->viewport()->mapToGlobal(position));
+}
+
+}  // namespace vel

@@ -1,0 +1,286 @@
+#include "acars/ui/detail_panel.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPersistentModelIndex>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "acars/list_log.h"
+#include "core/text.h"
+#include "core/ui/qt_desktop.h"
+#include "tables/ui/airport_dialog.h"
+
+namespace vel {
+namespace {
+
+// The panel's height is fixed by the window's layout: its columns are sized
+// for that, in pixels. The guided tour stands beside the controls that it
+// explains, which is why the photo search lies above the equipment, and the
+// airline and the airport editor lie at the right.
+constexpr int kPhotoColumnWidth = 214;
+constexpr int kPhotoHeight = 150;
+constexpr int kFlightColumnWidth = 332;
+constexpr int kAirportHeight = 132;
+constexpr int kAirlineColumnWidth = 172;
+constexpr int kAirportEditorIndent = 40;
+
+// Keeps a hidden frame's place, so that nothing moves when it is shown.
+void keepPlaceWhenHidden(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+}
+
+}  // namespace
+
+DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
+                         QWidget* parent)
+    : QWidget(parent),
+      program_(program),
+      list_(list),
+      model_(model),
+      photos_(program.folders()),
+      busy_(new BusyLabels(QStringLiteral("Processing"), this)),
+      editing_(program.desktop(), tables, *busy_) {
+  setObjectName(QStringLiteral("Frame4"));
+
+  QWidget* photoColumn = makePhotoColumn();
+  QWidget* flightColumn = makeFlightColumn();
+  airports_ = new AirportGroup(editing_, this);
+  airports_->setFixedHeight(kAirportHeight);
+  const auto isLineSelected = [this] { return list_->listIndex() >= 0; };
+  const auto markLine = [this]() -> std::function<void()> {
+    const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
+    return [this, line] {
+      if (line.isValid()) {
+        model_->setRowBackground(line.row(), QApplication::palette().color(QPalette::Button));
+      }
+    };
+  };
+  airline_ = new AirlineEditor(editing_, isLineSelected, markLine, this);
+  airline_->setMinimumWidth(kAirlineColumnWidth);
+  airportEditor_ = new AirportEditor(editing_, this);
+  keepPlaceWhenHidden(airline_);
+
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(6, 0, 6, 2);
+  grid->setHorizontalSpacing(6);
+  grid->setVerticalSpacing(2);
+  grid->addWidget(photoColumn, 0, 0, 2, 1);
+  grid->addWidget(flightColumn, 0, 1, 2, 1);
+  grid->addWidget(airports_, 0, 2, Qt::AlignTop);
+  grid->addWidget(airline_, 0, 3, Qt::AlignTop);
+  auto* editorRow = new QHBoxLayout;
+  editorRow->addSpacing(kAirportEditorIndent);
+  editorRow->addWidget(airportEditor_);
+  grid->addLayout(editorRow, 1, 2, 1, 2, Qt::AlignTop);
+  grid->setColumnStretch(1, 1);
+  grid->setColumnStretch(2, 2);
+  grid->setColumnStretch(3, 1);
+  grid->setRowStretch(1, 1);
+
+  connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);
+  connect(flight_, &FlightEditor::airportNameChosen, this, &DetailPanel::openAirportDialog);
+  connect(photo_, &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
+  connect(enter_, &QPushButton::clicked, this, &DetailPanel::Command1_Click);
+  hideFrames();
+}
+
+QWidget* DetailPanel::makePhotoColumn() {
+  auto* column = new QWidget(this);
+  column->setFixedWidth(kPhotoColumnWidth);
+  auto* upper = new QWidget(column);
+  upper->setFixedHeight(kPhotoHeight);
+  photo_ = new PhotoView(upper);
+  photoSize_ = new QLabel(upper);
+  photoSize_->setObjectName(QStringLiteral("Label1"));
+  photoSize_->setAccessibleName(tr("Photo size"));
+  photoSize_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  QFont small = photoSize_->font();
+  small.setPointSizeF(small.pointSizeF() * 0.85);
+  photoSize_->setFont(small);
+  photoSize_->setMinimumHeight(QFontMetrics(small).height());
+  photoSearch_ = new EngineRow(
+      {QStringLiteral("Combo2"), tr("Photo search engine"), 0, QStringLiteral("Search"),
+       tr("Searches photos of this registration. A small manual change such as B1234/B-1234 or "
+          "VNA123/V-NA123 may be needed to find the right images. Please respect the rights of "
+          "the images' owners.\n"
+          "この機体の写真を検索。B1234/B-1234、VNA123/V-NA123 "
+          "のような手直しが必要なことがあります。"
+          "画像の権利者の権利を尊重してください。")},
+      {}, upper);
+  auto* upperRows = new QVBoxLayout(upper);
+  upperRows->setContentsMargins(0, 2, 0, 0);
+  upperRows->setSpacing(1);
+  upperRows->addWidget(photo_, 1);
+  upperRows->addWidget(photoSize_);
+  upperRows->addWidget(photoSearch_);
+
+  aircraftFrame_ = new QGroupBox(column);
+  aircraftFrame_->setObjectName(QStringLiteral("Frame1"));
+  aircraftFrame_->setAccessibleName(tr("Aircraft"));
+  enter_ = makeEnterButton(aircraftFrame_, QStringLiteral("Command1"),
+                           tr("Writes the equipment to aircraft.csv\n機種をaircraft.csvに登録"));
+  equipment_ =
+      makeEditorBox(aircraftFrame_, QStringLiteral("Text1"), tr("Equipment"),
+                    tr("Type of this aircraft; empty deletes it\n機種。空欄で削除"), enter_);
+  auto* line = new QHBoxLayout(aircraftFrame_);
+  line->setContentsMargins(6, 1, 6, 3);
+  line->setSpacing(4);
+  line->addWidget(equipment_);
+  line->addWidget(enter_);
+  keepPlaceWhenHidden(aircraftFrame_);
+
+  auto* rows = new QVBoxLayout(column);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(4);
+  rows->addWidget(upper);
+  rows->addWidget(aircraftFrame_);
+  rows->addStretch();
+  return column;
+}
+
+QWidget* DetailPanel::makeFlightColumn() {
+  auto* column = new QWidget(this);
+  column->setMinimumWidth(kFlightColumnWidth);
+  const auto isLineSelected = [this] { return list_->listIndex() >= 0; };
+  const auto updateLine = [this]() -> std::function<void()> {
+    const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
+    const FlightRoute route = flight_->route();
+    return [this, line, route] {
+      if (!line.isValid()) return;
+      model_->setCell(line.row(), kListDeparture, route.departure);
+      model_->setCell(line.row(), kListDestination, route.destination);
+      model_->setCell(line.row(), kListRemarks, route.remark);
+    };
+  };
+  flight_ = new FlightEditor(editing_, isLineSelected, updateLine, column);
+  title_ = new QLabel(QString::fromLatin1(kProgramTitle), column);
+  title_->setObjectName(QStringLiteral("Label5"));
+  title_->setWordWrap(true);
+  title_->setAlignment(Qt::AlignCenter);
+  QFont large = title_->font();
+  large.setPointSizeF(large.pointSizeF() * 1.3);
+  large.setBold(true);
+  title_->setFont(large);
+
+  auto* searchRow = new QHBoxLayout;
+  searchRow->setSpacing(4);
+  flightSearch_ = new EngineRow(
+      {QStringLiteral("Combo3"), tr("Flight search engine"), 1, QStringLiteral("Search"),
+       tr("Looks this flight up on the web\nこの便をWebで検索")},
+      {}, column);
+  rawLog_ = makeRawLogButton(column);
+  searchRow->addWidget(flightSearch_, 1);
+  searchRow->addWidget(rawLog_);
+
+  auto* rows = new QGridLayout(column);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setVerticalSpacing(4);
+  rows->addWidget(flight_, 0, 0);
+  rows->addWidget(title_, 0, 0);
+  rows->addLayout(searchRow, 1, 0);
+  rows->addWidget(busy_, 2, 0);
+  rows->setRowStretch(3, 1);
+  keepPlaceWhenHidden(flight_);
+  keepPlaceWhenHidden(busy_);
+  return column;
+}
+
+void DetailPanel::hideFrames() {
+  ++generation_;
+  busy_->hideProcessing();
+  aircraftFrame_->hide();
+  flight_->hide();
+  airline_->hide();
+  title_->show();
+}
+
+bool DetailPanel::overtaken(int generation) const {
+  return generation != generation_ || program_.desktop().isEnding();
+}
+
+void DetailPanel::showSelection() {
+  if (list_->listIndex() < 0) return;
+  const int generation = ++generation_;
+  busy_->showProcessing();
+  program_.desktop().processEvents();
+  if (overtaken(generation) || list_->listIndex() < 0) return;
+
+  const std::string flight = list_->selectedText(kListFlight);
+  const std::string prefix(Left(flight, 2));
+  registration_ = list_->selectedText(kListRegistration);
+  showPhoto(registration_);
+
+  aircraftFrame_->setTitle(
+      toQString(registration_).replace(QLatin1Char('&'), QStringLiteral("&&")));
+  equipment_->clear();
+  const std::string equipment =
+      editing_.valueOrEnd(editing_.tables().SearchAircraft(registration_));
+  if (program_.desktop().isEnding()) return;
+  equipment_->setText(toQString(equipment));
+  program_.desktop().processEvents();
+  if (overtaken(generation)) return;
+
+  flight_->setFlight(flight);
+  flight_->setRoute(std::nullopt);
+  const auto route = editing_.valueOrEnd(editing_.tables().flightRoute(flight));
+  if (program_.desktop().isEnding()) return;
+  flight_->setRoute(route);
+  if (program_.desktop().isEnding()) return;
+  program_.desktop().processEvents();
+  if (overtaken(generation)) return;
+
+  if (!airline_->AirLineLoad(prefix)) return;
+  busy_->hideProcessing();
+  aircraftFrame_->show();
+  flight_->show();
+  airline_->show();
+  title_->hide();
+}
+
+void DetailPanel::showPhoto(const std::string& registration) {
+  const auto file = photos_.find(registration);
+  if (file && photo_->load(*file)) {
+    const QSize size = photo_->pictureSize();
+    photoSize_->setText(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()));
+    return;
+  }
+  const auto placeholder = photos_.placeholder();
+  if (!placeholder || !photo_->load(*placeholder)) photo_->clear();
+}
+
+void DetailPanel::openSelectedPhoto() {
+  const int line = list_->listIndex();
+  if (line < 0) return;
+  openPhoto(program_.desktop(), program_.folders(), model_->cell(line, kListRegistration));
+  model_->setCell(line, kListPict, "*");
+}
+
+void DetailPanel::openAirportDialog(const QString& name) {
+  AirportDialog dialog(editing_, name, program_.services().airportsearch, window());
+  dialog.exec();
+}
+
+void DetailPanel::Command1_Click() {
+  if (list_->listIndex() < 0) {
+    editing_.refuse(kNoLineSelected);
+    return;
+  }
+  const QString typed = equipment_->text();
+  if (!editing_.acceptTexts({typed})) return;
+  const std::string registration = list_->selectedText(kListRegistration);
+  if (!editing_.canStore(toQString(registration))) return;
+  TableEdit edit;
+  edit.table = Table::aircraft;
+  edit.key = registration;
+  if (!typed.isEmpty()) edit.newRecord = registration + ',' + typed.toStdString();
+  const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
+  editing_.rewrite(*enter_, edit, [this, line, typed] {
+    if (line.isValid()) model_->setCell(line.row(), kListEquipment, typed.toStdString());
+  });
+}
+
+}  // namespace vel

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QWidget>
+#include <functional>
+#include <string>
+
+#include "acars/ui/airline_editor.h"
+#include "core/ui/busy_labels.h"
+#include "core/ui/log_list_model.h"
+#include "core/ui/program.h"
+#include "core/ui/xlview.h"
+#include "tables/ui/airport_group.h"
+#include "tables/ui/flight_editor.h"
+#include "web/photo.h"
+#include "web/ui/engine_row.h"
+#include "web/ui/photo_view.h"
+
+namespace vel {
+
+/// The panel below the ACARS list: what the tables say now about the selected
+/// line, ready for editing.
+class DetailPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  DetailPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
+              QWidget* parent);
+
+  /// Looks everything up for the selected line; nothing without one. A later
+  /// call from inside a running one overtakes it.
+  void showSelection();
+
+  /// Hides the three table frames and shows the title in their place.
+  void hideFrames();
+
+  /// Writes the equipment to aircraft.csv.
+  void Command1_Click();
+
+  /// Opens the photo of the selected line and marks the line.
+  void openSelectedPhoto();
+
+  /// Opens the airport dialog for a shown airport name.
+  void openAirportDialog(const QString& name);
+
+  [[nodiscard]] AirportGroup* airports() const { return airports_; }
+  [[nodiscard]] EngineRow* photoSearch() const { return photoSearch_; }
+  [[nodiscard]] EngineRow* flightSearch() const { return flightSearch_; }
+  [[nodiscard]] QPushButton* rawLogButton() const { return rawLog_; }
+
+ private:
+  [[nodiscard]] QWidget* makePhotoColumn();
+  [[nodiscard]] QWidget* makeFlightColumn();
+  void showPhoto(const std::string& registration);
+  [[nodiscard]] bool overtaken(int generation) const;
+
+  Program& program_;
+  xLView* list_;
+  LogListModel* model_;
+  PhotoFolder photos_;
+  BusyLabels* busy_;
+  TableEditing editing_;
+  PhotoView* photo_;          // Image1
+  QLabel* photoSize_;         // Label1
+  EngineRow* photoSearch_;    // Combo2, Command7(0)
+  QGroupBox* aircraftFrame_;  // Frame1
+  QLineEdit* equipment_;      // Text1
+  QPushButton* enter_;        // Command1
+  FlightEditor* flight_;      // Frame2
+  QLabel* title_;             // stands in the frames' place
+  EngineRow* flightSearch_;   // Combo3, Command7(1)
+  QPushButton* rawLog_;       // Command7(3)
+  AirportGroup* airports_;
+  AirportEditor* airportEditor_;
+  AirlineEditor* airline_;  // Frame3
+  std::string registration_;
+  int generation_ = 0;
+};
+
+}  // namespace vel

@@ -1,0 +1,53 @@
+#include "core/ui/busy_labels.h"
+
+#include <QHBoxLayout>
+
+namespace vel {
+namespace {
+
+constexpr int kCompleteMilliseconds = 1500;
+
+QLabel* makeLabel(QWidget* parent, const QString& name, const QString& text, const char* style) {
+  auto* label = new QLabel(text, parent);
+  label->setObjectName(name);
+  label->setAlignment(Qt::AlignCenter);
+  label->setStyleSheet(QString::fromLatin1(style));
+  label->hide();
+  return label;
+}
+
+}  // namespace
+
+BusyLabels::BusyLabels(const QString& processingCaption, QWidget* parent) : QWidget(parent) {
+  processing_ = makeLabel(this, QStringLiteral("Label7"), processingCaption,
+                          "background:#fff3c4;color:#5c4400;border-radius:3px;padding:1px 10px");
+  complete_ = makeLabel(this, QStringLiteral("Label6"), QStringLiteral("Complete"),
+                        "background:#d5f0d8;color:#0f4d1a;border-radius:3px;padding:1px 10px");
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(processing_);
+  row->addWidget(complete_);
+  row->addStretch();
+  timer_ = new QTimer(this);
+  timer_->setObjectName(QStringLiteral("Timer1"));
+  timer_->setSingleShot(true);
+  timer_->setInterval(kCompleteMilliseconds);
+  connect(timer_, &QTimer::timeout, this, &BusyLabels::Timer1_Timer);
+}
+
+void BusyLabels::showProcessing() { processing_->show(); }
+
+void BusyLabels::hideProcessing() { processing_->hide(); }
+
+void BusyLabels::showComplete() {
+  processing_->hide();
+  complete_->show();
+  timer_->start();
+}
+
+void BusyLabels::Timer1_Timer() {
+  timer_->stop();
+  complete_->hide();
+}
+
+}  // namespace vel

@@ -1,0 +1,108 @@
+#include "tables/ui/airport_dialog.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "core/helpers.h"
+#include "core/ui/qt_desktop.h"
+#include "tables/ui/airport_group.h"
+
+namespace vel {
+
+AirportDialog::AirportDialog(const TableEditing& editing, const QString& callerText,
+                             const std::string& searchHost, QWidget* parent)
+    : QDialog(parent), editing_(editing), callerText_(callerText), searchHost_(searchHost) {
+  setObjectName(QStringLiteral("AirportDialog"));
+  setWindowTitle(tr("Airport"));
+
+  enter_ = new QPushButton(QStringLiteral("Enter"), this);
+  enter_->setObjectName(QStringLiteral("OKButton"));
+  enter_->setDefault(true);
+  enter_->setToolTip(tr("Writes the airport to airport.csv\n空港をairport.csvに登録"));
+  auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
+  cancel->setObjectName(QStringLiteral("CancelButton"));
+  auto* search = new QPushButton(tr("Web search"), this);
+  search->setObjectName(QStringLiteral("Command6"));
+  search->setAccessibleName(tr("Web search for the code"));
+  search->setToolTip(tr("Searches the web for this code\n空港コードをWebで検索"));
+  search->setAutoDefault(false);
+  code_ = new QLineEdit(this);
+  code_->setObjectName(QStringLiteral("Text1(0)"));
+  code_->setAccessibleName(tr("4-letter airport code"));
+  name_ = new QLineEdit(this);
+  name_->setObjectName(QStringLiteral("Text1(1)"));
+  name_->setAccessibleName(tr("Airport name and 3-letter code"));
+  name_->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
+
+  auto* grid = new QGridLayout(this);
+  auto* codeLabel = new QLabel(QStringLiteral("4Letter code"), this);
+  codeLabel->setBuddy(code_);
+  auto* nameLabel = new QLabel(QStringLiteral("Airport name + 3Letter code"), this);
+  nameLabel->setBuddy(name_);
+  auto* codeRow = new QHBoxLayout;
+  code_->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("WWWWW")) + 20);
+  codeRow->addWidget(code_);
+  codeRow->addWidget(search);
+  codeRow->addStretch();
+  grid->addWidget(codeLabel, 0, 0);
+  grid->addLayout(codeRow, 0, 1);
+  grid->addWidget(nameLabel, 1, 0);
+  grid->addWidget(name_, 1, 1);
+  grid->addWidget(
+      new QLabel(tr("Please write 3letter code in this end.\n末尾に3レターを記入してください。"),
+                 this),
+      2, 1);
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(enter_);
+  buttons->addWidget(cancel);
+  grid->addLayout(buttons, 3, 0, 1, 2);
+
+  connect(code_, &QLineEdit::textChanged, this, &AirportDialog::codeChanged);
+  connect(enter_, &QPushButton::clicked, this, &AirportDialog::OKButton_Click);
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+  connect(search, &QPushButton::clicked, this, &AirportDialog::Command6_Click);
+}
+
+void AirportDialog::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  // The user types the 3-letter code behind the blank.
+  name_->setText(callerText_ + QLatin1Char(' '));
+  code_->setFocus();
+}
+
+void AirportDialog::codeChanged() {
+  const QString capitals = code_->text().toUpper();
+  if (capitals != code_->text()) {
+    const QSignalBlocker blocker(code_);
+    const int cursor = code_->cursorPosition();
+    code_->setText(capitals);
+    code_->setCursorPosition(cursor);
+  }
+  const std::string name =
+      editing_.valueOrEnd(editing_.tables().LoadAPcode(capitals.toStdString()));
+  if (editing_.desktop().isEnding()) {
+    reject();
+    return;
+  }
+  if (!name.empty()) name_->setText(toQString(name));
+}
+
+void AirportDialog::OKButton_Click() {
+  TableEdit edit;
+  if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
+  if (!editing_.rewrite(*enter_, edit, [] {})) {
+    reject();
+    return;
+  }
+  code_->clear();
+  accept();
+}
+
+void AirportDialog::Command6_Click() {
+  ShellOpen(editing_.desktop(), searchHost_ + "/search?hl=ja&q=ICAO+" +
+                                    code_->text().toStdString() + "+IATA+airport+wiki");
+}
+
+}  // namespace vel

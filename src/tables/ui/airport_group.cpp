@@ -1,0 +1,168 @@
+#include "tables/ui/airport_group.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include "core/text.h"
+#include "core/ui/qt_desktop.h"
+
+namespace vel {
+namespace {
+
+constexpr qsizetype kCodeLength = 4;
+constexpr const char* kNoCode = "Write 4-letter airport code. 4桁の空港コードを記入してください";
+
+QPushButton* makeTransferButton(QWidget* parent, int index, const QString& toolTip) {
+  auto* button = new QPushButton(QStringLiteral("<"), parent);
+  button->setObjectName(QStringLiteral("Command3(%1)").arg(index));
+  button->setAccessibleName(toolTip.section(QLatin1Char('\n'), 0, 0));
+  button->setToolTip(toolTip);
+  button->setFixedWidth(26);
+  return button;
+}
+
+}  // namespace
+
+AirportGroup::AirportGroup(const TableEditing& editing, QWidget* parent)
+    : QWidget(parent), editing_(editing) {
+  auto* toDeparture = makeTransferButton(
+      this, 0, tr("Takes the selected airport as departure\n選択した空港を出発空港に転送"));
+  auto* toDestination = makeTransferButton(
+      this, 1, tr("Takes the selected airport as destination\n選択した空港を到着空港に転送"));
+
+  keyword_ = new QLineEdit(this);
+  keyword_->setObjectName(QStringLiteral("Text3"));
+  keyword_->setAccessibleName(tr("Airport keyword"));
+  keyword_->setPlaceholderText(tr("Airport search / 空港検索"));
+  keyword_->setToolTip(
+      tr("Enter key words such as 3-letter airport code or a name of place here to see the "
+         "candidates below.\n3レターや地名の一部を入力すると下に候補を表示"));
+  keyword_->setClearButtonEnabled(true);
+  names_ = new QStringListModel(this);
+  candidates_ = new QListView(this);
+  candidates_->setObjectName(QStringLiteral("List1"));
+  candidates_->setAccessibleName(tr("Airport candidates"));
+  candidates_->setModel(names_);
+  candidates_->setUniformItemSizes(true);
+  candidates_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  candidates_->setTextElideMode(Qt::ElideMiddle);
+  candidates_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  candidates_->setMinimumHeight(40);
+
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(4);
+  grid->setVerticalSpacing(2);
+  grid->addWidget(toDeparture, 0, 0);
+  grid->addWidget(keyword_, 0, 1);
+  grid->addWidget(toDestination, 1, 0);
+  grid->addWidget(candidates_, 1, 1, 2, 1);
+  grid->setRowStretch(2, 1);
+  grid->setColumnStretch(1, 1);
+  QWidget::setTabOrder(keyword_, candidates_);
+  QWidget::setTabOrder(candidates_, toDeparture);
+  QWidget::setTabOrder(toDeparture, toDestination);
+
+  connect(keyword_, &QLineEdit::textChanged, this, &AirportGroup::Text3_Change);
+  connect(candidates_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          &AirportGroup::List1_Click);
+  connect(candidates_, &QListView::clicked, this, &AirportGroup::List1_Click);
+  connect(toDeparture, &QPushButton::clicked, this, [this] { Command3_Click(0); });
+  connect(toDestination, &QPushButton::clicked, this, [this] { Command3_Click(1); });
+}
+
+void AirportGroup::Text3_Change() {
+  const auto found =
+      editing_.valueOrEnd(editing_.tables().airportNames(keyword_->text().toStdString()));
+  QStringList shown;
+  shown.reserve(static_cast<qsizetype>(found.size()));
+  for (const std::string& name : found) shown.append(toQString(name));
+  names_->setStringList(shown);
+  candidates_->setToolTip(QString());
+}
+
+std::string AirportGroup::selectedCode() const {
+  const QString name = candidates_->currentIndex().data().toString();
+  return editing_.valueOrEnd(editing_.tables().airportCodeOfName(name.toStdString()));
+}
+
+void AirportGroup::List1_Click() {
+  if (!candidates_->currentIndex().isValid()) return;
+  candidates_->setToolTip(toQString(selectedCode()));
+}
+
+void AirportGroup::Command3_Click(int index) {
+  if (!candidates_->currentIndex().isValid()) return;
+  const std::string code = selectedCode();
+  if (!editing_.desktop().isEnding()) Q_EMIT transfer(index, code);
+}
+
+AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
+    : QWidget(parent), editing_(editing) {
+  enter_ = makeEnterButton(this, QStringLiteral("Command8"),
+                           tr("Writes the airport to airport.csv\n空港をairport.csvに登録"));
+  code_ = makeEditorBox(this, QStringLiteral("Text2(5)"), tr("Airport code to edit"),
+                        tr("4-letter code\n4レター"), enter_);
+  name_ = makeEditorBox(this, QStringLiteral("Text2(6)"), tr("Airport name to edit"),
+                        tr("Airport name + 3Letter code. Please write 3letter code in this end.\n"
+                           "空港名 + 3レター。末尾に3レターを記入"),
+                        enter_);
+  code_->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("WWWW")) + 16);
+
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(0, 0, 0, 0);
+  grid->setHorizontalSpacing(4);
+  grid->setVerticalSpacing(0);
+  auto* codeLabel = new QLabel(tr("4Letter"), this);
+  codeLabel->setBuddy(code_);
+  auto* nameLabel = new QLabel(tr("Airport name + 3Letter code"), this);
+  nameLabel->setBuddy(name_);
+  grid->addWidget(codeLabel, 0, 0);
+  grid->addWidget(nameLabel, 0, 1, 1, 2);
+  grid->addWidget(code_, 1, 0);
+  grid->addWidget(name_, 1, 1);
+  grid->addWidget(enter_, 1, 2);
+  grid->setColumnStretch(1, 1);
+  QWidget::setTabOrder(code_, name_);
+  QWidget::setTabOrder(name_, enter_);
+
+  connect(code_, &QLineEdit::textChanged, this, &AirportEditor::codeChanged);
+  connect(enter_, &QPushButton::clicked, this, &AirportEditor::Command8_Click);
+}
+
+void AirportEditor::codeChanged() {
+  if (code_->text().size() != kCodeLength) {
+    name_->clear();
+    return;
+  }
+  const QString capitals = code_->text().toUpper();
+  if (capitals != code_->text()) {
+    const QSignalBlocker blocker(code_);
+    const int cursor = code_->cursorPosition();
+    code_->setText(capitals);
+    code_->setCursorPosition(cursor);
+  }
+  name_->setText(
+      toQString(editing_.valueOrEnd(editing_.tables().LoadAPcode(capitals.toStdString()))));
+}
+
+bool acceptAirport(const TableEditing& editing, const QString& code, const QString& name,
+                   TableEdit& edit) {
+  if (length(code.toStdString()) != static_cast<std::size_t>(kCodeLength)) {
+    return editing.refuse(kNoCode);
+  }
+  if (!editing.acceptTexts({code, name})) return false;
+  edit.table = Table::airport;
+  edit.key = code.toStdString();
+  edit.newRecord = name.isEmpty() ? std::string() : edit.key + ',' + name.toStdString();
+  return true;
+}
+
+void AirportEditor::Command8_Click() {
+  TableEdit edit;
+  if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
+  editing_.rewrite(*enter_, edit, [this] { Q_EMIT written(); });
+}
+
+}  // namespace vel

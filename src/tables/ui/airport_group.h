@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QListView>
+#include <QPushButton>
+#include <QStringListModel>
+#include <QWidget>
+#include <string>
+
+#include "tables/ui/table_editing.h"
+
+namespace vel {
+
+/// The airport search of both browsers: a keyword box, the candidates below
+/// it, and the two "<" buttons that take a candidate's code over.
+class AirportGroup : public QWidget {
+  Q_OBJECT
+
+ public:
+  AirportGroup(const TableEditing& editing, QWidget* parent);
+
+  /// Lists the airports whose names contain the keyword.
+  void Text3_Change();
+
+  /// Shows the code of the selected candidate as the list's tool tip.
+  void List1_Click();
+
+ Q_SIGNALS:
+  /// The code of the selected candidate goes to the departure (0) or the
+  /// destination (1).
+  void transfer(int index, const std::string& code);
+
+ private:
+  void Command3_Click(int index);
+  [[nodiscard]] std::string selectedCode() const;
+
+  const TableEditing& editing_;
+  QLineEdit* keyword_;     // Text3
+  QListView* candidates_;  // List1
+  QStringListModel* names_;
+};
+
+/// The airport editor of both browsers: one code with its name.
+class AirportEditor : public QWidget {
+  Q_OBJECT
+
+ public:
+  AirportEditor(const TableEditing& editing, QWidget* parent);
+
+  /// Writes the record to airport.csv; an empty name deletes the code.
+  void Command8_Click();
+
+ Q_SIGNALS:
+  /// airport.csv has changed.
+  void written();
+
+ private:
+  void codeChanged();
+
+  const TableEditing& editing_;
+  QLineEdit* code_;     // Text2(5)
+  QLineEdit* name_;     // Text2(6)
+  QPushButton* enter_;  // Command8
+};
+
+/// The checks and the edit that the airport editor and the airport dialog
+/// share. False when refused, with its message shown.
+bool acceptAirport(const TableEditing& editing, const QString& code, const QString& name,
+                   TableEdit& edit);
+
+}  // namespace vel

@@ -1,0 +1,167 @@
+#include "tables/ui/flight_editor.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QMenu>
+#include <utility>
+
+#include "core/text.h"
+#include "core/ui/elided_button.h"
+#include "core/ui/qt_desktop.h"
+#include "tables/route_paste.h"
+
+namespace vel {
+namespace {
+
+constexpr std::size_t kCodeLength = 4;
+constexpr const char* kNoDeparture = "Departure airport not filled. 出発空港が記入されていません";
+constexpr const char* kNoDestination =
+    "Destination airport not filled. 到着空港が記入されていません";
+
+QString label2(int index) { return QStringLiteral("Label2(%1)").arg(index); }
+
+}  // namespace
+
+FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSelected,
+                           RowUpdate rowUpdate, QWidget* parent)
+    : QGroupBox(parent),
+      editing_(editing),
+      isLineSelected_(std::move(isLineSelected)),
+      rowUpdate_(std::move(rowUpdate)) {
+  setObjectName(QStringLiteral("Frame2"));
+  setAccessibleName(tr("Flight"));
+
+  enter_ = makeEnterButton(this, QStringLiteral("Command2"),
+                           tr("Writes the route to FLIGHT.csv\n経路をFLIGHT.csvに登録"));
+  departure_ =
+      makeEditorBox(this, QStringLiteral("Text2(0)"), tr("Departure airport"),
+                    tr("4-letter code of the departure airport\n出発空港の4レター"), enter_);
+  destination_ =
+      makeEditorBox(this, QStringLiteral("Text2(1)"), tr("Destination airport"),
+                    tr("4-letter code of the destination airport\n到着空港の4レター"), enter_);
+  remark_ = makeEditorBox(this, QStringLiteral("Text2(2)"), tr("Flight remark"),
+                          tr("Remark on the flight\n便の備考"), enter_);
+  const int codeWidth = fontMetrics().horizontalAdvance(QStringLiteral("WWWW")) + 16;
+  departure_->setFixedWidth(codeWidth);
+  destination_->setFixedWidth(codeWidth);
+  paste_ = new QPushButton(tr("Paste…"), this);
+  paste_->setObjectName(QStringLiteral("Command13"));
+  paste_->setAccessibleName(tr("Route from the clipboard"));
+  paste_->setToolTip(
+      tr("Takes a route from a copied text with From (…) and to (…)\n"
+         "コピーしたテキストから経路を取得"));
+
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins(6, 1, 6, 3);
+  rows->setSpacing(2);
+  auto* codes = new QHBoxLayout;
+  codes->setSpacing(4);
+  codes->addWidget(new QLabel(tr("DEPT"), this));
+  codes->addWidget(departure_);
+  codes->addWidget(new QLabel(tr("DEST"), this));
+  codes->addWidget(destination_);
+  codes->addWidget(enter_);
+  codes->addStretch();
+  codes->addWidget(paste_);
+  rows->addLayout(codes);
+  for (std::size_t i = 0; i < names_.size(); ++i) {
+    auto* name = new ElidedButton(this);
+    name->setObjectName(label2(static_cast<int>(i) + 4));
+    name->setAccessibleName(i == 0 ? tr("Departure airport name") : tr("Destination airport name"));
+    name->setHint(tr("Click to edit this airport\nクリックで空港を編集"));
+    connect(name, &QPushButton::clicked, this,
+            [this, name] { Q_EMIT airportNameChosen(name->text()); });
+    names_[i] = name;
+    rows->addWidget(name);
+  }
+  auto* remarkRow = new QHBoxLayout;
+  remarkRow->setSpacing(4);
+  remarkRow->addWidget(new QLabel(tr("Remark"), this));
+  remarkRow->addWidget(remark_);
+  rows->addLayout(remarkRow);
+  QWidget::setTabOrder(departure_, destination_);
+  QWidget::setTabOrder(destination_, remark_);
+  QWidget::setTabOrder(remark_, enter_);
+
+  connect(departure_, &QLineEdit::textChanged, this, [this] { Text2_Change(0); });
+  connect(destination_, &QLineEdit::textChanged, this, [this] { Text2_Change(1); });
+  connect(enter_, &QPushButton::clicked, this, &FlightEditor::Command2_Click);
+  connect(paste_, &QPushButton::clicked, this, &FlightEditor::Command13_Click);
+}
+
+void FlightEditor::setFlight(const std::string& flight) {
+  flight_ = flight;
+  // An ampersand in a caption is no shortcut.
+  setTitle(toQString(flight).replace(QLatin1Char('&'), QStringLiteral("&&")));
+}
+
+void FlightEditor::setRoute(const std::optional<FlightRoute>& route) {
+  const FlightRoute shown = route.value_or(FlightRoute());
+  departure_->setText(toQString(shown.departure));
+  destination_->setText(toQString(shown.destination));
+  remark_->setText(toQString(shown.remark));
+}
+
+FlightRoute FlightEditor::route() const {
+  return {departure_->text().toStdString(), destination_->text().toStdString(),
+          remark_->text().toStdString()};
+}
+
+void FlightEditor::setAirport(int index, const std::string& code) {
+  (index == 0 ? departure_ : destination_)->setText(toQString(code));
+}
+
+void FlightEditor::Text2_Change(int index) {
+  const QString code = (index == 0 ? departure_ : destination_)->text();
+  const std::string name = editing_.valueOrEnd(editing_.tables().L4toName(code.toStdString()));
+  names_[static_cast<std::size_t>(index)]->setText(toQString(name));
+}
+
+void FlightEditor::Command2_Click() {
+  if (!isLineSelected_()) {
+    editing_.refuse(kNoLineSelected);
+    return;
+  }
+  FlightRoute edited = route();
+  if (length(edited.departure) != kCodeLength) {
+    editing_.refuse(kNoDeparture);
+    return;
+  }
+  if (length(edited.destination) != kCodeLength) {
+    editing_.refuse(kNoDestination);
+    return;
+  }
+  if (!editing_.acceptTexts({departure_->text(), destination_->text(), remark_->text()})) return;
+  if (!editing_.canStore(toQString(flight_))) return;
+  if (edited.remark.empty()) {
+    edited.remark = "-";
+    remark_->setText(QStringLiteral("-"));
+  }
+  TableEdit edit;
+  edit.table = Table::flight;
+  edit.key = flight_;
+  edit.newRecord = flight_ + ',' + edited.departure + edited.destination + ',' + edited.remark;
+  editing_.rewrite(*enter_, edit, rowUpdate_());
+}
+
+void FlightEditor::Command13_Click() {
+  const auto routes = routesOfPastedText(editing_.desktop().clipboardText());
+  QMenu menu(this);
+  menu.setObjectName(QStringLiteral("RouteMenu"));
+  if (routes.empty()) {
+    menu.addAction(tr("No route in the clipboard / クリップボードに経路がありません"))
+        ->setEnabled(false);
+  }
+  for (const auto& pasted : routes) {
+    menu.addAction(toQString(pasted.text()), this, [this, pasted] {
+      const std::string from = editing_.valueOrEnd(editing_.tables().L3toL4(pasted.from));
+      const std::string to = editing_.valueOrEnd(editing_.tables().L3toL4(pasted.to));
+      if (editing_.desktop().isEnding()) return;
+      setAirport(0, from);
+      setAirport(1, to);
+    });
+  }
+  menu.exec(paste_->mapToGlobal(QPoint(0, paste_->height())));
+}
+
+}  // namespace vel

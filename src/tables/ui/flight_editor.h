@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "tables/ui/table_editing.h"
+
+namespace vel {
+
+/// The flight frame of both browsers: departure, destination and remark of one
+/// flight, the names of the two airports, and the editor over FLIGHT.csv. The
+/// frame's caption is the flight.
+class FlightEditor : public QGroupBox {
+  Q_OBJECT
+
+ public:
+  /// Whether a line is selected, asked before anything is written.
+  using IsLineSelected = std::function<bool()>;
+  /// Prepares, before the rewrite, what brings the list up to date after it.
+  using RowUpdate = std::function<std::function<void()>()>;
+
+  FlightEditor(const TableEditing& editing, IsLineSelected isLineSelected, RowUpdate rowUpdate,
+               QWidget* parent);
+
+  /// The flight whose route is edited: the caption and the key of the table.
+  void setFlight(const std::string& flight);
+  [[nodiscard]] const std::string& flight() const { return flight_; }
+
+  /// Fills the boxes; without a route they are emptied.
+  void setRoute(const std::optional<FlightRoute>& route);
+  [[nodiscard]] FlightRoute route() const;
+
+  /// Puts an airport code into box 0 (departure) or 1 (destination).
+  void setAirport(int index, const std::string& code);
+
+  /// Writes the boxes to FLIGHT.csv.
+  void Command2_Click();
+
+  /// Offers the routes found in the clipboard's text in a menu.
+  void Command13_Click();
+
+ Q_SIGNALS:
+  /// An airport name was clicked, or Enter pressed on it.
+  void airportNameChosen(const QString& name);
+
+ private:
+  void Text2_Change(int index);
+
+  const TableEditing& editing_;
+  IsLineSelected isLineSelected_;
+  RowUpdate rowUpdate_;
+  std::string flight_;
+  QLineEdit* departure_;                 // Text2(0)
+  QLineEdit* destination_;               // Text2(1)
+  QLineEdit* remark_;                    // Text2(2)
+  std::array<QPushButton*, 2> names_{};  // Label2(4), Label2(5)
+  QPushButton* enter_;                   // Command2
+  QPushButton* paste_;                   // Command13
+};
+
+}  // namespace vel

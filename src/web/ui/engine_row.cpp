@@ -1,0 +1,49 @@
+#include "web/ui/engine_row.h"
+
+#include <QHBoxLayout>
+
+#include "core/ui/qt_desktop.h"
+
+namespace vel {
+namespace {
+
+constexpr int kRawLogIndex = 3;
+
+}  // namespace
+
+EngineRow::EngineRow(const Texts& texts, const std::vector<std::string>& engines, QWidget* parent)
+    : QWidget(parent) {
+  chooser_ = new QComboBox(this);
+  chooser_->setObjectName(texts.chooserName);
+  chooser_->setAccessibleName(texts.chooserAccessible);
+  chooser_->setToolTip(texts.chooserAccessible);
+  chooser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  chooser_->setMinimumContentsLength(8);
+  for (const std::string& engine : engines) chooser_->addItem(toQString(engine));
+  button_ = makeLookUpButton(this, texts.buttonIndex, texts.buttonCaption, texts.buttonToolTip);
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(4);
+  row->addWidget(chooser_, 1);
+  row->addWidget(button_);
+}
+
+QPushButton* makeLookUpButton(QWidget* parent, int index, const QString& caption,
+                              const QString& toolTip) {
+  auto* button = new QPushButton(caption, parent);
+  button->setObjectName(QStringLiteral("Command7(%1)").arg(index));
+  button->setAccessibleName(toolTip.section(QLatin1Char('\n'), 0, 0));
+  button->setToolTip(toolTip);
+  QString shown = caption;
+  shown.replace(QLatin1String("&&"), QLatin1String("&"));
+  button->setFixedWidth(button->fontMetrics().horizontalAdvance(shown) + 22);
+  return button;
+}
+
+QPushButton* makeRawLogButton(QWidget* parent) {
+  return makeLookUpButton(parent, kRawLogIndex, QStringLiteral("Raw log"),
+                          EngineRow::tr("Shows the raw messages of this aircraft\n"
+                                        "この機体の受信メッセージを表示"));
+}
+
+}  // namespace vel
