@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <string_view>
 
@@ -29,19 +28,28 @@ struct TableEdit {
 /// What became of a rewrite.
 enum class RewriteOutcome {
   done,
+  refused,  ///< the encoding cannot hold the record: kIllegalCharacter was shown, no file touched
   programEnds,  ///< the messages have been shown; the caller returns at once
 };
 
 /// The one way in which a table changes: writes `<name>.$$$`, checks and
 /// flushes it, removes `<name>.bak`, renames the live table to `<name>.bak`
 /// (with Retry and Cancel where another program holds it) and the new file to
-/// `<name>.csv`. Lines that are carried through are copied byte for byte, less
-/// the fields that the table's rule drops. Lets the event loop run twice: once
-/// before anything is opened and once before the renames.
+/// `<name>.csv`. Files are found whatever their letter case and keep the names
+/// they were found under. Lines that are carried through are copied byte for
+/// byte, less the fields that the table's rule drops, and end in CR LF. On the
+/// line that is replaced in letter.csv, field 1 stays as it stands in the file.
+/// Lets the event loop run twice: once before anything is opened and once
+/// before the renames. Whatever fails before the first rename ends the program
+/// with the live table untouched: "ERROR #" and the number, 9 for a line
+/// without the fields that its table's rule needs.
 RewriteOutcome ReferenceTableRewrite(Desktop& desktop, const Folders& folders,
                                      const Encoding& encoding, const TableEdit& edit);
 
-/// True when the encoding can hold the text.
+/// True when the encoding can hold the text, as part of one line: a line break
+/// and U+FFFD, which stands for damaged bytes, cannot be held, nor a character
+/// that would come back as another one (other than its twin of the same look,
+/// such as the two forms of the wave dash).
 [[nodiscard]] bool canBeStored(const Encoding& encoding, std::string_view text);
 
 /// Finishes, for every table, a rewrite that was cut off between its two

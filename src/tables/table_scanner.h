@@ -21,8 +21,10 @@ class TableScanner {
   enum class Next { more, stop };
 
   /// Calls `visit(line)` for every such line, in file order, without its line
-  /// end (LF or CR LF). Empty bytes visit every line. The view lives until
-  /// `visit` returns. The file is closed when this returns.
+  /// end (LF or CR LF). Empty bytes visit every line; bytes with CR or LF among
+  /// them visit none. A line longer than LineBlocks::kLongestLine is passed
+  /// over. The view lives until `visit` returns. The file is closed when this
+  /// returns; an Error when it could not be opened or read.
   template <typename Visit>
   static Status forEachLine(const std::filesystem::path& file, std::string_view bytes,
                             Anchor anchor, Visit visit) {

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/text.h"
+
+namespace vel {
+
+/// What decoding gives for bytes that are no character.
+constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+
+/// The field (0-based) of a table's line, or nothing when the line has fewer:
+/// fields lie between bare commas, without quoting.
+[[nodiscard]] std::optional<std::string_view> fieldAt(std::string_view line, std::size_t index);
+
+/// A text that is looked for in the fields of a table, as UTF-8. It is compared
+/// as characters: byte for byte where all is ASCII, decoded otherwise. A text
+/// with U+FFFD in it, which stands for bytes that are no character, equals and
+/// is contained in nothing. The encoding must outlive the key.
+class Key {
+ public:
+  Key(const Encoding& encoding, std::string_view text);
+
+  /// Each takes the bytes of one field.
+  [[nodiscard]] bool equals(std::string_view field) const;
+  [[nodiscard]] bool isIn(std::string_view field) const;
+  /// True when the field's last three characters, or all that it has, equal
+  /// the key.
+  [[nodiscard]] bool isEndOf(std::string_view field) const;
+
+  /// Bytes that stand in every field that fits; empty when only decoding tells.
+  [[nodiscard]] std::string_view scanBytes() const;
+
+ private:
+  const Encoding& encoding_;
+  std::string text_;
+  bool ascii_;
+  bool damaged_;
+};
+
+/// As Key, but the case of letters is ignored, full-width and accented ones
+/// included.
+class LowerCaseKey {
+ public:
+  LowerCaseKey(const Encoding& encoding, std::string_view text);
+
+  [[nodiscard]] bool isIn(std::string_view field) const;
+
+ private:
+  const Encoding& encoding_;
+  std::string text_;
+  bool damaged_;
+};
+
+}  // namespace vel
