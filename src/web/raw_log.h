@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/result.h"
+#include "core/text.h"
+
+namespace vel {
+
+/// One ACARS message cut out of a line of the decoder's raw log; the format is
+/// in docs/formats/raw_log.md. All UTF-8, nothing trimmed.
+struct RawMessage {
+  std::string header;  ///< everything before the marker
+  std::string mode;
+  std::string registration;  ///< six characters, padded with full stops
+  std::string label;
+  std::string block;
+  std::string messageNumber;
+  std::string flight;
+  std::string body;  ///< line breaks still as "<CR><VF>"
+};
+
+/// Cuts a decoded line (UTF-8; positions are characters). Nothing for a line
+/// without the marker ">+*<", or with it but without "<STX>" or an end mark
+/// ("<ETX>", else "<ETB>") after it.
+[[nodiscard]] std::optional<RawMessage> parseRawLine(std::string_view line);
+
+/// The viewer's block for one message: separator, summary, body with its line
+/// breaks as CR LF, and an empty line. Empty when the body is empty.
+[[nodiscard]] std::string displayBlock(const RawMessage& message);
+
+/// The body with every "<CR><VF>" turned into `lineBreak`.
+[[nodiscard]] std::string bodyWithBreaks(std::string_view body, std::string_view lineBreak);
+
+/// What the viewer holds of one raw log.
+struct RawLog {
+  /// Every line read, as the bytes of the file, each followed by CR LF.
+  std::string rawText;
+  /// The blocks of its messages, UTF-8; see shownText for what is displayed.
+  std::string displayText;
+  std::size_t lines = 0;
+  /// True when the file goes on after what was read.
+  bool more = false;
+};
+
+/// At most so many lines are read.
+constexpr std::size_t kRawLogLines = 10'001;
+/// No line is added to the raw text beyond so many bytes: the text, encoded
+/// for the conversion, then stays within what the conversion takes.
+constexpr std::size_t kRawTextLimit = std::size_t{20} << 20;
+
+/// Reads a raw log. A failure after the file was opened leaves what was read
+/// in `log` and gives the error; one on opening leaves `log` empty.
+Status readRawLog(const std::filesystem::path& file, const Encoding& encoding, RawLog& log);
+
+/// What stands in the text area when a log holds no message.
+constexpr const char* kNoRawMessages =
+    "現在RAW形式のログファイルにのみ対応しています。"
+    "RAW形式のファイルをMSG形式に変換して表示しています。";
+
+/// The message box for a raw log that does not exist.
+constexpr const char* kNoRawLog = "Not found log file.";
+
+/// The display text, or kNoRawMessages in place of an empty one.
+[[nodiscard]] std::string shownText(const RawLog& log);
+
+}  // namespace vel
