@@ -1,0 +1,277 @@
+#include <QCommandLineParser>
+#include <QDateTime>
+#include <QGuiApplication>
+#include <chrono>
+#include <ctime>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <optional>
+#include <set>
+#include <system_error>
+
+#include "hfdl_log.h"
+#include "list_log.h"
+#include "photo.h"
+#include "random.h"
+#include "raw_log.h"
+#include "sample_data.h"
+#include "schedule.h"
+#include "tables.h"
+
+namespace vel::samples {
+
+namespace {
+
+constexpr int kFailed = 1;
+constexpr int kRefused = 2;
+
+constexpr std::size_t kPhotos = 25;
+constexpr std::size_t kRawLogs = 20;
+/// So many of the raw logs belong to aircraft without a photo.
+constexpr std::size_t kRawLogsWithoutPhoto = 4;
+constexpr int kRawLogDays = 3;
+
+struct Request {
+  std::filesystem::path base;
+  int days = 7;
+  Day today;
+  /// Nothing in the logs is later than this.
+  Moment until;
+  std::uint64_t seed = 1;
+  bool force = false;
+};
+
+Moment localNow() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  localtime_r(&now, &local);
+  const std::chrono::year_month_day date(
+      std::chrono::year(local.tm_year + 1900),
+      std::chrono::month(static_cast<unsigned>(local.tm_mon) + 1),
+      std::chrono::day(static_cast<unsigned>(local.tm_mday)));
+  return Day(date) + std::chrono::hours(local.tm_hour) + std::chrono::minutes(local.tm_min) +
+         std::chrono::seconds(local.tm_sec);
+}
+
+/// The folders of a base folder, created where they are missing.
+Outcome makeFolders(const std::filesystem::path& base) {
+  for (const char* name : {"vel", "data", "logs", "logs/EachLogs", "pics"}) {
+    std::error_code error;
+    std::filesystem::create_directories(base / name, error);
+    if (error) {
+      return Outcome::failure((base / name).string() + ": cannot create: " + error.message());
+    }
+  }
+  return Outcome::success();
+}
+
+/// The aircraft heard, the newest day's first, each once and in a random order
+/// within its day.
+std::vector<const Aircraft*> aircraftHeard(const std::map<Day, std::vector<Reception>>& receptions,
+                                           std::uint64_t seed) {
+  std::vector<const Aircraft*> heard;
+  std::set<const Aircraft*> seen;
+  for (auto day = receptions.rbegin(); day != receptions.rend(); ++day) {
+    const std::size_t begin = heard.size();
+    for (const Reception& reception : day->second) {
+      if (seen.insert(reception.flight->aircraft).second) {
+        heard.push_back(reception.flight->aircraft);
+      }
+    }
+    Random random(seed, "heard " + compactDate(day->first));
+    for (std::size_t i = heard.size(); i > begin + 1; --i) {
+      std::swap(heard[i - 1], heard[begin + random.below(i - begin)]);
+    }
+  }
+  return heard;
+}
+
+/// Whose photos to draw: of many airlines, at most two of each.
+std::vector<const Aircraft*> choosePhotographed(const SampleData& data,
+                                                const std::vector<const Aircraft*>& heard) {
+  std::vector<const Aircraft*> chosen;
+  std::map<std::string, int> ofAirline;
+  for (const Aircraft* aircraft : heard) {
+    if (chosen.size() < kPhotos && !data.airline(aircraft->airline).fuselageColour.empty() &&
+        ofAirline[aircraft->airline]++ < 2) {
+      chosen.push_back(aircraft);
+    }
+  }
+  return chosen;
+}
+
+/// Whose raw logs to write: mostly of those with a photo.
+std::vector<const Aircraft*> chooseRawLogs(const std::vector<const Aircraft*>& heard,
+                                           const std::set<std::string>& photographed) {
+  std::vector<const Aircraft*> chosen;
+  std::size_t without = 0;
+  for (const Aircraft* aircraft : heard) {
+    if (chosen.size() == kRawLogs || aircraft->registration.size() > kLongestAddress) {
+      continue;
+    }
+    if (photographed.contains(aircraft->registration) || without++ < kRawLogsWithoutPhoto) {
+      chosen.push_back(aircraft);
+    }
+  }
+  return chosen;
+}
+
+Outcome makeSampleBase(const Request& request) {
+  SampleData data;
+  if (Outcome outcome = data.load(); outcome.failed()) {
+    return outcome;
+  }
+  if (Outcome outcome = makeFolders(request.base); outcome.failed()) {
+    return outcome;
+  }
+  if (Outcome outcome = writeTables(data, request.base / "data"); outcome.failed()) {
+    return outcome;
+  }
+
+  const Day first = request.today - std::chrono::days(request.days - 1);
+  const Schedule schedule(data, first, request.today, request.seed);
+  std::map<Day, std::vector<Reception>> receptions;
+  for (Day day = first; day <= request.today; day += std::chrono::days(1)) {
+    receptions[day] = receptionsOf(schedule, day, request.until, request.seed);
+  }
+  const std::vector<const Aircraft*> heard = aircraftHeard(receptions, request.seed);
+  std::set<std::string> photographed;
+  for (const Aircraft* aircraft : choosePhotographed(data, heard)) {
+    photographed.insert(aircraft->registration);
+    if (Outcome outcome = writePhoto(request.base / "pics", *aircraft,
+                                     data.airline(aircraft->airline), request.seed);
+        outcome.failed()) {
+      return outcome;
+    }
+  }
+  if (Outcome outcome = writeNoImage(request.base / "pics"); outcome.failed()) {
+    return outcome;
+  }
+
+  const std::filesystem::path logs = request.base / "logs";
+  for (const auto& [day, heardThen] : receptions) {
+    // The newest log opens first; a report of bad lines is no way to say hello.
+    const bool withMalformed = day != request.today;
+    if (Outcome outcome =
+            writeListLog(logs, day, heardThen, photographed, withMalformed, request.seed);
+        outcome.failed()) {
+      return outcome;
+    }
+    if (Outcome outcome = writeHfdlLog(logs, data, schedule, day, request.until, request.seed);
+        outcome.failed()) {
+      return outcome;
+    }
+  }
+  const Moment rawFrom = request.today - std::chrono::days(kRawLogDays - 1);
+  for (const Aircraft* aircraft : chooseRawLogs(heard, photographed)) {
+    if (Outcome outcome = writeRawLog(logs / "EachLogs", *aircraft, schedule, rawFrom,
+                                      request.until, request.seed);
+        outcome.failed()) {
+      return outcome;
+    }
+  }
+  return Outcome::success();
+}
+
+std::optional<Day> parseDay(const QString& text) {
+  const QDate date = QDate::fromString(text, Qt::ISODate);
+  if (!date.isValid()) {
+    return std::nullopt;
+  }
+  return Day(std::chrono::year_month_day(std::chrono::year(date.year()),
+                                         std::chrono::month(static_cast<unsigned>(date.month())),
+                                         std::chrono::day(static_cast<unsigned>(date.day()))));
+}
+
+/// What the command line asks for; nothing, with a message on the standard
+/// error stream, where it is not understood.
+std::optional<Request> parseCommandLine(const QCoreApplication& application) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QStringLiteral("Makes a sample base folder: reference tables, logs, raw logs and photos."));
+  parser.addHelpOption();
+  parser.addPositionalArgument(QStringLiteral("DIR"), QStringLiteral("The base folder to make."));
+  parser.addOptions({
+      {QStringLiteral("days"), QStringLiteral("Days of logs, 1 to 60 (7)."), QStringLiteral("N"),
+       QStringLiteral("7")},
+      {QStringLiteral("today"),
+       QStringLiteral("The last day of the logs (today). A given day ends at 18:00."),
+       QStringLiteral("YYYY-MM-DD")},
+      {QStringLiteral("until"), QStringLiteral("When the last day's logs end (now)."),
+       QStringLiteral("HH:MM")},
+      {QStringLiteral("seed"), QStringLiteral("Another number makes other logs (1)."),
+       QStringLiteral("N"), QStringLiteral("1")},
+      {QStringLiteral("force"), QStringLiteral("Write into a folder that has tables already.")},
+  });
+  parser.process(application);
+
+  const auto refuse = [](const std::string& message) {
+    std::cerr << "vel-sample-base: " << message << '\n';
+    return std::nullopt;
+  };
+  Request request;
+  if (parser.positionalArguments().size() != 1) {
+    return refuse("name one folder; --help tells more");
+  }
+  request.base = parser.positionalArguments().constFirst().toStdString();
+  request.force = parser.isSet(QStringLiteral("force"));
+  bool daysOk = false;
+  request.days = parser.value(QStringLiteral("days")).toInt(&daysOk);
+  bool seedOk = false;
+  request.seed = parser.value(QStringLiteral("seed")).toULongLong(&seedOk);
+  if (!daysOk || request.days < 1 || request.days > 60 || !seedOk) {
+    return refuse("--days takes 1 to 60 and --seed a whole number");
+  }
+  const Moment now = localNow();
+  request.today = std::chrono::floor<std::chrono::days>(now);
+  request.until = now;
+  if (parser.isSet(QStringLiteral("today"))) {
+    const std::optional<Day> day = parseDay(parser.value(QStringLiteral("today")));
+    if (!day) {
+      return refuse("--today takes a date like 2026-11-20");
+    }
+    request.today = *day;
+    request.until = *day + std::chrono::hours(18);
+  }
+  if (parser.isSet(QStringLiteral("until"))) {
+    const QTime time =
+        QTime::fromString(parser.value(QStringLiteral("until")), QStringLiteral("HH:mm"));
+    if (!time.isValid()) {
+      return refuse("--until takes a time like 18:00");
+    }
+    request.until = request.today + std::chrono::seconds(time.msecsSinceStartOfDay() / 1000);
+  }
+  return request;
+}
+
+}  // namespace
+
+}  // namespace vel::samples
+
+int main(int argc, char* argv[]) {
+  using namespace vel::samples;
+  // Photos are drawn in memory; no display is needed, not even where there is one.
+  if (!qputenv("QT_QPA_PLATFORM", "offscreen")) {
+    std::cerr << "vel-sample-base: cannot set the drawing platform\n";
+    return kFailed;
+  }
+  const QGuiApplication application(argc, argv);
+  const std::optional<Request> request = parseCommandLine(application);
+  if (!request) {
+    return kFailed;
+  }
+  std::error_code error;
+  if (!request->force && std::filesystem::exists(request->base / "data", error)) {
+    std::cerr << "vel-sample-base: " << (request->base / "data").string()
+              << " exists already; --force writes over it\n";
+    return kRefused;
+  }
+  if (const Outcome outcome = makeSampleBase(*request); outcome.failed()) {
+    std::cerr << "vel-sample-base: " << outcome.message() << '\n';
+    return kFailed;
+  }
+  std::cout << request->base.string() << ": " << request->days << " days of logs up to "
+            << timeStamp(request->until) << '\n';
+  return std::cout.flush() ? 0 : kFailed;
+}
