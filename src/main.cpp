@@ -34,7 +34,8 @@ int main(int argc, char** argv) {
   parser.addVersionOption();
   const QCommandLineOption programFolder(
       QStringLiteral("program-folder"),
-      QStringLiteral("Use DIR as the program folder: ../data, ../logs and ../pics stand beside it."),
+      QStringLiteral(
+          "Use DIR as the program folder: ../data, ../logs and ../pics stand beside it."),
       QStringLiteral("DIR"));
   const QCommandLineOption screenshot(
       QStringLiteral("screenshot"),
@@ -43,22 +44,22 @@ int main(int argc, char** argv) {
   parser.addOptions({programFolder, screenshot});
   parser.process(application);
 
-  const std::filesystem::path folder =
-      parser.isSet(programFolder)
-          ? vel::toPath(parser.value(programFolder).toStdString())
-          : vel::platform::executableFolder();
+  const std::filesystem::path folder = parser.isSet(programFolder)
+                                           ? vel::toPath(parser.value(programFolder).toStdString())
+                                           : vel::platform::executableFolder();
 
   vel::QtDesktop desktop;
   vel::Program program(desktop, vel::Folders::of(folder));
+  vel::WebAccess web(program);
   program.setBrowsers(
-      [](vel::Program& owner) { return std::make_unique<vel::AcarsBrowser>(owner); }, nullptr);
+      [&web](vel::Program& owner) { return std::make_unique<vel::AcarsBrowser>(owner, web); },
+      nullptr);
   if (parser.isSet(screenshot)) {
     const QString file = parser.value(screenshot);
     program.onShown = [&desktop, file](vel::BrowserWindow& window) {
       // Leaves the window the time to be laid out and painted once.
-      QTimer::singleShot(300, &window, [&desktop, &window, file] {
-        saveScreenshot(desktop, window, file);
-      });
+      QTimer::singleShot(300, &window,
+                         [&desktop, &window, file] { saveScreenshot(desktop, window, file); });
     };
   }
   if (!program.Main()) return desktop.exitStatus();

@@ -14,6 +14,9 @@
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
 #include "core/version.h"
+#include "tables/rewrite.h"
+#include "web/address.h"
+#include "web/ui/conffig_dialog.h"
 
 namespace vel {
 namespace {
@@ -39,6 +42,25 @@ constexpr int kListTop = 78;
 constexpr std::chrono::milliseconds kSlice{8};
 constexpr int kPublishInterval = 34;
 
+// Indexes of the look-up row.
+constexpr int kPhotoSearch = 0;
+constexpr int kFlightSearch = 1;
+constexpr int kRawLog = 3;
+
+constexpr const char* kNoNumber =
+    "The flight number is not numeric. 便名の番号部分が数値ではありません";
+
+// The services list the user's engine last; the choosers show it first.
+std::vector<std::string> userEngineFirst(std::vector<std::string> labels) {
+  std::rotate(labels.begin(), labels.end() - 1, labels.end());
+  return labels;
+}
+
+int servicePosition(const QComboBox* chooser) {
+  const int entry = chooser->currentIndex();
+  return entry == 0 ? chooser->count() - 1 : entry - 1;
+}
+
 const QStringList& columnTitles() {
   static const QStringList titles = {
       QStringLiteral("Line"),      QStringLiteral("Flight"),  QStringLiteral("Pict"),
@@ -52,8 +74,9 @@ const QList<int> kColumnWidths = {44, 66, 36, 90, 56, 56, 130, 300, 80};
 
 }  // namespace
 
-AcarsBrowser::AcarsBrowser(Program& program)
+AcarsBrowser::AcarsBrowser(Program& program, WebAccess& web)
     : BrowserWindow(program, kDesignedSize, kSmallestSize),
+      web_(web),
       tables_(program.folders(), program.encoding()) {
   setObjectName(QStringLiteral("Form1"));
   setWindowTitle(QStringLiteral("VEL LIST.csv Browser"));
@@ -69,8 +92,7 @@ AcarsBrowser::AcarsBrowser(Program& program)
       [](std::size_t number) { return toQString(listLineNumber(number)); }, this);
   list_ = new xLView(model_, kColumnWidths, upper_);
   list_->setContextMenuPolicy(Qt::CustomContextMenu);
-  lower_ = new QWidget(canvas);
-  lower_->setObjectName(QStringLiteral("Frame4"));
+  panel_ = new DetailPanel(program, tables_, list_, model_, canvas);
 
   connect(logFile_, &QComboBox::currentIndexChanged, this, &AcarsBrowser::Combo1_Click);
   connect(filters_, &FilterFrame::Combo4_Click, this, &AcarsBrowser::GetLogData);
@@ -79,6 +101,16 @@ AcarsBrowser::AcarsBrowser(Program& program)
   connect(filters_, &FilterFrame::Text4_Change, this, &AcarsBrowser::GetLogData);
   connect(filters_, &FilterFrame::Command9_Click, this, &AcarsBrowser::Command9_Click);
   connect(list_, &xLView::customContextMenuRequested, this, &AcarsBrowser::showContextMenu);
+  connect(list_, &xLView::listIndexChanged, panel_, &DetailPanel::showSelection);
+  connect(panel_->photoSearch()->chooser(), &QComboBox::currentIndexChanged, this,
+          &AcarsBrowser::Combo2_Click);
+  connect(panel_->flightSearch()->chooser(), &QComboBox::currentIndexChanged, this,
+          &AcarsBrowser::Combo3_Click);
+  connect(panel_->photoSearch()->button(), &QPushButton::clicked, this,
+          [this] { Command7_Click(kPhotoSearch); });
+  connect(panel_->flightSearch()->button(), &QPushButton::clicked, this,
+          [this] { Command7_Click(kFlightSearch); });
+  connect(panel_->rawLogButton(), &QPushButton::clicked, this, [this] { Command7_Click(kRawLog); });
   connect(list_, &xLView::copied, this,
           [this](const QString& text) { desktop().setClipboardText(text.toStdString()); });
   addShortcuts();
@@ -151,12 +183,27 @@ void AcarsBrowser::Form_Load() {
   otherBrowser_->setVisible(program().hasOtherBrowser());
   desktop().processEvents();
   GetLogFileList();
+  if (!desktop().isEnding()) panel_->airports()->Text3_Change();
   if (desktop().isEnding()) return;
   WriteRunLog(desktop(), "End Form_Load");
   program().splashStage = 2;
 }
 
-void AcarsBrowser::Form_Activate() { BrowserWindow::Form_Activate(); }
+void AcarsBrowser::Form_Activate() {
+  // The user's own engine comes first in both choosers; the fixed ones follow.
+  const auto fill = [](QComboBox* chooser, const std::vector<std::string>& engines, int selected) {
+    const QSignalBlocker blocker(chooser);
+    chooser->clear();
+    for (const std::string& engine : engines) chooser->addItem(toQString(engine));
+    chooser->setCurrentIndex(qBound(0, selected, chooser->count() - 1));
+  };
+  const Settings& env = settings();
+  fill(panel_->photoSearch()->chooser(),
+       userEngineFirst(photoEngineLabels(SearchWindow::acars, env)), env.env_regSchCmb);
+  fill(panel_->flightSearch()->chooser(),
+       userEngineFirst(flightEngineLabels(SearchWindow::acars, env)), env.env_fltSchCmb);
+  BrowserWindow::Form_Activate();
+}
 
 int AcarsBrowser::shownRows() const { return static_cast<int>(model_->rows().size()); }
 
@@ -165,7 +212,7 @@ void AcarsBrowser::layOutFrames(int height, int width) {
                       toPixels(MaxOf(0, height - kUpperFrameOffset)));
   list_->setGeometry(kMargin, kListTop, toPixels(width - kSideOffset),
                      toPixels(MaxOf(0, height - kListOffset)));
-  lower_->setGeometry(0, toPixels(height - kPanelOffset), toPixels(MaxOf(0, width)),
+  panel_->setGeometry(0, toPixels(height - kPanelOffset), toPixels(MaxOf(0, width)),
                       toPixels(kPanelOffset));
   topRow_->setGeometry(kMargin, kTopRowTop, toPixels(width - kSideOffset),
                        kFilterTop - kTopRowTop - 2);
@@ -264,6 +311,7 @@ void AcarsBrowser::finishRead(const ListLogReader& reader, int rememberedIndex) 
   if (const std::string report = reader.malformed().report(); !report.empty()) {
     desktop().showMessage(report);
   }
+  panel_->hideFrames();
   if (settings().env_keepCsrPos == 1 && rememberedIndex >= 0 &&
       rememberedIndex < model_->rowCount()) {
     list_->setListIndex(rememberedIndex);
@@ -283,7 +331,49 @@ void AcarsBrowser::Command9_Click() {
 
 void AcarsBrowser::Command4_Click() {}
 
-void AcarsBrowser::Command10_Click() {}
+void AcarsBrowser::Combo2_Click() {
+  settings().env_regSchCmb = panel_->photoSearch()->chooser()->currentIndex();
+}
+
+void AcarsBrowser::Combo3_Click() {
+  settings().env_fltSchCmb = panel_->flightSearch()->chooser()->currentIndex();
+}
+
+void AcarsBrowser::Command7_Click(int index) {
+  if (index != kPhotoSearch && index != kFlightSearch && index != kRawLog) return;
+  if (list_->listIndex() < 0) {
+    desktop().showMessage(kNoLineSelected);
+    return;
+  }
+  if (index == kPhotoSearch) searchPhoto();
+  if (index == kFlightSearch) searchFlight();
+}
+
+void AcarsBrowser::searchPhoto() {
+  const auto address = photoAddress(program().services(), settings(), SearchWindow::acars,
+                                    servicePosition(panel_->photoSearch()->chooser()),
+                                    list_->selectedText(kListRegistration));
+  if (address) ShellOpen(desktop(), *address);
+}
+
+void AcarsBrowser::searchFlight() {
+  const int position = servicePosition(panel_->flightSearch()->chooser());
+  const std::string homepage =
+      needsHomepage(settings(), position) ? web_.homepage() : std::string();
+  const auto address = flightAddress(program().services(), settings(), homepage, tables_, position,
+                                     FlightValues::fromAcars(list_->selectedText(kListFlight)));
+  if (!address) {
+    const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
+    desktop().showMessage(noNumber ? kNoNumber : address.error().text());
+    return;
+  }
+  if (*address) ShellOpen(desktop(), **address);
+}
+
+void AcarsBrowser::Command10_Click() {
+  ConffigDialog dialog(program(), web_, this);
+  dialog.exec();
+}
 
 void AcarsBrowser::Command11_Click() {
   if (program().hasOtherBrowser()) program().switchBrowser(*this);
@@ -302,6 +392,10 @@ void AcarsBrowser::showContextMenu(const QPoint& position) {
   QAction* filter = menu.addAction(tr("Filter by this value"), this,
                                    [this, column, text] { filters_->filterBy(column, text); });
   filter->setEnabled(column != kListLine);
+  menu.addSeparator();
+  menu.addAction(tr("Search photo"), this, [this] { Command7_Click(kPhotoSearch); });
+  menu.addAction(tr("Search flight"), this, [this] { Command7_Click(kFlightSearch); });
+  menu.addAction(tr("Open photo"), panel_, &DetailPanel::openSelectedPhoto);
   menu.exec(list_->viewport()->mapToGlobal(position));
 }
 

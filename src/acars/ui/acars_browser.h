@@ -5,11 +5,13 @@
 #include <QPushButton>
 
 #include "acars/list_log.h"
+#include "acars/ui/detail_panel.h"
 #include "acars/ui/filter_frame.h"
 #include "core/ui/browser_window.h"
 #include "core/ui/log_list_model.h"
 #include "core/ui/xlview.h"
 #include "tables/tables.h"
+#include "web/ui/web_access.h"
 
 namespace vel {
 
@@ -19,7 +21,8 @@ class AcarsBrowser : public BrowserWindow {
   Q_OBJECT
 
  public:
-  explicit AcarsBrowser(Program& program);
+  /// The web access outlives the window.
+  AcarsBrowser(Program& program, WebAccess& web);
 
   void Form_Load() override;
   void Form_Activate() override;
@@ -33,8 +36,12 @@ class AcarsBrowser : public BrowserWindow {
   void GetLogData();
 
   void Combo1_Click();
+  void Combo2_Click();
+  void Combo3_Click();
   void Command4_Click();
   void Command5_Click();
+  /// The look-up row: photo search (0), flight search (1), raw log (3).
+  void Command7_Click(int index);
   void Command9_Click();
   void Command10_Click();
   void Command11_Click();
@@ -42,6 +49,7 @@ class AcarsBrowser : public BrowserWindow {
   [[nodiscard]] xLView* list() const { return list_; }
   [[nodiscard]] LogListModel* model() const { return model_; }
   [[nodiscard]] FilterFrame* filters() const { return filters_; }
+  [[nodiscard]] DetailPanel* panel() const { return panel_; }
 
  protected:
   void layOutFrames(int height, int width) override;
@@ -55,14 +63,17 @@ class AcarsBrowser : public BrowserWindow {
   ReadEnd readOnce();
   void finishRead(const ListLogReader& reader, int rememberedIndex);
   void showContextMenu(const QPoint& position);
+  void searchPhoto();
+  void searchFlight();
 
+  WebAccess& web_;
   Tables tables_;
   LogListModel* model_;
   QWidget* upper_;  // Frame6
   QWidget* topRow_;
   FilterFrame* filters_;
   xLView* list_;
-  QWidget* lower_;  // Frame4
+  DetailPanel* panel_;  // Frame4
   QComboBox* logFile_;
   QPushButton* config_;
   QPushButton* otherBrowser_;

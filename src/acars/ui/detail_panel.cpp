@@ -65,7 +65,7 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
   keepPlaceWhenHidden(airline_);
 
   auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(6, 0, 6, 2);
+  grid->setContentsMargins(6, 0, 17, 2);
   grid->setHorizontalSpacing(6);
   grid->setVerticalSpacing(2);
   grid->addWidget(photoColumn, 0, 0, 2, 1);

@@ -145,23 +145,27 @@ void FlightEditor::Command2_Click() {
 }
 
 void FlightEditor::Command13_Click() {
-  const auto routes = routesOfPastedText(editing_.desktop().clipboardText());
+  const std::vector<std::string> routes = routePairs(editing_.desktop().clipboardText());
   QMenu menu(this);
   menu.setObjectName(QStringLiteral("RouteMenu"));
   if (routes.empty()) {
     menu.addAction(tr("No route in the clipboard / クリップボードに経路がありません"))
         ->setEnabled(false);
   }
-  for (const auto& pasted : routes) {
-    menu.addAction(toQString(pasted.text()), this, [this, pasted] {
-      const std::string from = editing_.valueOrEnd(editing_.tables().L3toL4(pasted.from));
-      const std::string to = editing_.valueOrEnd(editing_.tables().L3toL4(pasted.to));
-      if (editing_.desktop().isEnding()) return;
-      setAirport(0, from);
-      setAirport(1, to);
-    });
+  for (const std::string& route : routes) {
+    menu.addAction(toQString(route), this, [this, route] { takeRoute(route); });
   }
   menu.exec(paste_->mapToGlobal(QPoint(0, paste_->height())));
+}
+
+void FlightEditor::takeRoute(std::string_view pair) {
+  const auto codes = split(pair, '>');
+  for (int i = 0; i < 2; ++i) {
+    const std::string code =
+        editing_.valueOrEnd(editing_.tables().L3toL4(codes[static_cast<std::size_t>(i)]));
+    if (editing_.desktop().isEnding()) return;
+    setAirport(i, code);
+  }
 }
 
 }  // namespace vel

@@ -51,6 +51,7 @@ class FlightEditor : public QGroupBox {
 
  private:
   void Text2_Change(int index);
+  void takeRoute(std::string_view pair);
 
   const TableEditing& editing_;
   IsLineSelected isLineSelected_;

@@ -1,0 +1,146 @@
+#include "web/ui/conffig_dialog.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "core/helpers.h"
+#include "core/ui/qt_desktop.h"
+#include "tables/rewrite.h"
+#include "web/address.h"
+
+namespace vel {
+namespace {
+
+struct EngineBoxes {
+  QLineEdit* name;
+  QLineEdit* address;
+  QGridLayout* grid;
+};
+
+// One frame: a name, an address and a Test button.
+EngineBoxes addEngine(QGroupBox* frame, int index, const QString& addressLabel, QPushButton* test) {
+  auto* grid = new QGridLayout(frame);
+  auto* name = new QLineEdit(frame);
+  name->setObjectName(QStringLiteral("Text%1").arg(2 * index + 1));
+  name->setAccessibleName(frame->title() + QStringLiteral(" name"));
+  auto* address = new QLineEdit(frame);
+  address->setObjectName(QStringLiteral("Text%1").arg(2 * index + 2));
+  address->setAccessibleName(frame->title() + QStringLiteral(" address"));
+  address->setMinimumWidth(address->fontMetrics().averageCharWidth() * 60);
+  auto* nameLabel = new QLabel(QStringLiteral("Name"), frame);
+  nameLabel->setBuddy(name);
+  auto* urlLabel = new QLabel(QStringLiteral("URL"), frame);
+  urlLabel->setBuddy(address);
+  grid->addWidget(nameLabel, 0, 0);
+  grid->addWidget(name, 0, 1);
+  grid->addWidget(urlLabel, 1, 0);
+  grid->addWidget(address, 1, 1);
+  grid->addWidget(new QLabel(addressLabel, frame), 1, 2);
+  grid->addWidget(test, 2, 2);
+  return {name, address, grid};
+}
+
+QPushButton* makeTestButton(QWidget* parent, int index) {
+  auto* button = new QPushButton(QStringLiteral("Test"), parent);
+  button->setObjectName(QStringLiteral("Command1(%1)").arg(index));
+  button->setAutoDefault(false);
+  button->setToolTip(
+      ConffigDialog::tr("Opens a sample with this address\nこのURLでサンプルを開く"));
+  return button;
+}
+
+}  // namespace
+
+ConffigDialog::ConffigDialog(Program& program, WebAccess& web, QWidget* parent)
+    : QDialog(parent), program_(program), web_(web) {
+  setObjectName(QStringLiteral("ConffigDialog"));
+  setWindowTitle(QStringLiteral("Conffig"));
+  const Settings& env = program.settings();
+
+  auto* registrationFrame = new QGroupBox(QStringLiteral("Reg.No. search"), this);
+  QPushButton* testRegistration = makeTestButton(registrationFrame, 0);
+  const EngineBoxes registration =
+      addEngine(registrationFrame, 0, QStringLiteral("+ [Reg.No.]"), testRegistration);
+  registrationName_ = registration.name;
+  registrationAddress_ = registration.address;
+
+  auto* flightFrame = new QGroupBox(QStringLiteral("Flight No. search"), this);
+  QPushButton* testFlight = makeTestButton(flightFrame, 1);
+  const EngineBoxes flight =
+      addEngine(flightFrame, 1, QStringLiteral("+ [Flight No.]"), testFlight);
+  flightName_ = flight.name;
+  flightAddress_ = flight.address;
+  zeroSuppress_ =
+      new QCheckBox(QStringLiteral("Zero suppress  ( ex. JL0012 -> JL12 )"), flightFrame);
+  zeroSuppress_->setObjectName(QStringLiteral("Check1"));
+  flight.grid->addWidget(zeroSuppress_, 2, 1);
+
+  keepCursor_ =
+      new QCheckBox(QStringLiteral("When retrieving, the cursor position is kept."), this);
+  keepCursor_->setObjectName(QStringLiteral("Check2"));
+
+  auto* ok = new QPushButton(QStringLiteral("OK"), this);
+  ok->setObjectName(QStringLiteral("OKButton"));
+  ok->setDefault(true);
+  auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
+  cancel->setObjectName(QStringLiteral("CancelButton"));
+  auto* buttons = new QDialogButtonBox(this);
+  buttons->addButton(ok, QDialogButtonBox::AcceptRole);
+  buttons->addButton(cancel, QDialogButtonBox::RejectRole);
+
+  auto* rows = new QVBoxLayout(this);
+  rows->addWidget(registrationFrame);
+  rows->addWidget(flightFrame);
+  rows->addWidget(keepCursor_);
+  rows->addWidget(buttons);
+
+  registrationName_->setText(toQString(env.env_regDefName0));
+  registrationAddress_->setText(toQString(env.env_regDefUrl0));
+  flightName_->setText(toQString(env.env_FltDefName0));
+  flightAddress_->setText(toQString(env.env_FltDefUrl0));
+  zeroSuppress_->setChecked(env.env_fltSchZsp == 1);
+  keepCursor_->setChecked(env.env_keepCsrPos == 1);
+
+  connect(testRegistration, &QPushButton::clicked, this, [this] { Command1_Click(0); });
+  connect(testFlight, &QPushButton::clicked, this, [this] { Command1_Click(1); });
+  connect(ok, &QPushButton::clicked, this, &ConffigDialog::OKButton_Click);
+  connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void ConffigDialog::OKButton_Click() {
+  const std::string typed = (registrationName_->text() + registrationAddress_->text() +
+                             flightName_->text() + flightAddress_->text())
+                                .toStdString();
+  if (!canBeStored(program_.encoding(), typed)) {
+    program_.desktop().showMessage(kIllegalCharacter);
+    return;
+  }
+  Settings& env = program_.settings();
+  env.env_regDefName0 = registrationName_->text().toStdString();
+  env.env_regDefUrl0 = registrationAddress_->text().toStdString();
+  env.env_FltDefName0 = flightName_->text().toStdString();
+  env.env_FltDefUrl0 = flightAddress_->text().toStdString();
+  env.env_fltSchZsp = zeroSuppress_->isChecked() ? 1 : 0;
+  env.env_keepCsrPos = keepCursor_->isChecked() ? 1 : 0;
+  program_.SaveEnv();
+  accept();
+}
+
+void ConffigDialog::Command1_Click(int index) {
+  SearchSample sample;
+  if (index == 0) {
+    sample = registrationSample(registrationAddress_->text().toStdString());
+  } else {
+    const std::string prefix = flightAddress_->text().toStdString();
+    const std::string homepage = isHomepagePrefix(prefix) ? web_.homepage() : std::string();
+    sample = flightSample(prefix, zeroSuppress_->isChecked(), homepage);
+  }
+  program_.desktop().showMessage(sample.message);
+  ShellOpen(program_.desktop(), sample.address);
+}
+
+}  // namespace vel
