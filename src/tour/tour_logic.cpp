@@ -1,0 +1,281 @@
+#include "tour/tour_logic.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <limits>
+#include <numbers>
+#include <vector>
+
+namespace vel {
+namespace {
+
+/// The place nearest to `wanted` at which `length` lies within the span.
+int nearestWithin(int wanted, int length, int spanStart, int spanLength) {
+  return std::max(spanStart, std::min(wanted, spanStart + spanLength - length));
+}
+
+TourPoint onScreen(const TourPoint& wanted, const TourSize& tour,
+                   std::span<const TourRect> screens) {
+  TourPoint best = wanted;
+  auto bestDistance = std::numeric_limits<long long>::max();
+  for (const TourRect& screen : screens) {
+    const TourPoint place{nearestWithin(wanted.left, tour.width, screen.left, screen.width),
+                          nearestWithin(wanted.top, tour.height, screen.top, screen.height)};
+    const long long dx = place.left - wanted.left;
+    const long long dy = place.top - wanted.top;
+    const long long distance = dx * dx + dy * dy;
+    if (distance < bestDistance) {
+      best = place;
+      bestDistance = distance;
+    }
+  }
+  return best;
+}
+
+/// How far the control lies beyond each edge of the tour window; negative
+/// where it does not.
+struct Gaps {
+  int left;
+  int top;
+  int right;
+  int bottom;
+  [[nodiscard]] int sideways() const { return std::max(left, right); }
+  [[nodiscard]] int upright() const { return std::max(top, bottom); }
+  [[nodiscard]] bool outside() const { return sideways() >= 0 || upright() >= 0; }
+};
+
+Gaps gapsBetween(const TourRect& tour, const TourRect& control) {
+  return {tour.left - control.right(), tour.top - control.bottom(), control.left - tour.right(),
+          control.top - tour.bottom()};
+}
+
+TourEdge edgeTowards(const Gaps& gaps) {
+  if (gaps.sideways() >= gaps.upright()) {
+    return gaps.left >= gaps.right ? TourEdge::left : TourEdge::right;
+  }
+  return gaps.top >= gaps.bottom ? TourEdge::top : TourEdge::bottom;
+}
+
+/// The part of the control on that side of the tour window where it sticks out
+/// furthest; the control itself when it sticks out nowhere.
+TourRect partInSight(const TourRect& tour, const TourRect& control) {
+  const int left = tour.left - control.left;
+  const int top = tour.top - control.top;
+  const int right = control.right() - tour.right();
+  const int bottom = control.bottom() - tour.bottom();
+  const int furthest = std::max({left, top, right, bottom});
+  if (furthest <= 0) return control;
+  if (left == furthest) return {control.left, control.top, left, control.height};
+  if (right == furthest) return {tour.right(), control.top, right, control.height};
+  if (top == furthest) return {control.left, control.top, control.width, top};
+  return {control.left, tour.bottom(), control.width, bottom};
+}
+
+bool isUpright(TourEdge edge) { return edge == TourEdge::left || edge == TourEdge::right; }
+
+double outwardAngle(TourEdge edge) {
+  switch (edge) {
+    case TourEdge::right:
+      return 0;
+    case TourEdge::bottom:
+      return 90;
+    case TourEdge::left:
+      return 180;
+    case TourEdge::top:
+      break;
+  }
+  return 270;
+}
+
+/// The middle of what two spans share; where they share nothing, the middle of
+/// the second one.
+int middleOfShared(int start, int end, int otherStart, int otherEnd) {
+  const int from = std::max(start, otherStart);
+  const int to = std::min(end, otherEnd);
+  return from < to ? from + (to - from) / 2 : otherStart + (otherEnd - otherStart) / 2;
+}
+
+/// The coordinate of a span nearest to `from`, but not at its very rim: a
+/// pointer that aims there visibly hits the control.
+double aimWithin(double from, int start, int length, int rim) {
+  const double inset = std::min(length / 2.0, static_cast<double>(rim));
+  return std::clamp(from, start + inset, start + length - inset);
+}
+
+double angleTowards(const TourPoint& from, const TourRect& control, TourEdge edge, int rim) {
+  const double dx = aimWithin(from.left, control.left, control.width, rim) - from.left;
+  const double dy = aimWithin(from.top, control.top, control.height, rim) - from.top;
+  if (dx == 0 && dy == 0) return outwardAngle(edge);
+  const double degrees = std::atan2(dy, dx) * 180 / std::numbers::pi;
+  return degrees < 0 ? degrees + 360 : degrees;
+}
+
+long long distanceBetween(const TourRect& tour, const TourRect& control) {
+  const Gaps gaps = gapsBetween(tour, control);
+  const long long dx = std::max(gaps.sideways(), 0);
+  const long long dy = std::max(gaps.upright(), 0);
+  return dx * dx + dy * dy;
+}
+
+/// A pointer under way to its place.
+struct Placing {
+  std::size_t picture;
+  TourEdge edge;
+  int along;
+  std::optional<TourRect> target;
+};
+
+Placing placeAt(std::size_t picture, const TourRect& tour, const TourRect& control) {
+  Placing placing{picture, TourEdge::left, 0, control};
+  if (gapsBetween(tour, control).outside()) {
+    placing.edge = edgeTowards(gapsBetween(tour, control));
+  } else {
+    const TourRect part = partInSight(tour, control);
+    placing.target = part;
+    // Of a control wholly under the window no part is in sight: its middle
+    // tells which edge is nearest.
+    const TourRect middle{part.left + part.width / 2, part.top + part.height / 2, 0, 0};
+    placing.edge = edgeTowards(gapsBetween(tour, part == control ? middle : part));
+  }
+  const TourRect& target = *placing.target;
+  placing.along =
+      isUpright(placing.edge)
+          ? middleOfShared(tour.top, tour.bottom(), target.top, target.bottom()) - tour.top
+          : middleOfShared(tour.left, tour.right(), target.left, target.right()) - tour.left;
+  return placing;
+}
+
+Placing placeWithoutControl(std::size_t picture, const TourRect& tour) {
+  return {picture, picture % 2 == 0 ? TourEdge::left : TourEdge::right,
+          picture < 2 ? tour.height / 4 : tour.height - tour.height / 4, std::nullopt};
+}
+
+/// Keeps the pictures of one edge within it and off each other.
+void spread(std::vector<Placing*>& onEdge, int length, int size) {
+  const int spacing = size + size / 4;
+  const int first = size / 2;
+  const int last = std::max(first, length - (size - size / 2));
+  std::stable_sort(onEdge.begin(), onEdge.end(),
+                   [](const Placing* a, const Placing* b) { return a->along < b->along; });
+  int lowest = first;
+  for (Placing* placing : onEdge) {
+    placing->along = std::max(placing->along, lowest);
+    lowest = placing->along + spacing;
+  }
+  int highest = last;
+  for (auto placing = onEdge.rbegin(); placing != onEdge.rend(); ++placing) {
+    (*placing)->along = std::max(first, std::min((*placing)->along, highest));
+    highest = (*placing)->along - spacing;
+  }
+}
+
+std::vector<Placing> placeAll(const PointerSet& pointers, const TourRect& tour,
+                              std::span<const TourRect> controls, int size) {
+  std::vector<std::size_t> pictures;
+  for (std::size_t i = 0; i < pointers.size(); ++i) {
+    if (pointers[i]) pictures.push_back(i);
+  }
+  std::vector<TourRect> nearest(controls.begin(), controls.end());
+  if (nearest.size() > pictures.size()) {
+    std::stable_sort(nearest.begin(), nearest.end(), [&](const TourRect& a, const TourRect& b) {
+      return distanceBetween(tour, a) < distanceBetween(tour, b);
+    });
+  }
+
+  std::vector<Placing> placings;
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    if (nearest.empty()) {
+      placings.push_back(placeWithoutControl(pictures[i], tour));
+      continue;
+    }
+    const std::size_t count = nearest.size();
+    Placing placing = placeAt(pictures[i], tour, nearest[i % count]);
+    const std::size_t sharing = (pictures.size() - i % count + count - 1) / count;
+    const int spacing = size + size / 4;
+    placing.along +=
+        (2 * static_cast<int>(i / count) - static_cast<int>(sharing) + 1) * spacing / 2;
+    placings.push_back(placing);
+  }
+  return placings;
+}
+
+}  // namespace
+
+PointerSet pointersOf(int step) {
+  const TourStep* found = tourStep(step);
+  return found == nullptr ? PointerSet{} : found->pointers;
+}
+
+PointerSet visiblePointers(bool blink, const PointerSet& pointers) {
+  return blink ? pointers : PointerSet{};
+}
+
+std::optional<TourPoint> tourPosition(int step, const TourRect& mainWindow, int panelTop,
+                                      const TourSize& tour, std::span<const TourRect> screens) {
+  const TourStep* found = tourStep(step);
+  if (found == nullptr) return std::nullopt;
+  TourPoint wanted{mainWindow.left + found->left,
+                   mainWindow.top + found->top + (found->panel ? panelTop : 0)};
+  if (found->place == TourPlace::rightOfWindow) wanted.left += mainWindow.width;
+  if (found->place == TourPlace::centred) {
+    wanted = {mainWindow.left + (mainWindow.width - tour.width) / 2,
+              mainWindow.top + (mainWindow.height - tour.height) / 2};
+  }
+  return onScreen(wanted, tour, screens);
+}
+
+TourPoint pointerMiddle(const TourRect& tour, const TourPointer& pointer, int size) {
+  const int near = size / 2;
+  const int far = size - near;
+  switch (pointer.edge) {
+    case TourEdge::left:
+      return {tour.left + near, tour.top + pointer.along};
+    case TourEdge::right:
+      return {tour.right() - far, tour.top + pointer.along};
+    case TourEdge::top:
+      return {tour.left + pointer.along, tour.top + near};
+    case TourEdge::bottom:
+      break;
+  }
+  return {tour.left + pointer.along, tour.bottom() - far};
+}
+
+std::array<std::optional<TourPointer>, kTourPointerCount> placePointers(
+    const PointerSet& pointers, const TourRect& tour, std::span<const TourRect> controls,
+    int size) {
+  std::vector<Placing> placings = placeAll(pointers, tour, controls, size);
+  for (const TourEdge edge : {TourEdge::left, TourEdge::top, TourEdge::right, TourEdge::bottom}) {
+    std::vector<Placing*> onEdge;
+    for (Placing& placing : placings) {
+      if (placing.edge == edge) onEdge.push_back(&placing);
+    }
+    spread(onEdge, isUpright(edge) ? tour.height : tour.width, size);
+  }
+
+  std::array<std::optional<TourPointer>, kTourPointerCount> placed;
+  for (const Placing& placing : placings) {
+    TourPointer pointer{placing.edge, placing.along, outwardAngle(placing.edge)};
+    if (placing.target) {
+      pointer.angle =
+          angleTowards(pointerMiddle(tour, pointer, size), *placing.target, pointer.edge, size / 2);
+    }
+    placed[placing.picture] = pointer;
+  }
+  return placed;
+}
+
+std::string positionReport(int step, const TourPoint& tour, const TourPoint& mainWindow,
+                           int panelTop) {
+  const int top = tour.top - mainWindow.top;
+  return "P=" + std::to_string(step) + " Top=" + std::to_string(top) +
+         " / Left=" + std::to_string(tour.left - mainWindow.left) +
+         " / Form1+Frame4-Top=" + std::to_string(top - panelTop);
+}
+
+std::string nextButtonReport(const TourPoint& tour, const TourPoint& mainWindow) {
+  return std::to_string(tour.left - mainWindow.left) + "<-left top->" +
+         std::to_string(tour.top - mainWindow.top);
+}
+
+}  // namespace vel

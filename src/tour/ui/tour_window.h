@@ -1,0 +1,85 @@
+#pragma once
+
+#include <QAbstractSlider>
+#include <QDialog>
+#include <QList>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <array>
+
+#include "tour/tour_logic.h"
+#include "tour/ui/tour_host.h"
+#include "tour/ui/tour_marks.h"
+
+namespace vel {
+
+/// The tour: stands beside the control that the current step explains, frames
+/// it, and points at it with blinking arrows. Keys: Alt+N or Right, Alt+P or
+/// Left, Esc; Up, Down and the page keys scroll the text.
+///
+/// `host` and `state` belong to the caller and outlive the window. The state
+/// keeps the step from one opening to the next.
+class TourWindow : public QDialog {
+  Q_OBJECT
+
+ public:
+  TourWindow(const TourHost& host, TourState& state);
+  ~TourWindow() override;
+
+  [[nodiscard]] QSize sizeHint() const override;
+
+ public Q_SLOTS:
+  void Command1_Click();  ///< "Prev."
+  void Command2_Click();  ///< "Next"
+  void Command3_Click();  ///< "Close"
+  void Label1_Click();
+  void Timer1_Timer();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void buildControls();
+  void buildKeys();
+  void fitToFont();
+  void showStep();
+  void followHost();
+  void moveToStep();
+  void pointAtControls();
+  void applyBlink();
+  void frameControls(const QList<QRect>& controls);
+  void removeFrames(qsizetype keep);
+  void scrollText(QAbstractSlider::SliderAction action);
+  /// This window's and the main window's top left corner, in twips.
+  [[nodiscard]] TourPoint ownCorner() const;
+  [[nodiscard]] TourPoint hostCorner() const;
+  [[nodiscard]] int pointerSize() const;
+
+  const TourHost& host_;
+  TourState& state_;
+  bool blink_ = true;
+  PointerSet pointers_ = {};
+  bool followPending_ = false;
+  QSize placedSize_;  ///< outer size at the last move to a step's place
+
+  QVBoxLayout* layout_ = nullptr;
+  QPlainTextEdit* text_ = nullptr;
+  PositionLabel* position_ = nullptr;
+  QPushButton* previous_ = nullptr;
+  QPushButton* next_ = nullptr;
+  QPushButton* close_ = nullptr;
+  QTimer* timer_ = nullptr;
+  std::array<PointerPicture*, kTourPointerCount> pictures_ = {};
+  QList<QPointer<ControlFrame>> frames_;
+};
+
+}  // namespace vel
