@@ -102,7 +102,7 @@ void PositionLabel::paintEvent(QPaintEvent*) {
     letters.setPixelSize(--size);
   }
   painter.setFont(letters);
-  painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
+  painter.setPen(palette().color(QPalette::PlaceholderText));
   painter.drawText(rect(), flags, text());
   if (hasFocus()) {
     QStyleOptionFocusRect option;

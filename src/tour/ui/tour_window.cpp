@@ -279,7 +279,7 @@ void TourWindow::scrollText(QAbstractSlider::SliderAction action) {
 }
 
 bool TourWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == host_.window() && isVisible() && !followPending_) {
+  if (watched == parentWidget() && isVisible() && !followPending_) {
     switch (event->type()) {
       case QEvent::Move:
       case QEvent::Resize:
@@ -332,6 +332,10 @@ void TourWindow::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const int done = width() * std::clamp(state_.step, 0, kLastTourStep) / kLastTourStep;
   painter.fillRect(0, height() - 2, done, 2, palette().color(QPalette::Highlight));
+  // Some window managers draw no frame around a dialog: without a line of its
+  // own the tour would melt into the window below.
+  painter.setPen(palette().color(QPalette::Mid));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 }  // namespace vel

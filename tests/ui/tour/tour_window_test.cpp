@@ -452,6 +452,30 @@ TEST_F(TourWindowTest, TheFrameGoesWithTheTour) {
   EXPECT_TRUE(host_.findChildren<ControlFrame*>().isEmpty());
 }
 
+TEST(TourWindowLifetime, TheMainWindowMayEndWhileTheTourIsOpen) {
+  TourState state{26};
+  QPointer<TourWindow> tour;
+  {
+    FakeHost host;
+    tour = new TourWindow(host, state);
+    tour->open();
+    ASSERT_TRUE(tour->isVisible());
+  }
+  EXPECT_TRUE(tour.isNull());
+  QCoreApplication::sendPostedEvents();
+  EXPECT_EQ(state.step, 26);
+}
+
+TEST_F(TourWindowTest, TheWholePositionReportFitsItsLabel) {
+  openAt(28);
+  QTest::mouseClick(label(), Qt::LeftButton);
+  QFont letters = label()->font();
+  letters.setPixelSize(6);
+  const QRect needed = QFontMetrics(letters).boundingRect(
+      label()->rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap, label()->text());
+  EXPECT_TRUE(label()->rect().contains(needed));
+}
+
 TEST_F(TourWindowTest, NothingClipsInEveryStepWithLettersAQuarterLarger) {
   QFont larger = QApplication::font();
   larger.setPointSizeF(larger.pointSizeF() * 1.25);
