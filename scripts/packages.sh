@@ -1,0 +1,17 @@
+# The Debian packages that the scripts install; sourced by them.
+
+build_packages=(
+  g++ cmake ninja-build ccache
+  qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev
+  libcpp-httplib-dev
+  fonts-ipafont-gothic fonts-ipafont-mincho
+)
+run_packages=("${build_packages[@]}" xdg-utils)
+test_packages=(
+  "${build_packages[@]}"
+  libgtest-dev libgmock-dev libbenchmark-dev
+  libxml2-utils xvfb xauth openbox xdotool x11-utils
+)
+windows_test_packages=(
+  cmake ninja-build googletest g++-mingw-w64-x86-64-posix wine wine64
+)
