@@ -9,6 +9,8 @@
 #include "core/ui/qt_desktop.h"
 #include "core/version.h"
 #include "tables/rewrite.h"
+#include "tour/ui/tour_window.h"
+#include "tour/ui/window_tour_host.h"
 
 namespace {
 
@@ -51,8 +53,17 @@ int main(int argc, char** argv) {
   vel::QtDesktop desktop;
   vel::Program program(desktop, vel::Folders::of(folder));
   vel::WebAccess web(program);
+  vel::TourState tour;
   program.setBrowsers(
-      [&web](vel::Program& owner) { return std::make_unique<vel::AcarsBrowser>(owner, web); },
+      [&](vel::Program& owner) {
+        auto browser = std::make_unique<vel::AcarsBrowser>(owner, web);
+        browser->prepareTour = [&tour](int step) { tour.step = step; };
+        browser->showTour = [&tour, window = browser.get()] {
+          const vel::WindowTourHost host(window);
+          vel::TourWindow(host, tour).exec();
+        };
+        return browser;
+      },
       nullptr);
   if (parser.isSet(screenshot)) {
     const QString file = parser.value(screenshot);

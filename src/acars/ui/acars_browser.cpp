@@ -152,8 +152,9 @@ QWidget* AcarsBrowser::makeTopRow() {
   config_ = addButton(tr("Config"), QStringLiteral("Command10"),
                       tr("Search engines and other settings\n検索エンジンなどの設定"),
                       &AcarsBrowser::Command10_Click);
-  addButton(tr("&Tour"), QStringLiteral("Command4"),
-            tr("Guided tour of this window\nこの画面の使い方"), &AcarsBrowser::Command4_Click);
+  tour_ =
+      addButton(tr("&Tour"), QStringLiteral("Command4"),
+                tr("Guided tour of this window\nこの画面の使い方"), &AcarsBrowser::Command4_Click);
   version_ = new QLabel(QStringLiteral("Ver x.xx"), row);
   version_->setObjectName(QStringLiteral("Label4"));
   line->addWidget(version_);
@@ -181,10 +182,12 @@ void AcarsBrowser::Form_Load() {
   version_->setText(QStringLiteral("Ver") + QString::fromLatin1(kVersion));
   config_->setVisible(settings().env_Config != 0);
   otherBrowser_->setVisible(program().hasOtherBrowser());
+  tour_->setVisible(showTour != nullptr);
   desktop().processEvents();
   GetLogFileList();
   if (!desktop().isEnding()) panel_->airports()->Text3_Change();
   if (desktop().isEnding()) return;
+  if (prepareTour) prepareTour(1);
   WriteRunLog(desktop(), "End Form_Load");
   program().splashStage = 2;
 }
@@ -329,7 +332,14 @@ void AcarsBrowser::Command9_Click() {
   GetLogData();
 }
 
-void AcarsBrowser::Command4_Click() {}
+void AcarsBrowser::Command4_Click() {
+  if (!showTour) return;
+  // The tour explains the frames, which are hidden while no line is selected.
+  const bool empty = list_->listIndex() < 0;
+  if (empty) panel_->showFrames();
+  showTour();
+  if (empty && list_->listIndex() < 0) panel_->hideFrames();
+}
 
 void AcarsBrowser::Combo2_Click() {
   settings().env_regSchCmb = panel_->photoSearch()->chooser()->currentIndex();

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <functional>
 
 #include "acars/list_log.h"
 #include "acars/ui/detail_panel.h"
@@ -23,6 +24,11 @@ class AcarsBrowser : public BrowserWindow {
  public:
   /// The web access outlives the window.
   AcarsBrowser(Program& program, WebAccess& web);
+
+  /// What other windows do for this one; set before Form_Load. Missing ones do
+  /// nothing, and their buttons are not shown.
+  std::function<void(int step)> prepareTour;
+  std::function<void()> showTour;
 
   void Form_Load() override;
   void Form_Activate() override;
@@ -77,6 +83,7 @@ class AcarsBrowser : public BrowserWindow {
   QComboBox* logFile_;
   QPushButton* config_;
   QPushButton* otherBrowser_;
+  QPushButton* tour_;
   QLabel* version_;
   bool loading_ = false;
   bool reading_ = false;

@@ -235,6 +235,10 @@ void DetailPanel::showSelection() {
 
   if (!airline_->AirLineLoad(prefix)) return;
   busy_->hideProcessing();
+  showFrames();
+}
+
+void DetailPanel::showFrames() {
   aircraftFrame_->show();
   flight_->show();
   airline_->show();

@@ -37,6 +37,9 @@ class DetailPanel : public QWidget {
   /// Hides the three table frames and shows the title in their place.
   void hideFrames();
 
+  /// Shows the three table frames in the title's place.
+  void showFrames();
+
   /// Writes the equipment to aircraft.csv.
   void Command1_Click();
 

@@ -65,10 +65,10 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
   addColumn(row, tr("Flight"),
             {makeBox(kFlight, tr("Flight filter"),
                      tr("Shows only flights that contain this text\n便名に含まれる文字"), 68)});
-  addColumn(row, tr("Regist."),
-            {makeBox(kRegistration, tr("Registration filter"),
-                     tr("Shows only registrations that contain this text\n機体番号に含まれる文字"),
-                     80)});
+  addColumn(
+      row, tr("Regist."),
+      {makeBox(kRegistration, tr("Registration filter"),
+               tr("Shows only registrations that contain this text\n機体番号に含まれる文字"), 80)});
   addColumn(row, tr("DEPT/DEST"),
             {makeBox(kAirport, tr("Departure or destination filter"),
                      tr("Shows only lines whose departure or destination contains this text\n"
@@ -98,11 +98,10 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
   timeComparison_->setAccessibleName(tr("Time comparison"));
   timeComparison_->setToolTip(tr("How the time is compared\n時刻の比較方法"));
   timeComparison_->addItems({tr("Earlier than"), tr("Prefix"), tr("Later than")});
-  QLineEdit* time =
-      makeBox(kTime, tr("Time filter"),
-              tr("hh:mm:ss or its beginning: 09 shows every line of the hour 09\n"
-                 "時刻またはその先頭。09 で9時台のすべてを表示"),
-              72);
+  QLineEdit* time = makeBox(kTime, tr("Time filter"),
+                            tr("hh:mm:ss or its beginning: 09 shows every line of the hour 09\n"
+                               "時刻またはその先頭。09 で9時台のすべてを表示"),
+                            72);
   addColumn(row, tr("Time"), {timeComparison_, time});
 
   letter_ = new QCheckBox(tr("Letter"), this);
