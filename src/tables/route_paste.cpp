@@ -8,8 +8,8 @@
 namespace vel {
 namespace {
 
-constexpr std::string_view kFrom = "From (";
-constexpr std::string_view kTo = "to (";
+constexpr std::string_view kFrom = "From ";
+constexpr std::string_view kTo = "to ";
 constexpr std::string_view kPartEnd = "))";
 constexpr std::size_t kCodeLength = 3;
 
@@ -38,42 +38,51 @@ std::string codeOf(std::string_view part) {
   return firstCode(part);
 }
 
-struct Part {
-  bool isFrom = false;
-  std::string code;       // empty for a broken part
-  std::string_view rest;  // of the line
-};
-
 bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
-// The place of the word and its bracket; "Toronto (" holds no "to (".
-std::size_t findWord(std::string_view line, std::string_view word) {
-  std::size_t place = line.find(word);
-  while (place != std::string_view::npos && place > 0 && isLetter(line[place - 1])) {
-    place = line.find(word, place + 1);
-  }
-  return place;
+// "Toronto (" ends in no "to ".
+bool endsInWord(std::string_view text, std::string_view word) {
+  if (!text.ends_with(word)) return false;
+  text.remove_suffix(word.size());
+  return text.empty() || !isLetter(text.back());
 }
 
-std::size_t nextMarker(std::string_view line) {
-  return MinOf(findWord(line, kFrom), findWord(line, kTo));
+struct Marker {
+  std::size_t begin = std::string_view::npos;
+  std::size_t end = std::string_view::npos;  // behind the bracket
+  bool isFrom = false;
+};
+
+// The first "From (" or "to (". Looks at each bracket once, so that a text of
+// nothing but brackets takes no longer than any other.
+Marker nextMarker(std::string_view line) {
+  for (std::size_t bracket = line.find('('); bracket != std::string_view::npos;
+       bracket = line.find('(', bracket + 1)) {
+    const std::string_view before = line.substr(0, bracket);
+    if (endsInWord(before, kFrom)) return {bracket - kFrom.size(), bracket + 1, true};
+    if (endsInWord(before, kTo)) return {bracket - kTo.size(), bracket + 1, false};
+  }
+  return {};
 }
 
-// Takes the part that begins at the marker at `begin`.
-Part takePart(std::string_view line, std::size_t begin) {
-  line.remove_prefix(begin);
-  Part part;
-  part.isFrom = line.starts_with(kFrom);
-  line.remove_prefix(part.isFrom ? kFrom.size() : kTo.size());
-  const std::size_t end = line.find(kPartEnd);
-  const std::size_t following = nextMarker(line);
-  if (end >= following || end == std::string_view::npos) {
-    part.rest = line.substr(MinOf(following, line.size()));
-    return part;
+// The routes of one line; the departure waits for its destination.
+void addPairs(std::string_view line, std::string& departure, std::vector<std::string>& pairs) {
+  Marker marker = nextMarker(line);
+  while (marker.end != std::string_view::npos && pairs.size() < kMostRoutePairs) {
+    line.remove_prefix(marker.end);
+    const bool isFrom = marker.isFrom;
+    marker = nextMarker(line);
+    const std::string_view part = line.substr(0, marker.begin);
+    const std::size_t end = part.find(kPartEnd);
+    const std::string code =
+        end == std::string_view::npos ? std::string() : codeOf(part.substr(0, end));
+    if (isFrom) {
+      departure = code;
+      continue;
+    }
+    if (!departure.empty() && !code.empty()) pairs.push_back(departure + ">" + code);
+    departure.clear();
   }
-  part.code = codeOf(line.substr(0, end));
-  part.rest = line.substr(end + kPartEnd.size());
-  return part;
 }
 
 }  // namespace
@@ -82,20 +91,9 @@ std::vector<std::string> routePairs(std::string_view text) {
   std::vector<std::string> pairs;
   std::string departure;
   while (!text.empty() && pairs.size() < kMostRoutePairs) {
-    std::string_view line = text.substr(0, text.find_first_of("\r\n"));
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
     text.remove_prefix(MinOf(line.size() + 1, text.size()));
-    for (std::size_t marker = nextMarker(line);
-         marker != std::string_view::npos && pairs.size() < kMostRoutePairs;
-         marker = nextMarker(line)) {
-      Part part = takePart(line, marker);
-      line = part.rest;
-      if (part.isFrom) {
-        departure = part.code;
-        continue;
-      }
-      if (!departure.empty() && !part.code.empty()) pairs.push_back(departure + ">" + part.code);
-      departure.clear();
-    }
+    addPairs(line, departure, pairs);
   }
   return pairs;
 }
