@@ -327,15 +327,6 @@ TEST_F(RewriteTest, FilesKeepTheNamesTheyWereFoundUnder) {
   EXPECT_EQ(raw("Flight.BAK"), "A,RJTTKLAX,-\r\n");
 }
 
-TEST_F(RewriteTest, AFolderInThePlaceOfTheBackupEndsTheProgramWithTheTableUntouched) {
-  base_.writeData("aircraft.csv", {"A,1"});
-  std::filesystem::create_directory(base_.folders.data / "aircraft.bak");
-  EXPECT_EQ(rewrite({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}),
-            RewriteOutcome::programEnds);
-  EXPECT_TRUE(desktop_.ended);
-  EXPECT_EQ(base_.data("aircraft.csv"), "A,1\r\n");
-}
-
 TEST_F(RewriteTest, AHardLinkFromTheNewFileToTheTableCostsNoByte) {
   base_.writeData("aircraft.csv", {"A,1", "B,2"});
   std::filesystem::create_hard_link(base_.folders.data / "aircraft.csv",
