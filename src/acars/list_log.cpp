@@ -1,7 +1,13 @@
 #include "acars/list_log.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <utility>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace vel {
 namespace {
@@ -16,20 +22,52 @@ constexpr int kLinesPerLook = 64;
 constexpr std::size_t kLongestExample = 1000;
 constexpr std::size_t kLongestNumberList = 2000;
 
+constexpr std::size_t kStride = 16;
+
+// One bit for each of the 16 bytes from `text`, set where it is a comma.
+unsigned commasIn(const char* text) {
+#if defined(__SSE2__)
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(','))));
+#else
+  unsigned commas = 0;
+  for (std::size_t i = 0; i < kStride; ++i) {
+    commas |= static_cast<unsigned>(text[i] == ',') << i;
+  }
+  return commas;
+#endif
+}
+
 // Cuts a record at its commas. False unless it has exactly eight fields.
 bool cut(std::string_view line, std::string_view (&field)[kRecordFields]) {
   std::size_t count = 0;
-  const char* from = line.data();
-  const char* const end = from + line.size();
-  for (const char* at = from; at != end; ++at) {
-    if (*at != ',') continue;
-    if (count == kRecordFields - 1) return false;
-    field[count++] = {from, static_cast<std::size_t>(at - from)};
-    from = at + 1;
+  std::size_t from = 0;
+  char tail[kStride] = {};
+  for (std::size_t at = 0; at < line.size(); at += kStride) {
+    const char* piece = line.data() + at;
+    if (line.size() - at < kStride) {
+      std::memcpy(tail, piece, line.size() - at);
+      piece = tail;
+    }
+    for (unsigned commas = commasIn(piece); commas != 0; commas &= commas - 1) {
+      if (count == kRecordFields - 1) return false;
+      const std::size_t comma = at + static_cast<std::size_t>(std::countr_zero(commas));
+      field[count++] = line.substr(from, comma - from);
+      from = comma + 1;
+    }
   }
   if (count != kRecordFields - 1) return false;
-  field[count] = {from, static_cast<std::size_t>(end - from)};
+  field[count] = line.substr(from);
   return true;
+}
+
+bool isHeader(std::string_view line) {
+  return line.starts_with(kHeader) &&
+         (line.size() == kHeader.size() || line[kHeader.size()] == ',');
+}
+
+bool hasBlanksAround(std::string_view text) {
+  return !text.empty() && (text.front() == ' ' || text.back() == ' ');
 }
 
 }  // namespace
@@ -60,6 +98,8 @@ ListLogReader::ListLogReader(InputFile file, const Encoding& encoding, const Lis
       remarks_(needle(filter.remarks)),
       anyText_(!(filter.flight.empty() && filter.registration.empty() && filter.airport.empty() &&
                  filter.equipment.empty() && filter.remarks.empty())),
+      anyFilter_(anyText_ || filter.photo != ListFilter::kAll || !filter.time.empty() ||
+                 filter.unknownAirlineOnly),
       photoMark_(encoding.encode("○").value_or("")),
       noPhotoMark_(encoding.encode("×").value_or("")) {}
 
@@ -138,42 +178,43 @@ void ListLogReader::reject(std::string_view line) {
 
 Status ListLogReader::take(std::string_view line, RowStore& rows) {
   ++lineNumber_;
+  if (isHeader(line)) return {};
   Fields fields;
   auto& field = fields.field;
-  const bool isRecord = !lines_.wasCut() && cut(line, field);
-  if (line.starts_with(kHeader) && (line.size() == kHeader.size() || line[kHeader.size()] == ',')) {
-    return {};
-  }
-  if (!isRecord) {
+  if (lines_.wasCut() || !cut(line, field)) {
     reject(line);
     return {};
   }
-  const std::string_view flight = Trim(field[0]);
-  const std::size_t missingZeros =
-      field[7].size() < kTimeLength ? kTimeLength - field[7].size() : 0;
-  const bool asItStands = flight.size() == field[0].size() && missingZeros == 0;
-  if (!asItStands) {
-    row_.assign(flight);
-    const char* rest = field[0].data() + field[0].size();
-    row_.append(rest, static_cast<std::size_t>(field[7].data() - rest));
-    row_.append(missingZeros, '0');
-    row_.append(field[7]);
+  constexpr std::string_view kZeros = "00000000";
+  const std::string_view flight = hasBlanksAround(field[0]) ? Trim(field[0]) : field[0];
+  const std::string_view zeros = kZeros.substr(std::min(field[7].size(), kTimeLength));
+  if (anyFilter_) {
+    time_ = zeros;
+    time_ += field[7];
+    const Result<bool> passed = passes(fields, flight, time_);
+    if (!passed) return passed.error();
+    if (!*passed) return {};
   }
-  const std::string_view row = asItStands ? line : std::string_view(row_);
-  const std::string_view time = row.substr(row.size() - field[7].size() - missingZeros);
-  const Result<bool> passed = passes(fields, flight, time);
-  if (!passed) return passed.error();
-  if (*passed) rows.append(row);
+  if (flight.size() == field[0].size() && zeros.empty()) {
+    rows.append(line);
+  } else {
+    const std::size_t rest = field[0].size();
+    rows.append({flight, line.substr(rest, line.size() - rest - field[7].size()), zeros, field[7]});
+  }
   return {};
 }
 
 Result<bool> ListLogReader::step(std::chrono::steady_clock::time_point deadline, RowStore& rows) {
   while (true) {
     for (int i = 0; i < kLinesPerLook; ++i) {
-      const auto line = lines_.next();
-      if (!line) return line.error();
-      if (!*line) return false;
-      if (const Status taken = take(**line, rows); !taken) return taken.error();
+      std::string_view line;
+      if (!lines_.nextAtHand(line)) {
+        const auto next = lines_.next();
+        if (!next) return next.error();
+        if (!*next) return false;
+        line = **next;
+      }
+      if (const Status taken = take(line, rows); !taken) return taken.error();
     }
     if (std::chrono::steady_clock::now() >= deadline) return true;
   }

@@ -113,11 +113,12 @@ class ListLogReader {
   Needle equipment_;
   Needle remarks_;
   bool anyText_ = false;
-  std::string photoMark_;      // the full-width form, in the log's bytes
+  bool anyFilter_ = false;
+  std::string photoMark_;  // the full-width form, in the log's bytes
   std::string noPhotoMark_;
   MalformedLines malformed_;
   std::size_t lineNumber_ = 0;
-  std::string row_;
+  std::string time_;  // of the row at hand, filled with zeros
   bool failedLookUp_ = false;
 };
 

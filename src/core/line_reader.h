@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,22 @@ class LineReader {
   /// The next line without its line end, or nothing at the end of the file.
   /// The view lives until the next call. A longer line is cut at the limit.
   Result<std::optional<std::string_view>> next();
+
+  /// The next line where a whole one is at hand without reading on; false
+  /// otherwise, and next() is the one to call. The same line, only faster.
+  bool nextAtHand(std::string_view& line) {
+    const char* start = buffer_.data() + begin_;
+    const void* found = skipping_ ? nullptr : std::memchr(start, '\n', end_ - begin_);
+    if (found == nullptr) return false;
+    auto size = static_cast<std::size_t>(static_cast<const char*>(found) - start);
+    if (size > longestLine_) return false;
+    begin_ += size + 1;
+    consumed_ += size + 1;
+    wasCut_ = false;
+    if (size > 0 && start[size - 1] == '\r') --size;
+    line = {start, size};
+    return true;
+  }
 
   /// True when the line just handed out was longer than the limit.
   [[nodiscard]] bool wasCut() const { return wasCut_; }

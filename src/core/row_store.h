@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -15,15 +16,18 @@ class RowStore {
  public:
   explicit RowStore(char separator) : separator_(separator) {}
 
-  [[nodiscard]] std::size_t size() const { return rows_.size(); }
+  [[nodiscard]] std::size_t size() const { return size_; }
 
   /// Adds a row; the text is copied.
-  void append(std::string_view row);
+  void append(std::string_view row) { append({row}); }
+
+  /// Adds a row whose text is these pieces, one behind the other.
+  void append(std::initializer_list<std::string_view> pieces);
 
   /// The whole row. The view lives until the row is changed or cleared.
   [[nodiscard]] std::string_view row(std::size_t index) const {
-    const Row& row = rows_[index];
-    return {row.text, row.length};
+    const Row& found = at(index);
+    return {found.text, found.length};
   }
 
   /// One field (0-based), empty when the row has fewer.
@@ -43,10 +47,17 @@ class RowStore {
     std::size_t length;
   };
 
-  const char* keep(std::string_view text);
+  // Rows lie in blocks of their own, so that a million of them are never moved.
+  static constexpr std::size_t kRowsPerBlock = 4096;
+
+  [[nodiscard]] const Row& at(std::size_t index) const {
+    return rows_[index / kRowsPerBlock][index % kRowsPerBlock];
+  }
+  const char* keep(std::initializer_list<std::string_view> pieces, std::size_t length);
 
   char separator_;
-  std::vector<Row> rows_;
+  std::size_t size_ = 0;
+  std::vector<std::unique_ptr<Row[]>> rows_;
   std::vector<std::unique_ptr<char[]>> blocks_;
   std::size_t blockUsed_ = 0;
   std::size_t blockSize_ = 0;
