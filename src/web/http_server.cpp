@@ -117,6 +117,11 @@ class BoundedStream : public httplib::Stream {
 
 BoundedServer::BoundedServer(const ClientLimits& limits) : limits_(limits) {
   new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+  // The library would let two servers share one port.
+  set_socket_options([](socket_t socket) {
+    const int on = 1;
+    static_cast<void>(::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on));
+  });
 }
 
 int BoundedServer::bind(const std::string& host, int port) {

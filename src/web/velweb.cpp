@@ -196,7 +196,7 @@ int main(int count, char** arguments) {
   }
   const auto options = vel::parseOptions(count, arguments);
   if (!options) {
-    static_cast<void>(std::fputs(vel::kUsage, stderr));
+    static_cast<void>(std::fputs("velweb: wrong options; see velweb --help\n", stderr));
     return 2;
   }
   return vel::run(*options);

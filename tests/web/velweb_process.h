@@ -1,0 +1,63 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace vel::test {
+
+/// The built velweb, started on a free port of 127.0.0.1 and ended with the
+/// object.
+class VelwebProcess {
+ public:
+  /// Starts it with --parent-pipe and these options besides.
+  explicit VelwebProcess(const std::vector<std::string>& options);
+  VelwebProcess(const VelwebProcess&) = delete;
+  VelwebProcess& operator=(const VelwebProcess&) = delete;
+  ~VelwebProcess();
+
+  /// The line that it printed, without its line end.
+  [[nodiscard]] const std::string& line() const { return line_; }
+  /// The port in that line; 0 when there is none.
+  [[nodiscard]] int port() const { return port_; }
+
+  /// Closes the pipe that a parent holds.
+  void closePipe();
+  /// True when it ended within the time; status() is then its exit status.
+  bool endsWithin(std::chrono::milliseconds most);
+  [[nodiscard]] int status() const { return status_; }
+
+ private:
+  pid_t process_ = -1;
+  int pipe_ = -1;
+  std::string line_;
+  int port_ = 0;
+  int status_ = -1;
+  bool ended_ = false;
+};
+
+/// A connection to a port of 127.0.0.1, byte by byte.
+class RawClient {
+ public:
+  explicit RawClient(int port);
+  RawClient(const RawClient&) = delete;
+  RawClient& operator=(const RawClient&) = delete;
+  ~RawClient();
+
+  [[nodiscard]] bool connected() const { return connected_; }
+  /// False when the other side no longer takes the bytes.
+  bool send(std::string_view bytes);
+  void endSending();
+  /// Everything until the other side closes, at most so long.
+  std::string receiveAll(std::chrono::milliseconds most);
+
+ private:
+  int socket_ = -1;
+  bool connected_ = false;
+};
+
+}  // namespace vel::test
