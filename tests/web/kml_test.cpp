@@ -15,7 +15,6 @@
 namespace vel {
 namespace {
 
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 std::string line(std::string_view header, std::string_view label, std::string_view text,
