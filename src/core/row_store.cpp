@@ -23,30 +23,40 @@ std::string_view fieldOf(std::string_view text, char separator, std::size_t fiel
   return {from, static_cast<std::size_t>(end - from)};
 }
 
-const char* RowStore::keep(std::initializer_list<std::string_view> pieces, std::size_t length) {
-  if (blockSize_ - blockUsed_ < length || blocks_.empty()) {
-    blockSize_ = length > kBlockSize ? length : kBlockSize;
-    blocks_.push_back(std::make_unique_for_overwrite<char[]>(blockSize_));
-    blockUsed_ = 0;
-    reserved_ += blockSize_;
+RowStore::Block& RowStore::blockFor(std::size_t length) {
+  if (blocksUsed_ > 0 && blocks_[blocksUsed_ - 1].size - filled_ >= length) {
+    return blocks_[blocksUsed_ - 1];
   }
-  char* const place = blocks_.back().get() + blockUsed_;
+  const bool nextIsLargeEnough =
+      blocksUsed_ < blocks_.size() && blocks_[blocksUsed_].size >= length;
+  if (!nextIsLargeEnough) {
+    const std::size_t size = length > kBlockSize ? length : kBlockSize;
+    blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(blocksUsed_),
+                   Block{std::make_unique_for_overwrite<char[]>(size), size});
+  }
+  filled_ = 0;
+  return blocks_[blocksUsed_++];
+}
+
+char* RowStore::keep(std::initializer_list<std::string_view> pieces, std::size_t length) {
+  Block& block = blockFor(length);
+  char* const place = block.text.get() + filled_;
   char* end = place;
   for (const std::string_view piece : pieces) {
-    std::memcpy(end, piece.data(), piece.size());
+    if (!piece.empty()) std::memcpy(end, piece.data(), piece.size());
     end += piece.size();
   }
-  blockUsed_ += length;
+  filled_ += length;
   return place;
 }
 
 void RowStore::append(std::initializer_list<std::string_view> pieces) {
   std::size_t length = 0;
   for (const std::string_view piece : pieces) length += piece.size();
-  if (size_ % kRowsPerBlock == 0) {
+  if (size_ == rows_.size() * kRowsPerBlock) {
     rows_.push_back(std::make_unique_for_overwrite<Row[]>(kRowsPerBlock));
   }
-  rows_.back()[size_ % kRowsPerBlock] = {keep(pieces, length), length};
+  rows_[size_ / kRowsPerBlock][size_ % kRowsPerBlock] = {keep(pieces, length), length};
   ++size_;
   kept_ += length;
 }
@@ -68,15 +78,15 @@ void RowStore::setField(std::size_t index, std::size_t field, std::string_view b
 }
 
 void RowStore::clear() {
-  rows_.clear();
-  blocks_.clear();
-  size_ = 0;
-  blockUsed_ = blockSize_ = reserved_ = kept_ = 0;
+  blocks_.erase(blocks_.begin() + static_cast<std::ptrdiff_t>(blocksUsed_), blocks_.end());
+  rows_.resize((size_ + kRowsPerBlock - 1) / kRowsPerBlock);
+  blocksUsed_ = filled_ = kept_ = size_ = 0;
 }
 
 std::size_t RowStore::overhead() const {
-  return rows_.size() * kRowsPerBlock * sizeof(Row) + rows_.capacity() * sizeof(rows_[0]) +
-         blocks_.capacity() * sizeof(blocks_[0]) + reserved_ - kept_;
+  std::size_t bytes = rows_.size() * (kRowsPerBlock * sizeof(Row) + sizeof(rows_[0]));
+  for (const Block& block : blocks_) bytes += block.size + sizeof block;
+  return bytes - kept_;
 }
 
 }  // namespace vel

@@ -36,6 +36,8 @@ class RowStore {
   /// Puts bytes without the separator into one field of a row.
   void setField(std::size_t index, std::size_t field, std::string_view bytes);
 
+  /// Removes every row. The memory that they took is kept for the next ones;
+  /// what was not needed since the last call is given back.
   void clear();
 
   /// Bytes of memory for all rows beside their text.
@@ -53,16 +55,21 @@ class RowStore {
   [[nodiscard]] const Row& at(std::size_t index) const {
     return rows_[index / kRowsPerBlock][index % kRowsPerBlock];
   }
-  const char* keep(std::initializer_list<std::string_view> pieces, std::size_t length);
+  struct Block {
+    std::unique_ptr<char[]> text;
+    std::size_t size;
+  };
+
+  char* keep(std::initializer_list<std::string_view> pieces, std::size_t length);
+  Block& blockFor(std::size_t length);
 
   char separator_;
   std::size_t size_ = 0;
   std::vector<std::unique_ptr<Row[]>> rows_;
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t blockUsed_ = 0;
-  std::size_t blockSize_ = 0;
-  std::size_t reserved_ = 0;  // of all blocks
-  std::size_t kept_ = 0;      // bytes of text in use
+  std::vector<Block> blocks_;
+  std::size_t blocksUsed_ = 0;  // the last one of them is being filled
+  std::size_t filled_ = 0;      // bytes of it
+  std::size_t kept_ = 0;        // bytes of text in use
 };
 
 /// The field (0-based) of a text, empty when there are fewer.
