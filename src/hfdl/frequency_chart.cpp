@@ -1,0 +1,173 @@
+#include "hfdl/frequency_chart.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <vector>
+
+#include "core/helpers.h"
+#include "core/text.h"
+
+namespace vel {
+namespace {
+
+using namespace frequency_chart;
+using std::chrono::local_days;
+using std::chrono::minutes;
+using std::chrono::seconds;
+
+constexpr int kChartMinutes = 7 * 1440;
+constexpr int kGridMinutes = 120;
+constexpr int kHourMinutes = 360;
+constexpr int kDayMinutes = 1440;
+
+constexpr Colour kHourColour{100, 150, 100};
+constexpr Colour kGridColour{240, 240, 240};
+constexpr Colour kDayColour{60, 60, 150};
+constexpr Colour kStationColour{0, 0, 255};
+constexpr Colour kEvenRowColour{200, 0, 0};
+constexpr Colour kOddRowColour{255, 100, 100};
+constexpr Colour kMarkColour{30, 30, 30};
+
+constexpr double kPoints = 8;
+constexpr double kStationPoints = 9;
+constexpr double kStationLeft = 20;
+constexpr double kFrequencyLeft = 40;
+constexpr std::size_t kFrequencyWidth = 8;  // characters
+
+std::string monthAndDay(local_days day) {
+  const std::chrono::year_month_day date(day);
+  char text[24];
+  std::snprintf(text, sizeof text, "%02u/%02u", static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()));
+  return text;
+}
+
+std::string inEight(const std::string& frequency) {
+  return std::string(Right(std::string(kFrequencyWidth, ' ') + frequency, kFrequencyWidth));
+}
+
+void addVertical(Drawing& drawing, double x, Colour colour) {
+  drawing.shapes.emplace_back(Line{x, kGridTop, x, drawing.height - kGridBottom, colour});
+}
+
+void addGrid(Drawing& drawing, local_days start, double ratio) {
+  const double hourTop = kGridTop - textHeight(kPoints);
+  for (int minute = 0; minute <= kChartMinutes; minute += kGridMinutes) {
+    const double x = snapped(xOf(minute, drawing.width), ratio);
+    if (minute % kHourMinutes != 0) {
+      addVertical(drawing, x, kGridColour);
+      continue;
+    }
+    addVertical(drawing, x, kHourColour);
+    char hour[16];
+    std::snprintf(hour, sizeof hour, "%02d", minute / 60 % 24);
+    drawing.shapes.emplace_back(Text{x, hourTop, hour, kHourColour, kPoints, Align::centre});
+  }
+  for (int minute = 0; minute <= kChartMinutes; minute += kDayMinutes) {
+    const double x = snapped(xOf(minute, drawing.width), ratio);
+    addVertical(drawing, x, kDayColour);
+    drawing.shapes.emplace_back(Text{x, hourTop - textHeight(kPoints),
+                                     monthAndDay(start + std::chrono::days(minute / kDayMinutes)),
+                                     kDayColour, kPoints, Align::centre});
+  }
+}
+
+void addLegend(Drawing& drawing) {
+  drawing.shapes.emplace_back(Rect{4, 6, 1, kMarkHeight, kMarkColour});
+  drawing.shapes.emplace_back(Text{8, 4, "Announced", kMarkColour, kPoints, Align::left});
+}
+
+// The device pixels of the chart's width, for each of a station's rows: where
+// a mark stands. Thousands of time points come down to a few runs of pixels.
+class MarkRows {
+ public:
+  MarkRows(double width, double ratio)
+      : ratio_(ratio),
+        markPixels_(static_cast<std::size_t>(std::max(1.0, std::round(ratio)))),
+        pixels_(static_cast<std::size_t>(std::max(0.0, std::ceil(width * ratio))) + markPixels_),
+        marked_(pixels_ * kMostFrequencies) {}
+
+  void clear() { std::fill(marked_.begin(), marked_.end(), std::uint8_t{0}); }
+
+  void mark(double x, std::uint32_t marks) {
+    const double pixel = std::floor(x * ratio_ + 0.5);
+    if (pixel < 0 || pixel + static_cast<double>(markPixels_) > static_cast<double>(pixels_)) {
+      return;
+    }
+    const auto first = static_cast<std::size_t>(pixel);
+    for (std::size_t slot = 0; marks != 0; ++slot, marks >>= 1) {
+      if ((marks & 1U) == 0) continue;
+      std::fill_n(marked_.begin() + static_cast<std::ptrdiff_t>(slot * pixels_ + first),
+                  markPixels_, std::uint8_t{1});
+    }
+  }
+
+  void addRow(Drawing& drawing, std::size_t slot, double top) const {
+    const auto row = marked_.begin() + static_cast<std::ptrdiff_t>(slot * pixels_);
+    const auto rowEnd = row + static_cast<std::ptrdiff_t>(pixels_);
+    for (auto run = std::find(row, rowEnd, 1); run != rowEnd;) {
+      const auto runEnd = std::find(run, rowEnd, 0);
+      drawing.shapes.emplace_back(Rect{static_cast<double>(run - row) / ratio_, top + kMarkTop,
+                                       static_cast<double>(runEnd - run) / ratio_, kMarkHeight,
+                                       kMarkColour});
+      run = std::find(runEnd, rowEnd, 1);
+    }
+  }
+
+ private:
+  double ratio_;
+  std::size_t markPixels_;
+  std::size_t pixels_;
+  std::vector<std::uint8_t> marked_;
+};
+
+void markPoints(MarkRows& rows, const FrequencyTables& tables, std::size_t station,
+                local_days start, double width) {
+  const auto end = start + minutes(kChartMinutes);
+  for (const FrequencyTables::Point& point : tables.points(station)) {
+    if (point.moment < start || point.moment >= end) continue;
+    const auto sinceStart = static_cast<double>((point.moment - start).count());
+    rows.mark(xOf(sinceStart / 60, width), point.marks);
+  }
+}
+
+}  // namespace
+
+double neededHeight(const FrequencyTables& tables) {
+  double height = kFirstStation + kGridBottom;
+  for (std::size_t station = 0; station < tables.stationCount(); ++station) {
+    height += kStationHeight + kStationGap +
+              kRowHeight * static_cast<double>(tables.frequencies(station).size());
+  }
+  return height;
+}
+
+Drawing DrawGraph(const FrequencyTables& tables, local_days start, double width, double leastHeight,
+                  double ratio) {
+  Drawing drawing{width, MaxOf(leastHeight, neededHeight(tables)), ChartFont::gothic, {}};
+  addGrid(drawing, start, ratio);
+  addLegend(drawing);
+  MarkRows rows(width, ratio);
+  double y = kFirstStation;
+  for (std::size_t station = 0; station < tables.stationCount(); ++station) {
+    drawing.shapes.emplace_back(Text{kStationLeft, y, tables.stationName(station), kStationColour,
+                                     kStationPoints, Align::left});
+    y += kStationHeight;
+    rows.clear();
+    markPoints(rows, tables, station, start, width);
+    const std::vector<std::string>& frequencies = tables.frequencies(station);
+    for (std::size_t slot = 0; slot < frequencies.size(); ++slot) {
+      drawing.shapes.emplace_back(Text{kFrequencyLeft, y, inEight(frequencies[slot]),
+                                       slot % 2 == 0 ? kEvenRowColour : kOddRowColour, kPoints,
+                                       Align::left});
+      rows.addRow(drawing, slot, y);
+      y += kRowHeight;
+    }
+    y += kStationGap;
+  }
+  return drawing;
+}
+
+}  // namespace vel

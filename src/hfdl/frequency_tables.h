@@ -1,0 +1,140 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "core/text.h"
+#include "hfdl/chart_limits.h"
+#include "hfdl/hfdl_lines.h"
+
+namespace vel {
+
+/// Which frequencies the ground stations announced, and when: at most 31
+/// stations with 11 frequencies and 10,001 time points each. What there is no
+/// place for is left out and counted; time points past the table overwrite its
+/// last cell.
+class FrequencyTables {
+ public:
+  static constexpr std::size_t kLastTimePoint = 10000;
+  /// From this many time points of one station on, the load has overflowed.
+  static constexpr std::size_t kOverflow = 10000;
+  /// A moment that no time stamp has.
+  static constexpr std::chrono::local_seconds kNoMoment = std::chrono::local_seconds::min();
+
+  explicit FrequencyTables(const Encoding& encoding) : text_(encoding) {}
+
+  void clear();
+
+  /// readFMTlog: takes whole lines of a formatted log, as bytes with their line
+  /// ends. The time stamp of the last header holds on into the next call.
+  void readLines(std::string_view lines);
+
+  /// The number of the station, entered if need be, or nothing when all
+  /// numbers are taken.
+  std::optional<std::size_t> enterStation(std::string_view name);
+
+  /// The index of the time stamp among the station's, at most kLastTimePoint.
+  std::size_t enterTimePoint(std::size_t station, std::string_view timeStamp);
+
+  /// Enters one frequency that the station announced at that time point.
+  void addFrq2Ary(std::size_t station, std::string_view frequency, std::size_t timePoint);
+
+  [[nodiscard]] std::size_t stationCount() const { return stations_.size(); }
+  [[nodiscard]] const std::string& stationName(std::size_t station) const {
+    return stations_[station].name;
+  }
+
+  /// Different time stamps of a station; those past the table count as well.
+  [[nodiscard]] std::size_t timePointCount(std::size_t station) const {
+    return stations_[station].timePointCount;
+  }
+  [[nodiscard]] std::size_t largestTimePointCount() const;
+  [[nodiscard]] std::string timePoint(std::size_t station, std::size_t index) const;
+
+  [[nodiscard]] const std::vector<std::string>& frequencies(std::size_t station) const {
+    return stations_[station].frequencies;
+  }
+
+  /// One character for each frequency of the station, first one first, filled
+  /// up with blanks to ten: "1" where it was announced at that time point.
+  [[nodiscard]] std::string marks(std::size_t station, std::size_t index) const;
+
+  /// A time point as the chart draws it.
+  struct Point {
+    std::chrono::local_seconds moment;  ///< kNoMoment where the stamp is none
+    std::uint32_t marks;                ///< bit n stands for frequency n
+  };
+  [[nodiscard]] const std::vector<Point>& points(std::size_t station) const {
+    return stations_[station].points;
+  }
+
+  [[nodiscard]] bool overflowed() const { return overflowed_; }
+  /// Stations, and frequencies of entered stations, that were left out.
+  [[nodiscard]] std::size_t excessStations() const { return excessStations_.count(); }
+  [[nodiscard]] std::size_t excessFrequencies() const { return excessFrequencies_.count(); }
+
+  /// Time stamps of the first and the latest header of the load.
+  [[nodiscard]] const std::string& firstTimeStamp() const { return firstTimeStamp_; }
+  [[nodiscard]] const std::string& latestTimeStamp() const { return latestTimeStamp_; }
+
+ private:
+  // A time stamp as a number. One of the usual form, yyyy/mm/dd hh:mm:ss, is
+  // its digits, so that stamps in order of time are numbers in order.
+  using StampKey = std::uint64_t;
+
+  struct Station {
+    std::string name;
+    std::vector<std::string> frequencies;
+    std::size_t timePointCount = 0;
+    std::vector<Point> points;
+    std::vector<StampKey> keys;                             // of the points
+    std::vector<std::pair<StampKey, std::uint16_t>> order;  // keys with their index, sorted
+    std::map<StampKey, std::string> otherStamps;            // texts of keys that are no digits
+  };
+
+  struct Stamp {
+    StampKey key;
+    std::chrono::local_seconds moment;
+  };
+
+  // What a frequency line that was seen before comes to.
+  struct KnownLine {
+    std::optional<std::size_t> station;
+    std::uint32_t marks = 0;
+  };
+
+  struct TextHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+      return std::hash<std::string_view>{}(text);
+    }
+  };
+
+  static Stamp stampOf(std::string_view timeStamp);
+  const Stamp& latestStamp();
+  void takeLine(std::string_view line);
+  void takeFrequencies(std::string_view line);
+  KnownLine enterFrequencies(std::string_view line);
+  std::size_t enterStamp(Station& station, const Stamp& stamp, std::string_view text);
+  std::optional<std::size_t> enterFrequency(std::size_t station, std::string_view frequency);
+
+  LineText text_;
+  std::vector<Station> stations_;
+  std::unordered_map<std::string, KnownLine, TextHash, std::equal_to<>> knownLines_;
+  std::string firstTimeStamp_;
+  std::string latestTimeStamp_;
+  std::optional<Stamp> latestStamp_;  // of latestTimeStamp_, once it is needed
+  bool overflowed_ = false;
+  Excess excessStations_;
+  Excess excessFrequencies_;
+};
+
+}  // namespace vel

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/text.h"
+
+namespace vel {
+
+/// A text that marks a line wherever it occurs in it. `anchor` is the index of
+/// the byte by which it is found fastest: one that few lines have.
+struct LineLabel {
+  std::string_view text;
+  std::size_t anchor;
+};
+
+/// The labels and whole lines of the formatted log; docs/formats/hfdl_log.md.
+constexpr LineLabel kHeaderMark{"------------------------[", 24};
+constexpr LineLabel kGroundStationLabel{"  GS NAME         =", 18};
+constexpr LineLabel kAddressLabel{"ICAO24 ADDRESS = ", 15};
+constexpr LineLabel kRegistrationLabel{"REGISTRATION   = ", 15};
+constexpr LineLabel kFlightLabel{"FLIGHT ID      = ", 15};
+constexpr LineLabel kCrcFailedLabel{"   CRC FAILED", 5};
+constexpr LineLabel kFrequenciesLabel{"FREQUENCIES    = [", 17};
+constexpr std::string_view kSubRecordEnd = "  ..............................";
+constexpr std::string_view kDownLink = " DOWN LINK";
+constexpr std::string_view kUpLink = " UP LINK";
+constexpr std::string_view kSquitter = " SQUITTER";
+
+/// 1-based columns where values begin, in characters.
+constexpr std::size_t kGroundStationColumn = 20;
+constexpr std::size_t kValueColumn = 21;
+
+/// The longest line that is looked at, in bytes; the rest of one is skipped.
+constexpr std::size_t kLongestHfdlLine = std::size_t{1} << 16;
+
+/// The longest ground-station name that is kept, in characters. It stands once
+/// in a message and is repeated in each of its records.
+constexpr std::size_t kLongestStationName = 256;
+
+/// True when the label occurs in the line, letter case included.
+[[nodiscard]] bool hasLabel(std::string_view line, const LineLabel& label);
+
+/// Hands out lines as UTF-8 and decodes only those that are not ASCII.
+class LineText {
+ public:
+  explicit LineText(Encoding encoding) : encoding_(std::move(encoding)) {}
+
+  /// The line as UTF-8. The view lives until the next call, or as long as the
+  /// bytes where they are ASCII.
+  std::string_view of(std::string_view bytes) {
+    if (isAscii(bytes)) return bytes;
+    decoded_ = encoding_.decode(bytes);
+    return decoded_;
+  }
+
+ private:
+  Encoding encoding_;
+  std::string decoded_;
+};
+
+/// The time stamp of a list line from its header line: ten characters from
+/// column 29, a blank, and the first eight of the last nine characters. A line
+/// too short for the columns gives a shorter one.
+[[nodiscard]] std::string listTimeStamp(std::string_view header);
+
+/// The time stamp that the charts read: ten characters after the bracket of the
+/// header mark, a blank, and the first eight of the last nine characters, or
+/// "0:00:00" where those do not hold two colons.
+[[nodiscard]] std::string chartTimeStamp(std::string_view header);
+
+/// The moment of a text yyyy/mm/dd h:mm:ss (one or two digits for all but the
+/// year), or nothing when it is no moment.
+[[nodiscard]] std::optional<std::chrono::local_seconds> momentOf(std::string_view timeStamp);
+
+/// A day as yyyymmdd, the way it begins the name of its log.
+[[nodiscard]] std::string dayDigits(std::chrono::local_days day);
+
+/// The day whose eight digits begin the text, or nothing.
+[[nodiscard]] std::optional<std::chrono::local_days> dayOfName(std::string_view name);
+
+/// hh:mm of a moment.
+[[nodiscard]] std::string hourAndMinute(std::chrono::local_seconds moment);
+
+}  // namespace vel

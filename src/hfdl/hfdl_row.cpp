@@ -1,0 +1,92 @@
+#include "hfdl/hfdl_row.h"
+
+#include <initializer_list>
+#include <vector>
+
+#include "core/helpers.h"
+#include "core/text.h"
+
+namespace vel {
+namespace {
+
+constexpr std::size_t kCompleteFlight = 5;  // characters
+
+std::string sequenceNumber(std::size_t number) {
+  return std::string(Right("000" + std::to_string(number), 4));
+}
+
+}  // namespace
+
+Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
+                              const Tables& tables, FolderIndex& photos) {
+  const std::string_view flightId = Trim(record.flightId);
+  const Result<Icao24Record> aircraft = tables.Icao24Chk(record.address);
+  if (!aircraft) return aircraft.error();
+  const std::optional<std::string> photo = photoName(record.registration);
+  const bool hasPhoto = photo && photos.find(*photo);
+
+  std::string origin;
+  std::string destination;
+  if (!flightId.empty()) {
+    const auto route = tables.testedFlightRoute(completedFlight(flightId, *aircraft));
+    if (!route) return route.error();
+    if (route->has_value()) {
+      origin = (*route)->departure;
+      destination = (*route)->destination;
+    }
+  }
+
+  std::string row = sequenceNumber(linesBefore + 1);
+  const std::string aircraftColumn = aircraftText(*aircraft, " ");
+  for (const std::string_view field : std::initializer_list<std::string_view>{
+           record.timeStamp, record.tag, record.direction, record.groundStation, record.address,
+           record.registration, flightId, aircraftColumn, hasPhoto ? "o" : "x", origin,
+           destination}) {
+    row += kHfdlSeparator;
+    row += field;
+  }
+  return row;
+}
+
+std::string aircraftText(const Icao24Record& record, std::string_view lead) {
+  const auto& [address, threeLetter, twoLetter, registration, equipment] = record;
+  if (address.empty()) return {};
+  std::string text(lead);
+  text += registration + ' ' + threeLetter + ' ' + twoLetter + ' ' + equipment;
+  return text;
+}
+
+std::string completedFlight(std::string_view flightId, const Icao24Record& aircraft) {
+  flightId = Trim(flightId);
+  if (flightId.empty() || length(flightId) >= kCompleteFlight) return std::string(flightId);
+  return aircraft[2] + ZeroPad(flightId, 4);
+}
+
+std::optional<std::string> photoName(std::string_view registration) {
+  if (!isSafeFileName(registration)) return std::nullopt;
+  return std::string(registration) + ".jpg";
+}
+
+Result<std::optional<FlightRoute>> routeIfPresent(const Tables& tables, std::string_view flight) {
+  Result<std::optional<FlightRoute>> route = tables.flightRoute(flight);
+  if (!route && (route.error().number == ErrorNumber::fileNotFound ||
+                 route.error().number == ErrorNumber::pathNotFound)) {
+    return std::optional<FlightRoute>();
+  }
+  return route;
+}
+
+std::optional<CopiedAircraft> copiedAircraft(std::string_view text) {
+  constexpr std::string_view kBracket = " [";
+  const std::size_t bracket = text.find(kBracket);
+  if (bracket == std::string_view::npos) return std::nullopt;
+  const bool hasTabs = text.find('\t') != std::string_view::npos;
+  const std::vector<std::string_view> parts = split(text, hasTabs ? '\t' : ' ');
+  const std::string_view threeLetter = Right(text.substr(0, bracket), 3);
+  const std::string_view twoLetter = Left(text.substr(bracket + kBracket.size()), 2);
+  if (parts.size() < 9 || length(threeLetter) < 3 || length(twoLetter) < 2) return std::nullopt;
+  return CopiedAircraft{std::string(parts[0]), std::string(threeLetter), std::string(twoLetter),
+                        std::string(parts[2])};
+}
+
+}  // namespace vel
