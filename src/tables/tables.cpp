@@ -79,6 +79,34 @@ Result<std::string> equipmentOf(const std::filesystem::path& table, const Encodi
   return equipment;
 }
 
+enum class Remark { needed, ifPresent };
+
+// The route in the first line of the flight.
+Result<std::optional<FlightRoute>> routeOf(const std::filesystem::path& table,
+                                           const Encoding& encoding, std::string_view flight,
+                                           Remark wanted) {
+  const Key key(encoding, flight);
+  std::optional<FlightRoute> route;
+  bool incomplete = false;
+  const Status status =
+      visitLines(table, key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
+        if (!key.equals(*fieldAt(line, 0))) return Next::more;
+        const auto airports = fieldAt(line, 1);
+        const auto remark = fieldAt(line, 2);
+        incomplete = !airports || (!remark && wanted == Remark::needed);
+        if (!incomplete) {
+          const std::string codes = encoding.decode(*airports);
+          route = FlightRoute{std::string(Left(codes, kAirportCodeLength)),
+                              std::string(Mid(codes, kAirportCodeLength + 1)),
+                              encoding.decode(remark.value_or(""))};
+        }
+        return Next::stop;
+      });
+  if (!status) return status.error();
+  if (incomplete) return ErrorNumber::incompleteRecord;
+  return route;
+}
+
 }  // namespace
 
 Tables::Tables(const Folders& folders, const Encoding& encoding)
@@ -93,31 +121,11 @@ Result<std::string> Tables::SchAircraft(std::string_view registration) const {
 }
 
 Result<std::optional<FlightRoute>> Tables::flightRoute(std::string_view flight) const {
-  const Key key(encoding_, flight);
-  std::optional<FlightRoute> route;
-  bool incomplete = false;
-  const Status status =
-      visitLines(fileIn(folders_.data, kFlight), key.scanBytes(), Anchor::lineStart,
-                 [&](std::string_view line) {
-                   if (!key.equals(*fieldAt(line, 0))) return Next::more;
-                   const auto airports = fieldAt(line, 1);
-                   const auto remark = fieldAt(line, 2);
-                   incomplete = !airports || !remark;
-                   if (!incomplete) {
-                     const std::string codes = encoding_.decode(*airports);
-                     route = FlightRoute{std::string(Left(codes, kAirportCodeLength)),
-                                         std::string(Mid(codes, kAirportCodeLength + 1)),
-                                         encoding_.decode(*remark)};
-                   }
-                   return Next::stop;
-                 });
-  if (!status) return status.error();
-  if (incomplete) return ErrorNumber::incompleteRecord;
-  return route;
+  return routeOf(fileIn(folders_.data, kFlight), encoding_, flight, Remark::needed);
 }
 
 Result<std::optional<FlightRoute>> Tables::testedFlightRoute(std::string_view flight) const {
-  Result<std::optional<FlightRoute>> route = flightRoute(flight);
+  auto route = routeOf(fileIn(folders_.data, kFlight), encoding_, flight, Remark::ifPresent);
   if (route) return route;
   return withMessageIfMissing(route.error(), "Not found data\\flight.csv");
 }

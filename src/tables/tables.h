@@ -51,7 +51,8 @@ class Tables {
   /// Route of a flight: the first matching line wins.
   Result<std::optional<FlightRoute>> flightRoute(std::string_view flight) const;
 
-  /// As flightRoute; a missing table gives the message "Not found data\flight.csv".
+  /// As flightRoute, but the line need not have a remark; a missing table gives
+  /// the message "Not found data\flight.csv".
   Result<std::optional<FlightRoute>> testedFlightRoute(std::string_view flight) const;
 
   /// True when a line's field 1 equals the two-character prefix.

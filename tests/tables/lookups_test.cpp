@@ -167,6 +167,12 @@ TEST_F(Flight, OnlyTheTestedLookUpNamesTheMissingTable) {
   EXPECT_EQ(tables_.testedFlightRoute("NH1").error().text(), "Not found data\\flight.csv");
 }
 
+TEST_F(Flight, TheTestedLookUpNeedsNoRemark) {
+  base_.writeData("FLIGHT.csv", {"NH1,RJTTKLAX"});
+  EXPECT_EQ(tables_.testedFlightRoute("NH1").value()->destination, "KLAX");
+  EXPECT_EQ(tables_.testedFlightRoute("NH1").value()->remark, "");
+}
+
 TEST_F(Flight, TheTestedLookUpFindsTheSame) {
   base_.writeData("FLIGHT.csv", {"NH1,RJTTKLAX,-", "NH2"});
   EXPECT_EQ(tables_.testedFlightRoute("NH1").value()->destination, "KLAX");
