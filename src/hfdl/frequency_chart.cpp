@@ -79,48 +79,44 @@ void addLegend(Drawing& drawing) {
   drawing.shapes.emplace_back(Text{8, 4, "Announced", kMarkColour, kPoints, Align::left});
 }
 
-// The device pixels of the chart's width, for each of a station's rows: where
-// a mark stands. Thousands of time points come down to a few runs of pixels.
+// The device pixels of a station's rows: which of its frequencies have a mark
+// there. Thousands of time points come down to a few runs of pixels.
 class MarkRows {
  public:
   MarkRows(double width, double ratio)
       : ratio_(ratio),
         markPixels_(static_cast<std::size_t>(std::max(1.0, std::round(ratio)))),
-        pixels_(static_cast<std::size_t>(std::max(0.0, std::ceil(width * ratio))) + markPixels_),
-        marked_(pixels_ * kMostFrequencies) {}
+        pixels_(static_cast<std::size_t>(std::max(0.0, std::ceil(width * ratio))) + markPixels_) {}
 
-  void clear() { std::fill(marked_.begin(), marked_.end(), std::uint8_t{0}); }
+  void clear() { std::fill(pixels_.begin(), pixels_.end(), 0U); }
 
   void mark(double x, std::uint32_t marks) {
     const double pixel = std::floor(x * ratio_ + 0.5);
-    if (pixel < 0 || pixel + static_cast<double>(markPixels_) > static_cast<double>(pixels_)) {
+    if (pixel < 0 ||
+        pixel + static_cast<double>(markPixels_) > static_cast<double>(pixels_.size())) {
       return;
     }
     const auto first = static_cast<std::size_t>(pixel);
-    for (std::size_t slot = 0; marks != 0; ++slot, marks >>= 1) {
-      if ((marks & 1U) == 0) continue;
-      std::fill_n(marked_.begin() + static_cast<std::ptrdiff_t>(slot * pixels_ + first),
-                  markPixels_, std::uint8_t{1});
-    }
+    for (std::size_t i = first; i < first + markPixels_; ++i) pixels_[i] |= marks;
   }
 
   void addRow(Drawing& drawing, std::size_t slot, double top) const {
-    const auto row = marked_.begin() + static_cast<std::ptrdiff_t>(slot * pixels_);
-    const auto rowEnd = row + static_cast<std::ptrdiff_t>(pixels_);
-    for (auto run = std::find(row, rowEnd, 1); run != rowEnd;) {
-      const auto runEnd = std::find(run, rowEnd, 0);
-      drawing.shapes.emplace_back(Rect{static_cast<double>(run - row) / ratio_, top + kMarkTop,
-                                       static_cast<double>(runEnd - run) / ratio_, kMarkHeight,
-                                       kMarkColour});
-      run = std::find(runEnd, rowEnd, 1);
+    std::size_t begin = 0;
+    for (std::size_t i = 0; i <= pixels_.size(); ++i) {
+      if (i < pixels_.size() && (pixels_[i] >> slot & 1U) != 0) continue;
+      if (begin < i) {
+        drawing.shapes.emplace_back(Rect{static_cast<double>(begin) / ratio_, top + kMarkTop,
+                                         static_cast<double>(i - begin) / ratio_, kMarkHeight,
+                                         kMarkColour});
+      }
+      begin = i + 1;
     }
   }
 
  private:
   double ratio_;
   std::size_t markPixels_;
-  std::size_t pixels_;
-  std::vector<std::uint8_t> marked_;
+  std::vector<std::uint32_t> pixels_;
 };
 
 void markPoints(MarkRows& rows, const FrequencyTables& tables, std::size_t station,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <utility>
 
 #include "core/helpers.h"
 
@@ -15,9 +16,9 @@ constexpr std::string_view kStampForm = "0000/00/00 00:00:00";
 constexpr std::uint64_t kOtherStamp = std::uint64_t{1} << 63;
 constexpr std::size_t kMarkWidth = 10;
 
-// A station repeats its few lists all day long. These bounds keep a log of
-// ever new lines from being remembered whole.
+// These bounds keep a log of ever new lines from being remembered whole.
 constexpr std::size_t kMostKnownLines = 4096;
+constexpr std::size_t kKnownPlaces = 2 * kMostKnownLines;
 constexpr std::size_t kLongestKnownLine = 256;
 
 // The digits of a time stamp of the usual form.
@@ -61,8 +62,9 @@ std::optional<std::string_view> between(std::string_view line, char open, char c
 void FrequencyTables::clear() {
   stations_.clear();
   knownLines_.clear();
+  knownPlaces_.assign(kKnownPlaces, 0);
   firstTimeStamp_.clear();
-  latestTimeStamp_.clear();
+  latestHeader_.reset();
   latestStamp_.reset();
   overflowed_ = false;
   excessStations_ = {};
@@ -82,41 +84,48 @@ void FrequencyTables::readLines(std::string_view lines) {
 }
 
 void FrequencyTables::takeLine(std::string_view bytes) {
-  const bool maybeHeader = hasLabel(bytes, kHeaderMark);
-  if (!maybeHeader && !hasLabel(bytes, kFrequenciesLabel)) return;
   const std::string_view line = text_.of(bytes);
-  if (maybeHeader && hasLabel(line, kHeaderMark)) {
-    latestTimeStamp_ = chartTimeStamp(line);
+  if (hasLabel(line, kHeaderMark)) {
+    if (!latestHeader_) firstTimeStamp_ = chartTimeStamp(line);
+    latestHeader_ = line;
     latestStamp_.reset();
-    if (firstTimeStamp_.empty()) firstTimeStamp_ = latestTimeStamp_;
   } else if (hasLabel(line, kFrequenciesLabel)) {
     takeFrequencies(line);
   }
 }
 
 void FrequencyTables::takeFrequencies(std::string_view line) {
-  auto known = knownLines_.find(line);
-  if (known != knownLines_.end()) {
-    if (!known->second.station) return;
-    Station& station = stations_[*known->second.station];
-    const std::size_t point = enterStamp(station, latestStamp(), latestTimeStamp_);
-    station.points[point].marks |= known->second.marks;
+  std::uint16_t& place = knownPlace(line);
+  if (place == 0) {
+    KnownLine entered = enterFrequencies(line);
+    if (line.size() > kLongestKnownLine || knownLines_.size() == kMostKnownLines) return;
+    knownLines_.push_back(std::move(entered));
+    place = static_cast<std::uint16_t>(knownLines_.size());
     return;
   }
-  const KnownLine entered = enterFrequencies(line);
-  if (line.size() <= kLongestKnownLine && knownLines_.size() < kMostKnownLines) {
-    knownLines_.emplace(line, entered);
+  const KnownLine& known = knownLines_[place - 1U];
+  if (!known.station) return;
+  Station& station = stations_[*known.station];
+  station.points[enterStamp(station, latestStamp())].marks |= known.marks;
+}
+
+// Where the line stands among the known ones, or the free place for it.
+std::uint16_t& FrequencyTables::knownPlace(std::string_view line) {
+  std::size_t place = std::hash<std::string_view>{}(line) % kKnownPlaces;
+  while (knownPlaces_[place] != 0 && knownLines_[knownPlaces_[place] - 1U].line != line) {
+    place = (place + 1) % kKnownPlaces;
   }
+  return knownPlaces_[place];
 }
 
 FrequencyTables::KnownLine FrequencyTables::enterFrequencies(std::string_view line) {
-  KnownLine entered;
+  KnownLine entered{std::string(line), std::nullopt, 0};
   const std::optional<std::string_view> list = between(line, '[', ']');
   const std::optional<std::string_view> name = between(line, '(', ')');
   if (!list || !name || Trim(*name).empty()) return entered;
   entered.station = enterStation(Left(*name, kLongestStationName));
   if (!entered.station) return entered;
-  const std::size_t point = enterTimePoint(*entered.station, latestTimeStamp_);
+  const std::size_t point = enterStamp(stations_[*entered.station], latestStamp());
   for (const std::string_view frequency : split(Trim(*list), ' ')) {
     if (frequency.empty()) continue;
     addFrq2Ary(*entered.station, frequency, point);
@@ -138,23 +147,23 @@ std::optional<std::size_t> FrequencyTables::enterStation(std::string_view name) 
   return stations_.size() - 1;
 }
 
-FrequencyTables::Stamp FrequencyTables::stampOf(std::string_view timeStamp) {
+FrequencyTables::Stamp FrequencyTables::stampOf(std::string timeStamp) {
   const StampKey key =
-      digitsOf(timeStamp).value_or(kOtherStamp | std::hash<std::string_view>{}(timeStamp));
-  return {key, momentOf(timeStamp).value_or(kNoMoment)};
+      digitsOf(timeStamp).value_or(kOtherStamp | std::hash<std::string>{}(timeStamp));
+  const local_seconds moment = momentOf(timeStamp).value_or(kNoMoment);
+  return {std::move(timeStamp), key, moment};
 }
 
 const FrequencyTables::Stamp& FrequencyTables::latestStamp() {
-  if (!latestStamp_) latestStamp_ = stampOf(latestTimeStamp_);
+  if (!latestStamp_) latestStamp_ = stampOf(latestHeader_ ? chartTimeStamp(*latestHeader_) : "");
   return *latestStamp_;
 }
 
 std::size_t FrequencyTables::enterTimePoint(std::size_t station, std::string_view timeStamp) {
-  return enterStamp(stations_[station], stampOf(timeStamp), timeStamp);
+  return enterStamp(stations_[station], stampOf(std::string(timeStamp)));
 }
 
-std::size_t FrequencyTables::enterStamp(Station& station, const Stamp& stamp,
-                                        std::string_view text) {
+std::size_t FrequencyTables::enterStamp(Station& station, const Stamp& stamp) {
   auto& order = station.order;
   const auto earlier = [](const auto& entry, StampKey key) { return entry.first < key; };
   auto place = order.end();
@@ -176,7 +185,7 @@ std::size_t FrequencyTables::enterStamp(Station& station, const Stamp& stamp,
     station.keys[index] = stamp.key;
   }
   order.insert(place, {stamp.key, static_cast<std::uint16_t>(index)});
-  if ((stamp.key & kOtherStamp) != 0) station.otherStamps.emplace(stamp.key, text);
+  if ((stamp.key & kOtherStamp) != 0) station.otherStamps.emplace(stamp.key, stamp.text);
   ++station.timePointCount;
   if (station.timePointCount >= kOverflow) overflowed_ = true;
   return index;

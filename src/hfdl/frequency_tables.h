@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "core/text.h"
@@ -29,7 +28,7 @@ class FrequencyTables {
   /// A moment that no time stamp has.
   static constexpr std::chrono::local_seconds kNoMoment = std::chrono::local_seconds::min();
 
-  explicit FrequencyTables(const Encoding& encoding) : text_(encoding) {}
+  explicit FrequencyTables(const Encoding& encoding) : text_(encoding) { clear(); }
 
   void clear();
 
@@ -83,7 +82,7 @@ class FrequencyTables {
 
   /// Time stamps of the first and the latest header of the load.
   [[nodiscard]] const std::string& firstTimeStamp() const { return firstTimeStamp_; }
-  [[nodiscard]] const std::string& latestTimeStamp() const { return latestTimeStamp_; }
+  [[nodiscard]] const std::string& latestTimeStamp() { return latestStamp().text; }
 
  private:
   // A time stamp as a number. One of the usual form, yyyy/mm/dd hh:mm:ss, is
@@ -101,37 +100,35 @@ class FrequencyTables {
   };
 
   struct Stamp {
+    std::string text;
     StampKey key;
     std::chrono::local_seconds moment;
   };
 
-  // What a frequency line that was seen before comes to.
+  // What a frequency line that was seen before comes to: a station repeats its
+  // few lists all day long.
   struct KnownLine {
+    std::string line;
     std::optional<std::size_t> station;
     std::uint32_t marks = 0;
   };
 
-  struct TextHash {
-    using is_transparent = void;
-    std::size_t operator()(std::string_view text) const {
-      return std::hash<std::string_view>{}(text);
-    }
-  };
-
-  static Stamp stampOf(std::string_view timeStamp);
+  static Stamp stampOf(std::string timeStamp);
   const Stamp& latestStamp();
   void takeLine(std::string_view line);
   void takeFrequencies(std::string_view line);
+  std::uint16_t& knownPlace(std::string_view line);
   KnownLine enterFrequencies(std::string_view line);
-  std::size_t enterStamp(Station& station, const Stamp& stamp, std::string_view text);
+  std::size_t enterStamp(Station& station, const Stamp& stamp);
   std::optional<std::size_t> enterFrequency(std::size_t station, std::string_view frequency);
 
   LineText text_;
   std::vector<Station> stations_;
-  std::unordered_map<std::string, KnownLine, TextHash, std::equal_to<>> knownLines_;
+  std::vector<KnownLine> knownLines_;
+  std::vector<std::uint16_t> knownPlaces_;  // by hash: 1 + index of a known line, or 0
   std::string firstTimeStamp_;
-  std::string latestTimeStamp_;
-  std::optional<Stamp> latestStamp_;  // of latestTimeStamp_, once it is needed
+  std::optional<std::string> latestHeader_;
+  std::optional<Stamp> latestStamp_;  // of that header, once it is needed
   bool overflowed_ = false;
   Excess excessStations_;
   Excess excessFrequencies_;

@@ -58,11 +58,14 @@ std::string listTimeStamp(std::string_view header) {
 
 std::string chartTimeStamp(std::string_view header) {
   const std::size_t mark = header.find(kHeaderMark.text);
-  std::string stamp;
-  if (mark != std::string_view::npos)
-    stamp = Left(header.substr(mark + kHeaderMark.text.size()), 10);
+  std::string_view date;
+  if (mark != std::string_view::npos) date = header.substr(mark + kHeaderMark.text.size());
+  std::string stamp(Left(date, 10));
   stamp += ' ';
-  const std::string_view time = Left(Right(header, 9), 8);
+  // Counting characters from the end of a text takes a walk through all of it.
+  const std::string_view tail =
+      header.substr(header.size() - std::min<std::size_t>(header.size(), 9));
+  const std::string_view time = Left(isAscii(tail) ? tail : Right(header, 9), 8);
   stamp += std::count(time.begin(), time.end(), ':') < 2 ? std::string_view("0:00:00") : time;
   return stamp;
 }

@@ -42,9 +42,9 @@ bool HfdlReader::take(std::string_view line) {
     return complete;
   }
   if (line == kDownLink) {
-    current_.direction = "D";
+    current_.direction.assign(1, 'D');
   } else if (line == kUpLink) {
-    current_.direction = "U";
+    current_.direction.assign(1, 'U');
   } else if (hasLabel(line, kGroundStationLabel)) {
     current_.groundStation = Mid(line, kGroundStationColumn, kLongestStationName);
   } else if (hasLabel(line, kAddressLabel)) {

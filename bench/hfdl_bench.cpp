@@ -1,0 +1,336 @@
+// What the HFDL list and the frequency chart cost, each beside its limit:
+//
+//   HfdlDay        a day of 10,000 sub-records, each looked up afresh in an
+//                  ICAO24 and a flight table of 20,000 lines: at most 1.5 times
+//                  plain reads of the bytes that the look-ups have to pass
+//   FrequencyWeek  seven days of 20,000 messages each, loaded and laid out: at
+//                  most 3 times a plain read of the files plus a count of lines
+//   FrequencyRedraw, ActivityDay: a redraw at another width; a day counted
+//
+// Both sides of a ratio run in turns within one process. A limit that is passed
+// is reported as an error.
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "core/row_store.h"
+#include "hfdl/activity_chart.h"
+#include "hfdl/activity_load.h"
+#include "hfdl/frequency_chart.h"
+#include "hfdl/frequency_load.h"
+#include "hfdl/hfdl_row.h"
+
+namespace vel {
+namespace {
+
+// Processor time: what else the machine does hardly counts.
+struct Clock {
+  using duration = std::chrono::duration<double>;
+  static duration now() { return duration(static_cast<double>(std::clock()) / CLOCKS_PER_SEC); }
+};
+using std::chrono::local_days;
+using namespace std::chrono_literals;
+
+constexpr int kTableLines = 20000;
+constexpr int kSubRecords = 10000;
+constexpr int kMessagesADay = 20000;
+constexpr local_days kStart{2026y / 11 / 14};
+
+double seconds(Clock::duration duration) { return duration.count(); }
+
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+void write(const std::filesystem::path& path, const std::string& bytes) {
+  std::ofstream file(path, std::ios::binary);
+  file << bytes;
+  file.close();
+  if (!file) {
+    std::fprintf(stderr, "cannot write %s\n", path.string().c_str());
+    std::exit(1);
+  }
+}
+
+// A station's folders with made-up tables and logs, removed at the end.
+class Base {
+ public:
+  Base() : folders(Folders::of(std::filesystem::temp_directory_path() / "vel-hfdl-bench" / "vel")) {
+    std::filesystem::remove_all(folders.base);
+    for (const auto& folder : {folders.program, folders.data, folders.logs, folders.pics}) {
+      std::filesystem::create_directories(folder);
+    }
+    writeTables();
+    writeListLog();
+    for (int day = 0; day < 7; ++day) writeWeekLog(kStart + std::chrono::days(day));
+  }
+  ~Base() { std::filesystem::remove_all(folders.base); }
+
+  Folders folders;
+  std::filesystem::path listLog;
+  // Bytes that each record's look-ups pass: to the end of the line that is
+  // found, or all.
+  std::vector<std::size_t> addressBytes;
+  std::vector<std::size_t> flightBytes;
+
+ private:
+  template <typename... Values>
+  static std::string format(const char* form, Values... values) {
+    char text[256];
+    std::snprintf(text, sizeof text, form, values...);
+    return text;
+  }
+
+  void writeTables() {
+    std::string addresses;
+    std::string flights;
+    for (int i = 0; i < kTableLines; ++i) {
+      addresses += format("%06X,AAL,AA,N%05d,B77W\r\n", addressOf(i), i);
+      addressEnds_.push_back(addresses.size());
+      flights += format("%s,RJTTKJFK,-\r\n", flightOf(i).c_str());
+      flightEnds_.push_back(flights.size());
+    }
+    write(folders.data / "ICAO24.csv", addresses);
+    write(folders.data / "FLIGHT.csv", flights);
+  }
+
+  void writeListLog() {
+    // One in ten stands in no table.
+    std::uniform_int_distribution<int> line(0, kTableLines * 10 / 9);
+    std::string log;
+    for (int i = 0; i < kSubRecords; ++i) {
+      if (i % 2 == 0) {
+        log += format("[3]------------------------[2026/11/01 %02d:%02d:%02d]\r\n", i / 417,
+                      i / 7 % 60, i % 60);
+        log += " DOWN LINK\r\n  GS NAME         = Agana, Guam\r\n";
+      }
+      const int address = line(random_);
+      const int flight = line(random_);
+      log += format("   ICAO24 ADDRESS = %06X\r\n   REGISTRATION   = N%05d\r\n", addressOf(address),
+                    address);
+      log += format("   FLIGHT ID      = %s\r\n   POSITION       = N35.123 E139.456\r\n",
+                    flightOf(flight).c_str());
+      log += "  ..............................\r\n";
+      addressBytes.push_back(
+          addressEnds_[static_cast<std::size_t>(std::min(address, kTableLines - 1))]);
+      flightBytes.push_back(
+          flightEnds_[static_cast<std::size_t>(std::min(flight, kTableLines - 1))]);
+    }
+    listLog = folders.logs / "200111010000_HFDL_FMT.log";
+    write(listLog, log);
+  }
+
+  // A third of the messages are squitters with the lists of three stations.
+  void writeWeekLog(local_days day) {
+    constexpr const char* kStations[] = {
+        "San Francisco", "Molokai",      "Reykjavik", "Riverhead",  "Auckland",    "Hat Yai",
+        "Shannon",       "Johannesburg", "Barrow",    "Santa Cruz", "Krasnoyarsk", "Al Muharraq",
+        "Agana",         "Canarias",     "Albrook",   "Telde"};
+    std::uniform_int_distribution<int> station(0, 15);
+    std::uniform_int_distribution<int> mask(1, 127);
+    std::string log;
+    for (int i = 0; i < kMessagesADay; ++i) {
+      const int second = static_cast<int>(86400LL * i / kMessagesADay);
+      const std::string digits = dayDigits(day);
+      log += format("[3]------------------------[%s/%s/%s %02d:%02d:%02d]\r\n",
+                    digits.substr(0, 4).c_str(), digits.substr(4, 2).c_str(),
+                    digits.substr(6, 2).c_str(), second / 3600, second / 60 % 60, second % 60);
+      if (i % 3 != 0) {
+        log += " DOWN LINK\r\n  GS NAME         = Reykjavik, Iceland\r\n";
+        log += format("   ICAO24 ADDRESS = %06X\r\n   REGISTRATION   = N%05d\r\n", i * 7, i);
+        log += format("   FLIGHT ID      = AA%04d\r\n   POSITION       = N35.123 E139.456\r\n",
+                      i % 10000);
+        log += "  ..............................\r\n";
+        continue;
+      }
+      log += " SQUITTER\r\n  GS NAME         = Molokai, Hawaii\r\n";
+      for (int list = 0; list < 3; ++list) {
+        const int of = station(random_);
+        const int announced = mask(random_);
+        log += "   FREQUENCIES    = [";
+        for (int f = 0; f < 7; ++f) {
+          if ((announced >> f & 1) != 0) log += ' ' + std::to_string(2900 + of * 37 + f * 2711);
+        }
+        log += std::string(" ] (") + kStations[of] + ")\r\n";
+      }
+    }
+    write(folders.logs / (dayDigits(day) + "0000_HFDL_FMT.log"), log);
+  }
+
+  static unsigned addressOf(int line) {
+    return static_cast<unsigned>((line * 7919LL + 12345) % 0x1000000);
+  }
+  static std::string flightOf(int line) {
+    return format("%c%c%04d", 'A' + line / 10000 % 26, 'A' + line / 1000 % 26, line % 10000);
+  }
+
+  std::mt19937 random_{20261117};
+  std::vector<std::size_t> addressEnds_;
+  std::vector<std::size_t> flightEnds_;
+};
+
+Base& base() {
+  static Base made;
+  return made;
+}
+
+// Reads up to so many bytes of a file, as plainly as it can be done; counts
+// the line ends where that is asked for.
+std::size_t plainRead(const std::filesystem::path& path, std::size_t bytes, bool countLines) {
+  static std::vector<char> buffer(std::size_t{1} << 16);
+  InputFile file = InputFile::open(path).value();
+  std::size_t lines = 0;
+  while (bytes > 0) {
+    const std::size_t count = *file.read(buffer.data(), std::min(bytes, buffer.size()));
+    if (count == 0) break;
+    bytes -= count;
+    if (countLines) {
+      lines += static_cast<std::size_t>(
+          std::count(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(count), '\n'));
+    }
+  }
+  benchmark::DoNotOptimize(buffer.data());
+  return lines;
+}
+
+// Runs both sides in turns and reports the program's time, how many times the
+// plain one it is, and whether that keeps the limit.
+template <typename Program, typename Plain>
+void compare(benchmark::State& state, double limit, Program program, Plain plain) {
+  std::vector<double> ratios;
+  double plainTime = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    const auto begin = Clock::now();
+    plain();
+    const auto middle = Clock::now();
+    program();
+    const auto end = Clock::now();
+    plainTime = seconds(middle - begin);
+    ratios.push_back(seconds(end - middle) / plainTime);
+    state.SetIterationTime(seconds(end - middle));
+  }
+  const double ratio = median(ratios);
+  state.counters["plain_ms"] = plainTime * 1000;
+  state.counters["times_plain"] = ratio;
+  state.counters["limit"] = limit;
+  if (ratio > limit) {
+    char text[96];
+    std::snprintf(text, sizeof text, "%.2f times the plain read's %.2f ms, limit %.1f", ratio,
+                  plainTime * 1000, limit);
+    state.SkipWithError(text);
+  }
+}
+
+void HfdlDay(benchmark::State& state) {
+  const Base& files = base();
+  const Encoding encoding = Encoding::codePage932();
+  const Tables tables(files.folders, encoding);
+  double longestPiece = 0;
+  const auto program = [&] {
+    FolderIndex photos(files.folders.pics);
+    RowStore rows(kHfdlSeparator);
+    HfdlReader reader(InputFile::open(files.listLog).value(), encoding);
+    while (true) {
+      const auto begin = Clock::now();
+      const HfdlReader::Step step = *reader.step();
+      if (step == HfdlReader::Step::end) break;
+      if (step == HfdlReader::Step::record) {
+        rows.append(*SetLVline(reader.record(), rows.size(), tables, photos));
+      }
+      longestPiece = std::max(longestPiece, seconds(Clock::now() - begin));
+    }
+    if (rows.size() != kSubRecords) state.SkipWithError("not every record was read");
+  };
+  const auto plain = [&] {
+    const std::filesystem::path addresses = files.folders.data / "ICAO24.csv";
+    const std::filesystem::path flights = files.folders.data / "FLIGHT.csv";
+    for (std::size_t i = 0; i < kSubRecords; ++i) {
+      plainRead(addresses, files.addressBytes[i], false);
+      plainRead(flights, files.flightBytes[i], false);
+    }
+  };
+  compare(state, 1.5, program, plain);
+  state.counters["longest_piece_ms"] = longestPiece * 1000;
+}
+
+void loadWeek(FrequencyTables& tables, double& longestPiece) {
+  FrequencyLoad load(base().folders, tables, kStart);
+  while (load.nextFile()) {
+    bool more = true;
+    while (more) {
+      const auto begin = Clock::now();
+      more = load.readPiece();
+      longestPiece = std::max(longestPiece, seconds(Clock::now() - begin));
+    }
+  }
+}
+
+void FrequencyWeek(benchmark::State& state) {
+  double longestPiece = 0;
+  const auto program = [&] {
+    FrequencyTables tables(Encoding::codePage932());
+    loadWeek(tables, longestPiece);
+    benchmark::DoNotOptimize(DrawGraph(tables, kStart, 1000, 600).shapes.data());
+    if (tables.stationCount() != 16) state.SkipWithError("not every station was read");
+  };
+  std::size_t lines = 0;
+  const auto plain = [&] {
+    lines = 0;
+    for (int day = 0; day < 7; ++day) {
+      lines += plainRead(
+          base().folders.logs / (dayDigits(kStart + std::chrono::days(day)) + "0000_HFDL_FMT.log"),
+          SIZE_MAX, true);
+    }
+  };
+  compare(state, 3, program, plain);
+  state.counters["lines"] = static_cast<double>(lines);
+  state.counters["longest_piece_ms"] = longestPiece * 1000;
+}
+
+void FrequencyRedraw(benchmark::State& state) {
+  double longestPiece = 0;
+  FrequencyTables tables(Encoding::codePage932());
+  loadWeek(tables, longestPiece);
+  double width = 800;
+  std::size_t shapes = 0;
+  for ([[maybe_unused]] auto _ : state) {
+    const Drawing drawing = DrawGraph(tables, kStart, width, 600, 2);
+    shapes = drawing.shapes.size();
+    width = width < 1900 ? width + 1 : 800;
+  }
+  state.counters["shapes"] = static_cast<double>(shapes);
+}
+
+void ActivityDay(benchmark::State& state) {
+  const auto log = base().folders.logs / (dayDigits(kStart) + "0000_HFDL_FMT.log");
+  const auto program = [&] {
+    ActivityLoad load(InputFile::open(log).value(), Encoding::codePage932(),
+                      {kStart + std::chrono::days(1), std::nullopt});
+    while (*load.step()) {
+    }
+    benchmark::DoNotOptimize(
+        drowGraph(load.counts(), kStart + std::chrono::days(1), 1000, 600).shapes.data());
+    if (load.counts().largestTotal == 0) state.SkipWithError("nothing was counted");
+  };
+  compare(state, 10, program, [&] { plainRead(log, SIZE_MAX, true); });
+}
+
+BENCHMARK(HfdlDay)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+BENCHMARK(FrequencyWeek)->UseManualTime()->Iterations(31)->Unit(benchmark::kMillisecond);
+BENCHMARK(FrequencyRedraw)->Unit(benchmark::kMillisecond);
+BENCHMARK(ActivityDay)->UseManualTime()->Iterations(31)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace vel
+
+BENCHMARK_MAIN();
