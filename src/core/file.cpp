@@ -21,15 +21,9 @@ std::string lowerAscii(std::string_view text) {
 
 }  // namespace
 
-std::filesystem::path toPath(std::string_view utf8) {
-  return std::filesystem::path(
-      std::u8string_view(reinterpret_cast<const char8_t*>(utf8.data()), utf8.size()));
-}
+std::filesystem::path toPath(std::string_view utf8) { return platform::pathFromUtf8(utf8); }
 
-std::string toUtf8(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
-}
+std::string toUtf8(const std::filesystem::path& path) { return platform::utf8FromPath(path); }
 
 Result<InputFile> InputFile::open(const std::filesystem::path& path) {
   Result<std::intptr_t> handle = platform::openForReading(path);
@@ -130,8 +124,8 @@ Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder)
   for (; entries != std::filesystem::directory_iterator(); entries.increment(error)) {
     std::error_code ignored;
     if (!entries->is_directory(ignored)) names.push_back(toUtf8(entries->path().filename()));
-    if (error) return ErrorNumber::deviceIo;
   }
+  if (error) return ErrorNumber::deviceIo;
   std::sort(names.begin(), names.end(), [](const std::string& left, const std::string& right) {
     const int order = lowerAscii(left).compare(lowerAscii(right));
     return order != 0 ? order < 0 : left < right;

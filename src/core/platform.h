@@ -13,6 +13,11 @@
 /// (platform_posix.cpp, platform_windows.cpp), called only by core.
 namespace vel::platform {
 
+/// A path from UTF-8 text, and back. Never fails: where the platform's paths
+/// are not bytes, what is no text becomes U+FFFD.
+std::filesystem::path pathFromUtf8(std::string_view utf8);
+std::string utf8FromPath(const std::filesystem::path& path);
+
 /// The platform's own converter between one byte encoding and UTF-8.
 class Transcoder {
  public:

@@ -166,7 +166,14 @@ Result<std::filesystem::path> privateFolder() {
 
 }  // namespace
 
+std::filesystem::path pathFromUtf8(std::string_view utf8) { return std::filesystem::path(utf8); }
+
+std::string utf8FromPath(const std::filesystem::path& path) { return path.native(); }
+
 std::unique_ptr<Transcoder> makeTranscoder(const std::string& encodingName) {
+  // An empty name stands for the session's encoding, and what follows a slash
+  // asks for lossy conversion: neither names an encoding.
+  if (encodingName.empty() || encodingName.find('/') != std::string::npos) return nullptr;
   auto transcoder = std::make_unique<IconvTranscoder>(encodingName);
   if (!transcoder->ok()) return nullptr;
   return transcoder;
@@ -182,6 +189,8 @@ char32_t upperCase(char32_t character) {
 
 Result<std::intptr_t> openForReading(const std::filesystem::path& path) {
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  // No file can have a name that is too long, so there is none.
+  if (descriptor < 0 && errno == ENAMETOOLONG) return ErrorNumber::fileNotFound;
   if (descriptor < 0) return openError(errno, path);
   struct stat info {};
   if (fstat(descriptor, &info) != 0) {

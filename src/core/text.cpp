@@ -1,6 +1,8 @@
 #include "core/text.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstring>
 
 #include "core/platform.h"
@@ -89,6 +91,49 @@ std::string mapCharacters(std::string_view text, Convert convert) {
   return mapped;
 }
 
+// The names under which people know code page 932. The converters' own idea of
+// "Shift_JIS" lacks the characters that makers added to it.
+bool isCodePage932(std::string_view name) {
+  std::string plain;
+  for (const char c : name) {
+    if (c != '-' && c != '_') plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+  }
+  constexpr std::array<std::string_view, 6> kNames = {"cp932", "shiftjis",   "sjis",
+                                                      "ms932", "windows31j", "windows932"};
+  return std::find(kNames.begin(), kNames.end(), plain) != kNames.end();
+}
+
+// A converter may put a similar character where the encoding has none: only
+// what comes back the same counts.
+std::optional<std::string> encodeExactly(platform::Transcoder& transcoder, std::string_view utf8) {
+  auto bytes = transcoder.encode(utf8);
+  if (bytes && transcoder.decode(*bytes) != utf8) bytes.reset();
+  return bytes;
+}
+
+// Six marks of the Japanese character set have two code points each. Input
+// methods outside Windows type the first, code page 932 holds the second.
+std::string withUsualTwins(std::string_view text) {
+  return mapCharacters(text, [](char32_t character) -> char32_t {
+    switch (character) {
+      case U'\u301C':
+        return U'\uFF5E';
+      case U'\u2016':
+        return U'\u2225';
+      case U'\u2212':
+        return U'\uFF0D';
+      case U'\u00A2':
+        return U'\uFFE0';
+      case U'\u00A3':
+        return U'\uFFE1';
+      case U'\u00AC':
+        return U'\uFFE2';
+      default:
+        return character;
+    }
+  });
+}
+
 }  // namespace
 
 Encoding::Encoding(std::string name, std::shared_ptr<platform::Transcoder> transcoder)
@@ -97,12 +142,19 @@ Encoding::Encoding(std::string name, std::shared_ptr<platform::Transcoder> trans
 Encoding Encoding::codePage932() { return named("CP932").value(); }
 
 Result<Encoding> Encoding::named(const std::string& name) {
-  std::shared_ptr<platform::Transcoder> transcoder = platform::makeTranscoder(name);
+  std::shared_ptr<platform::Transcoder> transcoder =
+      platform::makeTranscoder(isCodePage932(name) ? "CP932" : name);
   if (transcoder == nullptr) return ErrorNumber::typeMismatch;
   // Files are cut at these bytes before anything is decoded.
   constexpr std::string_view kCuts = ",\"\r\n A0";
   if (transcoder->encode(kCuts) != kCuts || transcoder->decode(kCuts) != kCuts) {
     return ErrorNumber::typeMismatch;
+  }
+  // An encoding that switches between character sets writes other letters in
+  // the bytes of ASCII ones: a comma would not be a comma.
+  for (const std::string_view letter : {"é", "Ж", "ก", "あ", "中", "가"}) {
+    const auto bytes = transcoder->encode(letter);
+    if (bytes && isAscii(*bytes)) return ErrorNumber::typeMismatch;
   }
   return Encoding(name, std::move(transcoder));
 }
@@ -114,7 +166,8 @@ std::string Encoding::decode(std::string_view bytes) const {
 
 std::optional<std::string> Encoding::encode(std::string_view utf8) const {
   if (isAscii(utf8)) return std::string(utf8);
-  return transcoder_->encode(utf8);
+  if (auto bytes = encodeExactly(*transcoder_, utf8)) return bytes;
+  return encodeExactly(*transcoder_, withUsualTwins(utf8));
 }
 
 bool isAscii(std::string_view bytes) {

@@ -25,12 +25,14 @@ class Encoding {
 
   /// The encoding of that name ("UTF-8", "windows-1252"), or an error when the
   /// platform does not know it or its comma, quote or line end are not ASCII.
+  /// "Shift_JIS" and "windows-31J" are names of code page 932.
   static Result<Encoding> named(const std::string& name);
 
   /// Bytes to UTF-8. Bytes that are no character give U+FFFD each.
   [[nodiscard]] std::string decode(std::string_view bytes) const;
 
-  /// UTF-8 to bytes, or nothing when the encoding cannot hold the text.
+  /// UTF-8 to bytes, or nothing when the encoding cannot hold the text. A wave
+  /// dash (U+301C) and its like are held as the twin that Windows types.
   [[nodiscard]] std::optional<std::string> encode(std::string_view utf8) const;
 
   [[nodiscard]] const std::string& name() const { return name_; }

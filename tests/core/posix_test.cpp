@@ -1,0 +1,257 @@
+// What only this platform can do to a file: permissions of a folder, a limit
+// that stands for a full disk, names that differ in case only, pipes. Each test
+// runs as an ordinary user, also where the tests themselves are run by root.
+
+#include <chrono>
+#include <csignal>
+#include <string>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "core/file.h"
+#include "core/helpers.h"
+#include "core/platform.h"
+#include "core/settings.h"
+#include "tests/support/recording_desktop.h"
+#include "tests/support/test_files.h"
+
+namespace vel {
+namespace {
+
+using test::readBytes;
+using test::RecordingDesktop;
+using test::TemporaryFolder;
+using test::writeBytes;
+using testing::ElementsAre;
+
+constexpr uid_t kNobody = 65534;
+
+// Gives the folder to an ordinary user and becomes that user for a while.
+class OrdinaryUser {
+ public:
+  explicit OrdinaryUser(const std::filesystem::path& folder) : wasRoot_(geteuid() == 0) {
+    if (!wasRoot_) return;
+    EXPECT_EQ(chown(folder.c_str(), kNobody, kNobody), 0);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      EXPECT_EQ(chown(entry.path().c_str(), kNobody, kNobody), 0);
+    }
+    EXPECT_EQ(seteuid(kNobody), 0);
+  }
+  OrdinaryUser(const OrdinaryUser&) = delete;
+  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+  ~OrdinaryUser() {
+    if (!wasRoot_) return;
+    EXPECT_EQ(seteuid(0), 0);
+  }
+
+ private:
+  bool wasRoot_;
+};
+
+// No file may grow beyond some bytes while this lives.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before_), 0);
+    const rlimit limit{bytes, before_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+  ~FullDisk() {
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before_), 0);
+    std::signal(SIGXFSZ, handler_);
+  }
+
+ private:
+  rlimit before_{};
+  void (*handler_)(int);
+};
+
+mode_t modeOf(const std::filesystem::path& path) {
+  struct stat info {};
+  EXPECT_EQ(stat(path.c_str(), &info), 0) << path;
+  return info.st_mode & 07777;
+}
+
+constexpr const char* kRefused =
+    "Can't write file. Using Excel to edit CSV? If not edited by Excel, close it to continue."
+    "　ファイルの書込みができません。エクセルでCSVファイルを開いていませんか？。"
+    "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。";
+
+TEST(RenameWithRetryPosix, RetryCompletesOnceAccessIsGranted) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "a.csv", "x");
+  const OrdinaryUser user(folder.path());
+  ASSERT_EQ(chmod(folder.path().c_str(), 0555), 0);
+  RecordingDesktop desktop;
+  int asked = 0;
+  desktop.onRetry = [&] { return ++asked < 3 || chmod(folder.path().c_str(), 0755) == 0; };
+  EXPECT_EQ(RenameWithRetry(desktop, folder / "a.csv", folder / "a.bak"), RenameOutcome::renamed);
+  EXPECT_THAT(desktop.messages, ElementsAre(kRefused, kRefused, kRefused));
+  EXPECT_FALSE(desktop.ended);
+  EXPECT_EQ(readBytes(folder / "a.bak"), "x");
+}
+
+TEST(RenameWithRetryPosix, CancelEndsTheProgramAndLeavesTheFiles) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "a.csv", "x");
+  const OrdinaryUser user(folder.path());
+  ASSERT_EQ(chmod(folder.path().c_str(), 0555), 0);
+  RecordingDesktop desktop;
+  EXPECT_EQ(RenameWithRetry(desktop, folder / "a.csv", folder / "a.bak"),
+            RenameOutcome::programEnds);
+  EXPECT_THAT(desktop.messages, ElementsAre(kRefused));
+  EXPECT_TRUE(desktop.ended);
+  EXPECT_EQ(desktop.exitStatus, 1);
+  EXPECT_EQ(chmod(folder.path().c_str(), 0755), 0);
+  EXPECT_THAT(listFolder(folder.path()).value(), ElementsAre("a.csv"));
+}
+
+TEST(SettingsPosix, AFullDiskNeverCostsTheOldSettings) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "vel.env", "\"env_Config\",9\r\n");
+  for (const rlim_t room : {rlim_t{0}, rlim_t{20}, rlim_t{300}}) {
+    Status saved;
+    {
+      const FullDisk full(room);
+      saved = SaveEnv(folder / "vel.env", Encoding::codePage932(), Settings());
+    }
+    ASSERT_FALSE(saved.ok()) << room;
+    EXPECT_EQ(saved.error().text(), "ERROR #61") << room;
+    EXPECT_EQ(readBytes(folder / "vel.env"), "\"env_Config\",9\r\n") << room;
+    EXPECT_THAT(listFolder(folder.path()).value(), ElementsAre("vel.env")) << room;
+  }
+}
+
+TEST(SettingsPosix, AFolderThatMayNotBeWrittenKeepsTheOldSettings) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "vel.env", "\"env_Config\",9\r\n");
+  const OrdinaryUser user(folder.path());
+  ASSERT_EQ(chmod(folder.path().c_str(), 0555), 0);
+  const Status saved = SaveEnv(folder / "vel.env", Encoding::codePage932(), Settings());
+  EXPECT_EQ(chmod(folder.path().c_str(), 0755), 0);
+  ASSERT_FALSE(saved.ok());
+  EXPECT_EQ(saved.error().text(), "ERROR #70");
+  EXPECT_EQ(readBytes(folder / "vel.env"), "\"env_Config\",9\r\n");
+}
+
+TEST(SettingsPosix, TheFileKeepsItsPermissions) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "vel.env", "");
+  ASSERT_EQ(chmod((folder / "vel.env").c_str(), 0640), 0);
+  ASSERT_TRUE(SaveEnv(folder / "vel.env", Encoding::codePage932(), Settings()).ok());
+  EXPECT_EQ(modeOf(folder / "vel.env"), mode_t{0640});
+}
+
+TEST(OutputFilePosix, AFullDiskIs61) {
+  const TemporaryFolder folder;
+  Status written;
+  Status finished;
+  {
+    const FullDisk full(100'000);
+    Result<OutputFile> file = OutputFile::create(folder / "FLIGHT.$$$");
+    ASSERT_TRUE(file.ok());
+    written = file->write(std::string(1'000'000, 'x'));
+    ASSERT_TRUE(file->write("some more").ok()) << "still in the buffer";
+    finished = file->finish();
+  }
+  ASSERT_FALSE(written.ok());
+  EXPECT_EQ(written.error().number, ErrorNumber::diskFull);
+  ASSERT_FALSE(finished.ok());
+  EXPECT_EQ(finished.error().number, ErrorNumber::diskFull);
+}
+
+TEST(InputFilePosix, AFileThatMayNotBeReadIs70) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "log", "x");
+  const OrdinaryUser user(folder.path());
+  ASSERT_EQ(chmod((folder / "log").c_str(), 0), 0);
+  const Result<InputFile> file = InputFile::open(folder / "log");
+  ASSERT_FALSE(file.ok());
+  EXPECT_EQ(file.error().number, ErrorNumber::permissionDenied);
+}
+
+TEST(InputFilePosix, APipeIsRefusedInsteadOfWaitedFor) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo((folder / "20261120_list.csv").c_str(), 0600), 0);
+  const Result<InputFile> file = InputFile::open(folder / "20261120_list.csv");
+  ASSERT_FALSE(file.ok());
+  EXPECT_EQ(file.error().number, ErrorNumber::permissionDenied);
+}
+
+TEST(ListFolderPosix, AFolderThatMayNotBeReadIs70) {
+  const TemporaryFolder folder;
+  const OrdinaryUser user(folder.path());
+  ASSERT_EQ(chmod(folder.path().c_str(), 0), 0);
+  const auto names = listFolder(folder.path());
+  EXPECT_EQ(chmod(folder.path().c_str(), 0755), 0);
+  ASSERT_FALSE(names.ok());
+  EXPECT_EQ(names.error().number, ErrorNumber::permissionDenied);
+}
+
+TEST(FindFilePosix, TheExactNameComesBeforeOthers) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "FLIGHT.csv", "capitals");
+  writeBytes(folder / "flight.csv", "small");
+  EXPECT_EQ(readBytes(*findFile(folder.path(), "flight.csv")), "small");
+  EXPECT_EQ(readBytes(*findFile(folder.path(), "FLIGHT.csv")), "capitals");
+  EXPECT_EQ(readBytes(*findFile(folder.path(), "Flight.csv")), "capitals");
+  FolderIndex index(folder.path());
+  EXPECT_EQ(readBytes(*index.find("flight.csv")), "small");
+}
+
+TEST(FolderIndexPosix, SeesAChangeOfAFolderThatWasQuietForLong) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "a.jpg", "");
+  std::filesystem::last_write_time(
+      folder.path(), std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
+  FolderIndex index(folder.path());
+  EXPECT_TRUE(index.find("a.jpg").has_value());
+  EXPECT_EQ(index.find("b.jpg"), std::nullopt);
+  writeBytes(folder / "b.jpg", "");
+  EXPECT_TRUE(index.find("b.jpg").has_value());
+}
+
+TEST(FindFilePosix, WhatIsWrittenKeepsTheNameItWasFoundUnder) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "Flight.CSV", "");
+  EXPECT_EQ(toUtf8(fileIn(folder.path(), "FLIGHT.csv").filename()), "Flight.CSV");
+}
+
+TEST(InstanceLockPosix, ACopyThatCrashedLeavesNoLock) {
+  const TemporaryFolder folder;
+  const std::string key = toUtf8(folder.path());
+  int ready[2];
+  ASSERT_EQ(pipe(ready), 0);
+  const pid_t other = fork();
+  ASSERT_GE(other, 0);
+  if (other == 0) {
+    const auto lock = platform::lockInstance(key);
+    const char got = lock.ok() && *lock != nullptr ? 'y' : 'n';
+    if (write(ready[1], &got, 1) != 1) _exit(1);
+    while (true) pause();
+  }
+  char got = 0;
+  ASSERT_EQ(read(ready[0], &got, 1), 1);
+  EXPECT_EQ(got, 'y');
+  const auto refused = platform::lockInstance(key);
+  ASSERT_TRUE(refused.ok());
+  EXPECT_EQ(*refused, nullptr);
+  ASSERT_EQ(kill(other, SIGKILL), 0);
+  ASSERT_EQ(waitpid(other, nullptr, 0), other);
+  const auto granted = platform::lockInstance(key);
+  ASSERT_TRUE(granted.ok());
+  EXPECT_NE(*granted, nullptr);
+  close(ready[0]);
+  close(ready[1]);
+}
+
+}  // namespace
+}  // namespace vel
