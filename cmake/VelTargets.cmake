@@ -12,7 +12,7 @@ target_compile_definitions(vel_options INTERFACE
   VEL_VERSION_REVISION=${PROJECT_VERSION_PATCH})
 target_compile_options(vel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${VEL_WERROR}>:-Werror>)
-# GCC 12 warns of overlapping copies inside its own std::string operator+.
+# GCC 12 takes "text" + std::string for an overlapping copy (its bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(vel_options INTERFACE -Wno-restrict)
 endif()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <ostream>
 #include <string>
 
 #include <windows.h>
@@ -39,5 +40,10 @@ class FileHolder {
   HANDLE output_ = nullptr;  // the end that is read here
   bool holding_ = false;
 };
+
+/// The names of the tests end in this.
+inline void PrintTo(FileHolder::Shares shares, std::ostream* stream) {
+  *stream << (shares == FileHolder::Shares::nothing ? "nothing" : "reading");
+}
 
 }  // namespace vel::test

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/file.h"
 #include "tables/rewrite.h"
 #include "tests/held/file_holder.h"
 #include "tests/held/messages.h"

@@ -33,8 +33,12 @@ class RenameHeldTest : public testing::TestWithParam<FileHolder::Shares> {
   RecordingDesktop desktop_;
 };
 
-INSTANTIATE_TEST_SUITE_P(SharesNothingOrReading, RenameHeldTest,
-                         testing::Values(FileHolder::Shares::nothing, FileHolder::Shares::reading));
+INSTANTIATE_TEST_SUITE_P(OtherProgramShares, RenameHeldTest,
+                         testing::Values(FileHolder::Shares::nothing, FileHolder::Shares::reading),
+                         [](const auto& tested) {
+                           return tested.param == FileHolder::Shares::nothing ? "Nothing"
+                                                                              : "Reading";
+                         });
 
 TEST_P(RenameHeldTest, AHeldFileIsTheRealSharingError75) {
   const FileHolder holder(live_, GetParam());
