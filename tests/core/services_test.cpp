@@ -98,6 +98,20 @@ TEST_F(ServicesTest, AnEncodingThatCannotBeUsedLeavesCodePage932) {
   }
 }
 
+TEST_F(ServicesTest, TheLastOfTwoValuesHolds) {
+  EXPECT_EQ(load("kloth=http://a.test\nkloth=http://b.test\n").kloth, "http://b.test");
+}
+
+TEST_F(ServicesTest, TheUsersOwnSearchesStartFromAirlinerAndTheFlightPage) {
+  const DefaultSearches usual = Services().defaultSearches();
+  EXPECT_EQ(usual.regDefUrl0, "https://www.airliners.net/search/photo.search?regsearch=");
+  EXPECT_EQ(usual.fltDefUrl0, "/?F=");
+  const DefaultSearches own =
+      load("airliner=http://a.test\nhomepage=http://f.test/\n").defaultSearches();
+  EXPECT_EQ(own.regDefUrl0, "http://a.test/search/photo.search?regsearch=");
+  EXPECT_EQ(own.fltDefUrl0, "http://f.test/?F=");
+}
+
 TEST_F(ServicesTest, AFolderInItsPlaceIsNoFile) {
   std::filesystem::create_directory(folder_ / "services.ini");
   EXPECT_EQ(Services::load(folder_ / "services.ini").kloth, "https://www.kloth.net");
