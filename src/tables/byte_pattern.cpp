@@ -1,96 +1,93 @@
 #include "tables/byte_pattern.h"
 
 #include <bit>
-#include <cstdint>
 #include <cstring>
 #include <utility>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "core/helpers.h"
 
 namespace vel {
 namespace {
 
-constexpr std::size_t kStride = 64;
+// How much of a block is looked at to choose the probe. A choice that leads to
+// too many wrong places is made again from more of a later block, and then more
+// is put up with.
+constexpr std::size_t kFirstSample = 4096;
+constexpr std::size_t kLaterSample = 16384;
+constexpr std::size_t kToleratedFactor = 4;
+constexpr std::size_t kMostProbes = 16;
 
-#if defined(__SSE2__)
-
-class ByteTest {
- public:
-  ByteTest(char byte, std::size_t offset) : wanted_(_mm_set1_epi8(byte)), offset_(offset) {}
-
-  [[nodiscard]] __m128i at(const char* place) const {
-    return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(place + offset_)),
-                          wanted_);
-  }
-
- private:
-  __m128i wanted_;
-  std::size_t offset_;
-};
-
-std::uint64_t bits(__m128i equal, int shift) {
-  return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(equal))) << shift;
-}
-
-#else
-
-class ByteTest {
- public:
-  ByteTest(char byte, std::size_t offset) : wanted_(byte), offset_(offset) {}
-
-  [[nodiscard]] bool at(const char* place) const { return place[offset_] == wanted_; }
-
- private:
-  char wanted_;
-  std::size_t offset_;
-};
-
-#endif
-
-// One bit for each of the next kStride places, set where all three bytes fit.
-std::uint64_t candidates(const ByteTest& a, const ByteTest& b, const ByteTest& c,
-                         const char* place) {
-#if defined(__SSE2__)
-  const auto fits = [&](const char* at) {
-    return _mm_and_si128(_mm_and_si128(a.at(at), b.at(at)), c.at(at));
-  };
-  const __m128i first = fits(place);
-  const __m128i second = fits(place + 16);
-  const __m128i third = fits(place + 32);
-  const __m128i fourth = fits(place + 48);
-  // Nearly always there is none: one test tells.
-  const __m128i any = _mm_or_si128(_mm_or_si128(first, second), _mm_or_si128(third, fourth));
-  if (_mm_movemask_epi8(any) == 0) return 0;
-  return bits(first, 0) | bits(second, 16) | bits(third, 32) | bits(fourth, 48);
-#else
-  std::uint64_t found = 0;
-  for (std::size_t i = 0; i < kStride; ++i) {
-    const bool fits = c.at(place + i) && b.at(place + i) && a.at(place + i);
-    found |= static_cast<std::uint64_t>(fits) << i;
-  }
-  return found;
-#endif
+std::uint16_t pairOf(const std::string& bytes, std::size_t offset) {
+  std::uint16_t pair;
+  std::memcpy(&pair, bytes.data() + offset, sizeof pair);
+  return pair;
 }
 
 }  // namespace
 
-BytePattern::BytePattern(std::string bytes, std::array<std::size_t, 3> tested)
-    : bytes_(std::move(bytes)), tested_(tested) {}
+BytePattern::BytePattern(std::string bytes, ByteSearcher searcher)
+    : bytes_(std::move(bytes)), search_(searcher) {
+  if (bytes_.size() >= 2) probe_ = probeAt(0);
+}
 
-const char* BytePattern::find(const char* begin, const char* end) const {
-  if (static_cast<std::size_t>(end - begin) < bytes_.size()) return end;
+ByteProbe BytePattern::probeAt(std::size_t offset) const {
+  // Two bytes are one pair, which is read at every distance.
+  if (bytes_.size() == 2) {
+    return {.odd = pairOf(bytes_, 0), .even = pairOf(bytes_, 0), .oddAt = 1, .offset = -1};
+  }
+  return {.odd = pairOf(bytes_, offset),
+          .even = pairOf(bytes_, offset + 1),
+          .oddAt = 0,
+          .offset = static_cast<std::ptrdiff_t>(offset)};
+}
+
+void BytePattern::prepare(std::string_view block) {
+  if (bytes_.size() <= 3 || (prepared_ && falseHits_ < tolerated_)) return;
+  if (prepared_) tolerated_ *= kToleratedFactor;
+  const std::size_t sample = prepared_ ? kLaterSample : kFirstSample;
+  prepared_ = true;
+  falseHits_ = 0;
+  const char* const end = block.data() + MinOf(block.size(), sample);
+  const std::size_t last = bytes_.size() - 3;
+  int fewest = -1;
+  // The end of a key, where lines differ most, is tried first.
+  for (std::size_t tried = 0; tried <= MinOf(last, kMostProbes); ++tried) {
+    const ByteProbe probe = probeAt(last - tried);
+    int count = 0;
+    std::uint64_t hits = 0;
+    for (const char* place = search_(block.data(), end, probe, hits); place < end;
+         place = search_(place + kSearchStride, end, probe, hits)) {
+      count += std::popcount(hits);
+    }
+    if (fewest >= 0 && count >= fewest) continue;
+    fewest = count;
+    probe_ = probe;
+    if (count == 0) return;
+  }
+}
+
+const char* BytePattern::find(const char* begin, const char* end) {
+  const auto available = static_cast<std::size_t>(end - begin);
+  if (available < bytes_.size()) return end;
+  if (bytes_.size() == 1) {
+    const void* const found = std::memchr(begin, bytes_[0], available);
+    return found == nullptr ? end : static_cast<const char*>(found);
+  }
   const char* const last = end - bytes_.size();
-  const ByteTest a(bytes_[tested_[0]], tested_[0]);
-  const ByteTest b(bytes_[tested_[1]], tested_[1]);
-  const ByteTest c(bytes_[tested_[2]], tested_[2]);
-  for (const char* place = begin; place <= last; place += kStride) {
-    std::uint64_t found = candidates(a, b, c, place);
-    for (; found != 0; found &= found - 1) {
-      const char* const candidate = place + std::countr_zero(found);
+  const std::ptrdiff_t toFirstHit = -(probe_.offset + 1);
+  // From an even distance at which no earlier start can be missed.
+  const char* place = begin - toFirstHit;
+  place -= reinterpret_cast<std::uintptr_t>(place) % kSearchStride;
+  const char* const searchEnd = last - toFirstHit + 1;
+  std::uint64_t hits = 0;
+  for (place = search_(place, searchEnd, probe_, hits); place < searchEnd;
+       place = search_(place + kSearchStride, searchEnd, probe_, hits)) {
+    for (; hits != 0; hits &= hits - 1) {
+      const char* const candidate = place + toFirstHit + std::countr_zero(hits);
+      if (candidate < begin) continue;
       if (candidate > last) return end;
       if (std::memcmp(candidate, bytes_.data(), bytes_.size()) == 0) return candidate;
+      ++falseHits_;
     }
   }
   return end;

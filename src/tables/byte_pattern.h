@@ -1,29 +1,40 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
 
+#include "tables/byte_search.h"
+
 namespace vel {
 
-/// Bytes that are searched for in large blocks, many positions at a time.
+/// Bytes that are searched for in large blocks, many places at a time.
 class BytePattern {
  public:
-  /// Bytes behind the searched range that find() may read, but never uses.
-  static constexpr std::size_t kSlack = 64;
+  /// Bytes on both sides of the searched range that find() may read, but
+  /// never uses.
+  static constexpr std::size_t kSlack = 2 * kSearchStride;
 
-  /// `tested` are the offsets of the bytes by which places are told apart
-  /// before they are compared in full; the rarer these bytes, the faster.
-  BytePattern(std::string bytes, std::array<std::size_t, 3> tested);
+  /// At least one byte; by default searched for in the fastest way.
+  explicit BytePattern(std::string bytes, ByteSearcher searcher = byteSearchers().front());
 
-  /// The first place in [begin, end) where the bytes stand, or `end`. kSlack
-  /// bytes behind `end` must be readable.
-  [[nodiscard]] const char* find(const char* begin, const char* end) const;
+  /// Gets ready for a block with the slack around it: looks at the block's
+  /// first bytes for what tells the pattern best apart, the first time and
+  /// whenever that proved to be a bad choice since.
+  void prepare(std::string_view block);
+
+  /// The first place in [begin, end) where the bytes stand, or `end`.
+  [[nodiscard]] const char* find(const char* begin, const char* end);
 
  private:
+  [[nodiscard]] ByteProbe probeAt(std::size_t offset) const;
+
   std::string bytes_;
-  std::array<std::size_t, 3> tested_;
+  ByteSearcher search_;
+  ByteProbe probe_;
+  bool prepared_ = false;
+  std::size_t falseHits_ = 0;   // since the probe was chosen
+  std::size_t tolerated_ = 64;  // before it is chosen anew
 };
 
 }  // namespace vel

@@ -1,5 +1,6 @@
 #include "tables/line_blocks.h"
 
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
@@ -9,18 +10,12 @@
 namespace vel {
 namespace {
 
-// Small enough to come from memory that is already warm and to stay in the
+// Large enough to make calls of the system rare, small enough to stay in the
 // processor's cache.
-constexpr std::size_t kBlock = std::size_t{1} << 16;
+constexpr std::size_t kBlock = std::size_t{1} << 17;
 
-std::size_t bufferSize(std::size_t capacity) { return 1 + capacity + BytePattern::kSlack; }
-
-std::unique_ptr<char[]> makeBuffer(std::size_t capacity) {
-  auto buffer = std::make_unique_for_overwrite<char[]>(bufferSize(capacity));
-  buffer[0] = '\n';
-  std::memset(buffer.get() + bufferSize(capacity) - BytePattern::kSlack, 0, BytePattern::kSlack);
-  return buffer;
-}
+// Reading whole pages to whole pages is what the system does fastest.
+constexpr std::size_t kPage = 4096;
 
 // Bytes up to and with the last LF.
 std::size_t wholeLines(std::string_view text) {
@@ -31,64 +26,71 @@ std::size_t wholeLines(std::string_view text) {
 }  // namespace
 
 LineBlocks::LineBlocks(InputFile file, LongerLines longerLines)
-    : file_(std::move(file)),
-      longerLines_(longerLines),
-      capacity_(kBlock),
-      buffer_(makeBuffer(kBlock)) {}
-
-void LineBlocks::grow() {
-  const std::size_t capacity = capacity_ * 2;
-  auto buffer = makeBuffer(capacity);
-  std::memcpy(buffer.get() + 1, buffer_.get() + 1, end_);
-  buffer_ = std::move(buffer);
-  capacity_ = capacity;
+    : file_(std::move(file)), longerLines_(longerLines) {
+  allocate(kBlock);
 }
 
-// Puts more of the file behind what is left of the last block.
-Result<bool> LineBlocks::fill() {
-  char* const text = buffer_.get() + 1;
-  if (begin_ > 0) {
-    std::memmove(text, text + begin_, end_ - begin_);
-    end_ -= begin_;
-    begin_ = 0;
+char* LineBlocks::readPlace() const {
+  const auto behindLine =
+      reinterpret_cast<std::uintptr_t>(buffer_.get()) + BytePattern::kSlack + room_;
+  return buffer_.get() + BytePattern::kSlack + room_ + (kPage - behindLine % kPage) % kPage;
+}
+
+void LineBlocks::allocate(std::size_t room) {
+  const std::unique_ptr<char[]> old = std::move(buffer_);
+  buffer_ = std::make_unique_for_overwrite<char[]>(2 * BytePattern::kSlack + kPage + 2 * room);
+  room_ = room;
+  moveRest();
+}
+
+// The unfinished line goes to the front of the place that is read to.
+void LineBlocks::moveRest() {
+  char* const place = readPlace() - rest_.size();
+  if (!rest_.empty()) std::memmove(place, rest_.data(), rest_.size());
+  rest_ = {place, rest_.size()};
+}
+
+// The unfinished line and more of the file behind it; no longer than the
+// unfinished line at the end of the file.
+Result<std::string_view> LineBlocks::fill() {
+  if (rest_.size() > room_) {
+    allocate(2 * room_);
+  } else {
+    moveRest();
   }
-  if (end_ == capacity_) grow();
-  const Result<std::size_t> count = file_.read(buffer_.get() + 1 + end_, capacity_ - end_);
+  const Result<std::size_t> count = file_.read(readPlace(), room_);
   if (!count) return count.error();
-  end_ += *count;
-  return *count > 0;
+  char* const begin = readPlace() - rest_.size();
+  begin[-1] = '\n';
+  return std::string_view(begin, rest_.size() + *count);
 }
 
 Result<std::string_view> LineBlocks::next() {
   while (true) {
-    const std::size_t searched = end_ - begin_;
-    const Result<bool> more = fill();
-    if (!more) return more.error();
-    const std::string_view text(buffer_.get() + 1, end_);
-    if (!*more) {
-      begin_ = end_;
-      return std::exchange(skipping_, false) ? std::string_view() : text;
-    }
-    std::size_t first = 0;
-    if (skipping_) {
-      const std::size_t lineEnd = text.find('\n', searched);
-      if (lineEnd == std::string_view::npos) {
-        begin_ = end_;
-        continue;
+    const std::size_t unfinished = rest_.size();
+    const Result<std::string_view> filled = fill();
+    if (!filled) return filled.error();
+    const std::string_view text = *filled;
+    rest_ = {};
+    if (text.size() == unfinished) return std::exchange(skipping_, false) ? rest_ : text;
+
+    std::size_t begin = 0;
+    if (skipping_ || text.size() > kLongestLine) {
+      const std::size_t lineFeed = text.find('\n', unfinished);
+      const std::size_t lineEnd = MinOf(lineFeed, text.size() - 1) + 1;
+      if (skipping_ || lineEnd > kLongestLine) {
+        if (longerLines_ == LongerLines::fail) return ErrorNumber::deviceIo;
+        begin = lineEnd;
+        skipping_ = lineFeed == std::string_view::npos;
       }
-      skipping_ = false;
-      first = lineEnd + 1;
     }
-    // What was left of the last block holds no LF.
-    const std::size_t from = MaxOf(first, searched);
-    const std::size_t added = wholeLines(text.substr(from));
-    begin_ = added > 0 ? from + added : first;
-    if (added > 0) return text.substr(first, begin_ - first);
-    if (text.size() - first >= kLongestLine) {
-      if (longerLines_ == LongerLines::fail) return ErrorNumber::deviceIo;
-      skipping_ = true;
-      begin_ = end_;
+    const std::size_t from = MaxOf(begin, unfinished);
+    const std::size_t end = from + wholeLines(text.substr(from));
+    if (end > from) {
+      rest_ = text.substr(end);
+      return text.substr(begin, end - begin);
     }
+    rest_ = text.substr(begin);
   }
 }
 

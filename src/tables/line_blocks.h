@@ -14,7 +14,8 @@ namespace vel {
 /// may shrink meanwhile.
 class LineBlocks {
  public:
-  /// A longer line is no record. It bounds the memory that a file can take.
+  /// In bytes, with its line end. A longer line is no record. It bounds the
+  /// memory that a file can take.
   static constexpr std::size_t kLongestLine = std::size_t{1} << 24;
 
   enum class LongerLines {
@@ -25,21 +26,23 @@ class LineBlocks {
   LineBlocks(InputFile file, LongerLines longerLines);
 
   /// The next block, empty at the end of the file. The view lives until the
-  /// next call; the byte before it is an LF, and BytePattern::kSlack bytes
-  /// behind it can be read.
+  /// next call; the byte before it is an LF, and BytePattern::kSlack bytes on
+  /// either side can be read.
   Result<std::string_view> next();
 
  private:
-  Result<bool> fill();
-  void grow();
+  [[nodiscard]] char* readPlace() const;
+  void allocate(std::size_t room);
+  void moveRest();
+  Result<std::string_view> fill();
 
   InputFile file_;
   LongerLines longerLines_;
-  std::size_t capacity_;
+  // Room for an unfinished line in front of the place where the file is read
+  // to, and as much for a read.
+  std::size_t room_ = 0;
   std::unique_ptr<char[]> buffer_;
-  // Offsets into the text, which stands behind one LF in the buffer.
-  std::size_t begin_ = 0;
-  std::size_t end_ = 0;
+  std::string_view rest_;  // the unfinished line behind the last block
   bool skipping_ = false;  // within a line that is passed over
 };
 

@@ -75,6 +75,8 @@ bool Key::isEndOf(std::string_view field) const {
 
 std::string_view Key::scanBytes() const { return ascii_ ? std::string_view(text_) : ""; }
 
+std::string Key::laterFieldBytes() const { return ascii_ ? "," + text_ : std::string(); }
+
 LowerCaseKey::LowerCaseKey(const Encoding& encoding, std::string_view text)
     : encoding_(encoding),
       text_(toLower(asStored(encoding, text))),

@@ -33,6 +33,9 @@ class Key {
 
   /// Bytes that stand in every field that fits; empty when only decoding tells.
   [[nodiscard]] std::string_view scanBytes() const;
+  /// The same for a field behind the first that equals the key, with the comma
+  /// before it.
+  [[nodiscard]] std::string laterFieldBytes() const;
 
  private:
   const Encoding& encoding_;

@@ -12,15 +12,10 @@
 namespace vel {
 namespace {
 
-// Lines of one table differ most at the end of their keys, so the last two
-// bytes are tested, and with them the line end before a key or one byte more.
 BytePattern makePattern(std::string_view bytes, TableScanner::Anchor anchor) {
   std::string pattern(bytes);
   if (anchor == TableScanner::Anchor::lineStart) pattern.insert(pattern.begin(), '\n');
-  const std::size_t last = pattern.size() - 1;
-  const std::size_t beforeLast = last > 0 ? last - 1 : 0;
-  const std::size_t third = anchor == TableScanner::Anchor::lineStart || last < 2 ? 0 : last - 2;
-  return BytePattern(std::move(pattern), {third, beforeLast, last});
+  return BytePattern(std::move(pattern));
 }
 
 // The line from `begin` on, without its LF, in a text that ends at `end`.
@@ -55,7 +50,8 @@ Status TableScanner::scan(const std::filesystem::path& file, std::string_view by
     }
     return Next::more;
   };
-  const auto linesWith = [&](const BytePattern& pattern, std::string_view block) {
+  const auto linesWith = [&](BytePattern& pattern, std::string_view block) {
+    pattern.prepare(block);
     const char* const end = block.data() + block.size();
     // The LF before the block is the line start of its first line.
     const char* place = block.data() - 1;

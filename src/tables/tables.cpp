@@ -31,40 +31,51 @@ Error withMessageIfMissing(Error error, const char* message) {
   return error;
 }
 
+// A table by its usual name.
+struct TableFile {
+  const std::filesystem::path& folder;
+  const char* name;
+};
+
 // Calls visit(line) for every line, blank ones left out, that may hold the
 // bytes where they are looked for.
 template <typename Visit>
-Status visitLines(const std::filesystem::path& table, std::string_view bytes, Anchor anchor,
-                  Visit visit) {
-  return TableScanner::forEachLine(table, bytes, anchor, [&](std::string_view line) {
+Status visitLines(const TableFile& table, std::string_view bytes, Anchor anchor, Visit visit) {
+  const auto visitRecord = [&](std::string_view line) {
     return line.empty() ? Next::more : visit(line);
-  });
+  };
+  Status status = TableScanner::forEachLine(table.folder / table.name, bytes, anchor, visitRecord);
+  if (status || !isMissing(status.error())) return status;
+  const auto otherwiseSpelt = findFile(table.folder, table.name);
+  if (!otherwiseSpelt) return status;
+  return TableScanner::forEachLine(*otherwiseSpelt, bytes, anchor, visitRecord);
 }
 
 // The field `wanted` of the first line that has a field `searched` which
 // equals the key; empty when there is none.
-Result<std::string> fieldOfFirst(const std::filesystem::path& table, const Encoding& encoding,
+Result<std::string> fieldOfFirst(const TableFile& table, const Encoding& encoding,
                                  std::string_view key, std::size_t searched, std::size_t wanted) {
   const Key wantedKey(encoding, key);
   const Anchor anchor = searched == 0 ? Anchor::lineStart : Anchor::anywhere;
+  const std::string bytes =
+      searched == 0 ? std::string(wantedKey.scanBytes()) : wantedKey.laterFieldBytes();
   std::string found;
   bool incomplete = false;
-  const Status status =
-      visitLines(table, wantedKey.scanBytes(), anchor, [&](std::string_view line) {
-        const auto field = fieldAt(line, searched);
-        if (!field || !wantedKey.equals(*field)) return Next::more;
-        const auto value = fieldAt(line, wanted);
-        incomplete = !value;
-        if (value) found = encoding.decode(*value);
-        return Next::stop;
-      });
+  const Status status = visitLines(table, bytes, anchor, [&](std::string_view line) {
+    const auto field = fieldAt(line, searched);
+    if (!field || !wantedKey.equals(*field)) return Next::more;
+    const auto value = fieldAt(line, wanted);
+    incomplete = !value;
+    if (value) found = encoding.decode(*value);
+    return Next::stop;
+  });
   if (!status) return status.error();
   if (incomplete) return ErrorNumber::incompleteRecord;
   return found;
 }
 
 // Lines without a comma are comments.
-Result<std::string> equipmentOf(const std::filesystem::path& table, const Encoding& encoding,
+Result<std::string> equipmentOf(const TableFile& table, const Encoding& encoding,
                                 std::string_view registration, Next afterMatch) {
   const Key key(encoding, registration);
   std::string equipment;
@@ -82,9 +93,8 @@ Result<std::string> equipmentOf(const std::filesystem::path& table, const Encodi
 enum class Remark { needed, ifPresent };
 
 // The route in the first line of the flight.
-Result<std::optional<FlightRoute>> routeOf(const std::filesystem::path& table,
-                                           const Encoding& encoding, std::string_view flight,
-                                           Remark wanted) {
+Result<std::optional<FlightRoute>> routeOf(const TableFile& table, const Encoding& encoding,
+                                           std::string_view flight, Remark wanted) {
   const Key key(encoding, flight);
   std::optional<FlightRoute> route;
   bool incomplete = false;
@@ -113,19 +123,19 @@ Tables::Tables(const Folders& folders, const Encoding& encoding)
     : folders_(folders), encoding_(encoding) {}
 
 Result<std::string> Tables::SearchAircraft(std::string_view registration) const {
-  return equipmentOf(fileIn(folders_.data, kAircraft), encoding_, registration, Next::more);
+  return equipmentOf({folders_.data, kAircraft}, encoding_, registration, Next::more);
 }
 
 Result<std::string> Tables::SchAircraft(std::string_view registration) const {
-  return equipmentOf(fileIn(folders_.data, kAircraft), encoding_, registration, Next::stop);
+  return equipmentOf({folders_.data, kAircraft}, encoding_, registration, Next::stop);
 }
 
 Result<std::optional<FlightRoute>> Tables::flightRoute(std::string_view flight) const {
-  return routeOf(fileIn(folders_.data, kFlight), encoding_, flight, Remark::needed);
+  return routeOf({folders_.data, kFlight}, encoding_, flight, Remark::needed);
 }
 
 Result<std::optional<FlightRoute>> Tables::testedFlightRoute(std::string_view flight) const {
-  auto route = routeOf(fileIn(folders_.data, kFlight), encoding_, flight, Remark::ifPresent);
+  auto route = routeOf({folders_.data, kFlight}, encoding_, flight, Remark::ifPresent);
   if (route) return route;
   return withMessageIfMissing(route.error(), "Not found data\\flight.csv");
 }
@@ -133,8 +143,8 @@ Result<std::optional<FlightRoute>> Tables::testedFlightRoute(std::string_view fl
 Result<bool> Tables::letterChk(std::string_view prefix) const {
   const Key key(encoding_, prefix);
   bool found = false;
-  const Status status = visitLines(fileIn(folders_.data, kLetter), key.scanBytes(),
-                                   Anchor::lineStart, [&](std::string_view line) {
+  const Status status = visitLines({folders_.data, kLetter}, key.scanBytes(), Anchor::lineStart,
+                                   [&](std::string_view line) {
                                      found = key.equals(*fieldAt(line, 0));
                                      return found ? Next::stop : Next::more;
                                    });
@@ -148,7 +158,7 @@ Result<Airline> Tables::AirLineLoad(std::string_view prefix) const {
   bool incomplete = false;
   // Every line counts until the match: one may have a fourth field.
   const Status status =
-      visitLines(fileIn(folders_.data, kLetter), {}, Anchor::anywhere, [&](std::string_view line) {
+      visitLines({folders_.data, kLetter}, {}, Anchor::anywhere, [&](std::string_view line) {
         const auto company = fieldAt(line, 3);
         if (company) airline.fourFields = true;
         if (!key.isIn(*fieldAt(line, 0))) return Next::more;
@@ -171,7 +181,7 @@ Result<Airline> Tables::AirLineLoad(std::string_view prefix) const {
 Result<std::string> Tables::SchLetter(std::string_view code, int mode) const {
   constexpr int kFromPrefix = 2;
   const std::size_t searched = mode == kFromPrefix ? 0 : 1;
-  return fieldOfFirst(fileIn(folders_.data, kLetter), encoding_, code, searched, 1 - searched);
+  return fieldOfFirst({folders_.data, kLetter}, encoding_, code, searched, 1 - searched);
 }
 
 Result<std::string> Tables::L4toName(std::string_view code) const {
@@ -179,8 +189,8 @@ Result<std::string> Tables::L4toName(std::string_view code) const {
   const Key key(encoding_, code);
   std::string name;
   bool incomplete = false;
-  const Status status = visitLines(fileIn(folders_.data, kAirport), key.scanBytes(),
-                                   Anchor::anywhere, [&](std::string_view line) {
+  const Status status = visitLines({folders_.data, kAirport}, key.scanBytes(), Anchor::anywhere,
+                                   [&](std::string_view line) {
                                      if (!key.isIn(*fieldAt(line, 0))) return Next::more;
                                      const auto value = fieldAt(line, 1);
                                      incomplete = !value;
@@ -196,8 +206,8 @@ Result<std::string> Tables::L4toName(std::string_view code) const {
 Result<std::string> Tables::L3toL4(std::string_view code) const {
   const Key key(encoding_, code);
   std::string found;
-  const Status status = visitLines(fileIn(folders_.data, kAirport), key.scanBytes(),
-                                   Anchor::anywhere, [&](std::string_view line) {
+  const Status status = visitLines({folders_.data, kAirport}, key.scanBytes(), Anchor::anywhere,
+                                   [&](std::string_view line) {
                                      const auto name = fieldAt(line, 1);
                                      if (!name || !key.isEndOf(*name)) return Next::more;
                                      found = encoding_.decode(*fieldAt(line, 0));
@@ -208,18 +218,18 @@ Result<std::string> Tables::L3toL4(std::string_view code) const {
 }
 
 Result<std::string> Tables::LoadAPcode(std::string_view code) const {
-  return fieldOfFirst(fileIn(folders_.data, kAirport), encoding_, code, 0, 1);
+  return fieldOfFirst({folders_.data, kAirport}, encoding_, code, 0, 1);
 }
 
 Result<std::string> Tables::airportCodeOfName(std::string_view name) const {
-  return fieldOfFirst(fileIn(folders_.data, kAirport), encoding_, name, 1, 0);
+  return fieldOfFirst({folders_.data, kAirport}, encoding_, name, 1, 0);
 }
 
 Result<std::vector<std::string>> Tables::airportNames(std::string_view keyword) const {
   std::vector<std::string> names;
   const LowerCaseKey key(encoding_, keyword);
   const Status status =
-      visitLines(fileIn(folders_.data, kAirport), {}, Anchor::anywhere, [&](std::string_view line) {
+      visitLines({folders_.data, kAirport}, {}, Anchor::anywhere, [&](std::string_view line) {
         const auto name = fieldAt(line, 1);
         if (name && key.isIn(*name)) {
           names.push_back(encoding_.decode(*name));
@@ -233,8 +243,8 @@ Result<std::vector<std::string>> Tables::airportNames(std::string_view keyword) 
 Result<Icao24Record> Tables::Icao24Chk(std::string_view address) const {
   const Key key(encoding_, address);
   Icao24Record record;
-  const Status status = visitLines(fileIn(folders_.data, kIcao24), key.scanBytes(),
-                                   Anchor::lineStart, [&](std::string_view line) {
+  const Status status = visitLines({folders_.data, kIcao24}, key.scanBytes(), Anchor::lineStart,
+                                   [&](std::string_view line) {
                                      if (!fieldAt(line, record.size() - 1)) return Next::more;
                                      if (!key.equals(*fieldAt(line, 0))) return Next::more;
                                      for (std::size_t i = 0; i < record.size(); ++i) {

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -307,7 +308,7 @@ TEST_F(RewriteFaults, ATableThatShrinksOrVanishesWhileItIsScannedEndsTheScan) {
     std::size_t lines = 0;
     const Status status = TableScanner::forEachLine(
         table, "JA0000", TableScanner::Anchor::lineStart, [&](std::string_view line) {
-          EXPECT_EQ(line, "JA0000,B738");
+          EXPECT_TRUE(std::string_view("JA0000,B738").starts_with(line)) << line;
           if (++lines == 1 && vanishes) fs::remove(table);
           if (lines == 1 && !vanishes) fs::resize_file(table, 13);
           return TableScanner::Next::more;

@@ -1,0 +1,153 @@
+#include "tables/byte_search.h"
+
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
+
+namespace vel {
+namespace {
+
+constexpr std::uint64_t kEvenBits = 0x5555555555555555U;
+
+#if defined(__SSE2__)
+
+std::uint64_t bitsOf(__m128i equal, int shift) {
+  return static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(equal))) << shift;
+}
+
+const char* searchSse2(const char* place, const char* end, const ByteProbe& probe,
+                       std::uint64_t& hits) {
+  const __m128i odd = _mm_set1_epi16(static_cast<short>(probe.odd));
+  const __m128i even = _mm_set1_epi16(static_cast<short>(probe.even));
+  const auto equal = [](const char* at, __m128i pair) {
+    return _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)), pair);
+  };
+  for (; place < end; place += kSearchStride) {
+    const char* const oddPlace = place + probe.oddAt;
+    const __m128i odd0 = equal(oddPlace, odd);
+    const __m128i odd1 = equal(oddPlace + 16, odd);
+    const __m128i odd2 = equal(oddPlace + 32, odd);
+    const __m128i odd3 = equal(oddPlace + 48, odd);
+    const __m128i even0 = equal(place, even);
+    const __m128i even1 = equal(place + 16, even);
+    const __m128i even2 = equal(place + 32, even);
+    const __m128i even3 = equal(place + 48, even);
+    // Nearly always there is none: one test tells.
+    const __m128i any =
+        _mm_or_si128(_mm_or_si128(_mm_or_si128(odd0, odd1), _mm_or_si128(odd2, odd3)),
+                     _mm_or_si128(_mm_or_si128(even0, even1), _mm_or_si128(even2, even3)));
+    if (_mm_movemask_epi8(any) == 0) continue;
+    const std::uint64_t oddBits =
+        bitsOf(odd0, 0) | bitsOf(odd1, 16) | bitsOf(odd2, 32) | bitsOf(odd3, 48);
+    const std::uint64_t evenBits =
+        bitsOf(even0, 0) | bitsOf(even1, 16) | bitsOf(even2, 32) | bitsOf(even3, 48);
+    hits = (oddBits & kEvenBits) << 1 | (evenBits & kEvenBits);
+    return place;
+  }
+  return place;
+}
+
+#endif
+
+// Wider registers are used where the processor has them. Not on Windows, whose
+// stack the compiler does not align for them.
+#if defined(__x86_64__) && !defined(_WIN32)
+#define VEL_WIDE_SEARCH 1
+
+[[gnu::target("avx2")]] const char* searchAvx2(const char* place, const char* end,
+                                               const ByteProbe& probe, std::uint64_t& hits) {
+  const __m256i odd = _mm256_set1_epi16(static_cast<short>(probe.odd));
+  const __m256i even = _mm256_set1_epi16(static_cast<short>(probe.even));
+  for (; place < end; place += kSearchStride) {
+    const auto* const at = reinterpret_cast<const __m256i*>(place);
+    const auto* const oddPlace = reinterpret_cast<const __m256i*>(place + probe.oddAt);
+    const __m256i odd0 = _mm256_cmpeq_epi16(_mm256_loadu_si256(oddPlace), odd);
+    const __m256i odd1 = _mm256_cmpeq_epi16(_mm256_loadu_si256(oddPlace + 1), odd);
+    const __m256i even0 = _mm256_cmpeq_epi16(_mm256_loadu_si256(at), even);
+    const __m256i even1 = _mm256_cmpeq_epi16(_mm256_loadu_si256(at + 1), even);
+    const __m256i any = _mm256_or_si256(_mm256_or_si256(odd0, odd1), _mm256_or_si256(even0, even1));
+    if (_mm256_testz_si256(any, any) != 0) continue;
+    const auto low = [](int bits) { return std::uint64_t{static_cast<unsigned>(bits)}; };
+    const std::uint64_t oddBits = low(_mm256_movemask_epi8(odd0)) | low(_mm256_movemask_epi8(odd1))
+                                                                        << 32;
+    const std::uint64_t evenBits =
+        low(_mm256_movemask_epi8(even0)) | low(_mm256_movemask_epi8(even1)) << 32;
+    hits = (oddBits & kEvenBits) << 1 | (evenBits & kEvenBits);
+    return place;
+  }
+  return place;
+}
+
+[[gnu::target("avx512bw,bmi2")]] const char* searchAvx512(const char* place, const char* end,
+                                                          const ByteProbe& probe,
+                                                          std::uint64_t& hits) {
+  const __m512i odd = _mm512_set1_epi16(static_cast<short>(probe.odd));
+  const __m512i even = _mm512_set1_epi16(static_cast<short>(probe.even));
+  const std::ptrdiff_t oddAt = probe.oddAt;
+  // Four strides at once, until one of them has hits: the smaller difference
+  // is zero then.
+  for (; place + 3 * kSearchStride < end; place += 4 * kSearchStride) {
+    __m512i smallest = _mm512_set1_epi16(-1);
+    for (std::size_t i = 0; i < 4 * kSearchStride; i += kSearchStride) {
+      const __m512i fromOdd = _mm512_xor_si512(_mm512_loadu_si512(place + oddAt + i), odd);
+      const __m512i fromEven = _mm512_xor_si512(_mm512_loadu_si512(place + i), even);
+      smallest = _mm512_min_epu16(smallest, _mm512_min_epu16(fromOdd, fromEven));
+    }
+    if (_mm512_testn_epi16_mask(smallest, smallest) != 0) break;
+  }
+  for (; place < end; place += kSearchStride) {
+    const __mmask32 oddLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place + oddAt), odd);
+    const __mmask32 evenLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place), even);
+    if ((oddLanes | evenLanes) == 0) continue;
+    // A lane's one bit becomes the two of its bytes.
+    hits = _pdep_u64(oddLanes, kEvenBits << 1) | _pdep_u64(evenLanes, kEvenBits);
+    return place;
+  }
+  return place;
+}
+
+#endif
+
+const char* searchBytes(const char* place, const char* end, const ByteProbe& probe,
+                        std::uint64_t& hits) {
+  const auto pairAt = [](const char* at) {
+    std::uint16_t pair;
+    std::memcpy(&pair, at, sizeof pair);
+    return pair;
+  };
+  for (; place < end; place += kSearchStride) {
+    hits = 0;
+    for (std::size_t i = 0; i < kSearchStride; i += 2) {
+      hits |= std::uint64_t{pairAt(place + probe.oddAt + i) == probe.odd} << (i + 1);
+      hits |= std::uint64_t{pairAt(place + i) == probe.even} << i;
+    }
+    if (hits != 0) return place;
+  }
+  return place;
+}
+
+std::vector<ByteSearcher> findSearchers() {
+  std::vector<ByteSearcher> searchers;
+#if defined(VEL_WIDE_SEARCH)
+  if (__builtin_cpu_supports("avx512bw") != 0 && __builtin_cpu_supports("bmi2") != 0) {
+    searchers.push_back(searchAvx512);
+  }
+  if (__builtin_cpu_supports("avx2") != 0) searchers.push_back(searchAvx2);
+#endif
+#if defined(__SSE2__)
+  searchers.push_back(searchSse2);
+#endif
+  searchers.push_back(searchBytes);
+  return searchers;
+}
+
+}  // namespace
+
+const std::vector<ByteSearcher>& byteSearchers() {
+  static const std::vector<ByteSearcher> searchers = findSearchers();
+  return searchers;
+}
+
+}  // namespace vel
