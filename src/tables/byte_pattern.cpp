@@ -1,7 +1,9 @@
 #include "tables/byte_pattern.h"
 
 #include <bit>
+#include <cstdint>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "core/helpers.h"
@@ -17,6 +19,10 @@ constexpr std::size_t kLaterSample = 16384;
 constexpr std::size_t kToleratedFactor = 4;
 constexpr std::size_t kMostProbes = 16;
 
+// The bytes of a pattern that a probe uses.
+constexpr std::size_t kProbe = 3;
+constexpr std::size_t kWideProbe = 5;
+
 std::uint16_t pairOf(const std::string& bytes, std::size_t offset) {
   std::uint16_t pair;
   std::memcpy(&pair, bytes.data() + offset, sizeof pair);
@@ -26,40 +32,51 @@ std::uint16_t pairOf(const std::string& bytes, std::size_t offset) {
 }  // namespace
 
 BytePattern::BytePattern(std::string bytes, ByteSearcher searcher)
-    : bytes_(std::move(bytes)), search_(searcher) {
+    : bytes_(std::move(bytes)), searcher_(searcher) {
   if (bytes_.size() >= 2) probe_ = probeAt(0);
 }
 
 ByteProbe BytePattern::probeAt(std::size_t offset) const {
-  // Two bytes are one pair, which is read at every distance.
+  ByteProbe probe{.odd = pairOf(bytes_, offset)};
+  std::memcpy(&probe.head, bytes_.data(), MinOf(bytes_.size(), sizeof probe.head));
+  std::memset(&probe.headMask, 0xFF, MinOf(bytes_.size(), sizeof probe.headMask));
   if (bytes_.size() == 2) {
-    return {.odd = pairOf(bytes_, 0), .even = pairOf(bytes_, 0), .oddAt = 1, .offset = -1};
+    // Two bytes are one pair, which is read at every distance.
+    probe.even = probe.odd;
+    probe.oddAt = 1;
+    probe.offset = -1;
+  } else {
+    probe.even = pairOf(bytes_, offset + 1);
+    probe.offset = static_cast<std::ptrdiff_t>(offset);
+    probe.isWide = searcher_.testsFollowingPairs && offset + kWideProbe <= bytes_.size();
+    if (probe.isWide) {
+      probe.oddNext = pairOf(bytes_, offset + 2);
+      probe.evenNext = pairOf(bytes_, offset + 3);
+    }
   }
-  return {.odd = pairOf(bytes_, offset),
-          .even = pairOf(bytes_, offset + 1),
-          .oddAt = 0,
-          .offset = static_cast<std::ptrdiff_t>(offset)};
+  return probe;
 }
 
 void BytePattern::prepare(std::string_view block) {
-  if (bytes_.size() <= 3 || (prepared_ && falseHits_ < tolerated_)) return;
+  if (bytes_.size() <= kProbe || (prepared_ && falseHits_ < tolerated_)) return;
   if (prepared_) tolerated_ *= kToleratedFactor;
   const std::size_t sample = prepared_ ? kLaterSample : kFirstSample;
   prepared_ = true;
   falseHits_ = 0;
   const char* const end = block.data() + MinOf(block.size(), sample);
-  const std::size_t last = bytes_.size() - 3;
-  int fewest = -1;
+  const bool wide = searcher_.testsFollowingPairs && bytes_.size() >= kWideProbe;
+  const std::size_t last = bytes_.size() - (wide ? kWideProbe : kProbe);
+  std::optional<std::size_t> fewest;
   // The end of a key, where lines differ most, is tried first.
   for (std::size_t tried = 0; tried <= MinOf(last, kMostProbes); ++tried) {
     const ByteProbe probe = probeAt(last - tried);
-    int count = 0;
+    std::size_t count = 0;
     std::uint64_t hits = 0;
-    for (const char* place = search_(block.data(), end, probe, hits); place < end;
-         place = search_(place + kSearchStride, end, probe, hits)) {
-      count += std::popcount(hits);
+    for (const char* place = searcher_.search(block.data(), end, probe, hits, count);
+         place < end;) {
+      place = searcher_.search(place + kSearchStride, end, probe, hits, count);
     }
-    if (fewest >= 0 && count >= fewest) continue;
+    if (fewest && count >= *fewest) continue;
     fewest = count;
     probe_ = probe;
     if (count == 0) return;
@@ -80,14 +97,13 @@ const char* BytePattern::find(const char* begin, const char* end) {
   place -= reinterpret_cast<std::uintptr_t>(place) % kSearchStride;
   const char* const searchEnd = last - toFirstHit + 1;
   std::uint64_t hits = 0;
-  for (place = search_(place, searchEnd, probe_, hits); place < searchEnd;
-       place = search_(place + kSearchStride, searchEnd, probe_, hits)) {
+  for (place = searcher_.search(place, searchEnd, probe_, hits, falseHits_); place < searchEnd;
+       place = searcher_.search(place + kSearchStride, searchEnd, probe_, hits, falseHits_)) {
     for (; hits != 0; hits &= hits - 1) {
       const char* const candidate = place + toFirstHit + std::countr_zero(hits);
       if (candidate < begin) continue;
       if (candidate > last) return end;
       if (std::memcmp(candidate, bytes_.data(), bytes_.size()) == 0) return candidate;
-      ++falseHits_;
     }
   }
   return end;

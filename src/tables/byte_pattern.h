@@ -30,7 +30,7 @@ class BytePattern {
   [[nodiscard]] ByteProbe probeAt(std::size_t offset) const;
 
   std::string bytes_;
-  ByteSearcher search_;
+  ByteSearcher searcher_;
   ByteProbe probe_;
   bool prepared_ = false;
   std::size_t falseHits_ = 0;   // since the probe was chosen

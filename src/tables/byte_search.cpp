@@ -1,5 +1,6 @@
 #include "tables/byte_search.h"
 
+#include <bit>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -11,6 +12,23 @@ namespace {
 
 constexpr std::uint64_t kEvenBits = 0x5555555555555555U;
 
+// Leaves the hits at which the head of the pattern stands.
+inline std::uint64_t withHead(const char* place, const ByteProbe& probe, std::uint64_t hits,
+                              std::size_t& falseHits) {
+  const char* const first = place - probe.offset - 1;
+  std::uint64_t kept = 0;
+  for (; hits != 0; hits &= hits - 1) {
+    std::uint64_t bytes;
+    std::memcpy(&bytes, first + std::countr_zero(hits), sizeof bytes);
+    if (((bytes ^ probe.head) & probe.headMask) == 0) {
+      kept |= hits & -hits;
+    } else {
+      ++falseHits;
+    }
+  }
+  return kept;
+}
+
 #if defined(__SSE2__)
 
 std::uint64_t bitsOf(__m128i equal, int shift) {
@@ -18,7 +36,7 @@ std::uint64_t bitsOf(__m128i equal, int shift) {
 }
 
 const char* searchSse2(const char* place, const char* end, const ByteProbe& probe,
-                       std::uint64_t& hits) {
+                       std::uint64_t& hits, std::size_t& falseHits) {
   const __m128i odd = _mm_set1_epi16(static_cast<short>(probe.odd));
   const __m128i even = _mm_set1_epi16(static_cast<short>(probe.even));
   const auto equal = [](const char* at, __m128i pair) {
@@ -43,8 +61,8 @@ const char* searchSse2(const char* place, const char* end, const ByteProbe& prob
         bitsOf(odd0, 0) | bitsOf(odd1, 16) | bitsOf(odd2, 32) | bitsOf(odd3, 48);
     const std::uint64_t evenBits =
         bitsOf(even0, 0) | bitsOf(even1, 16) | bitsOf(even2, 32) | bitsOf(even3, 48);
-    hits = (oddBits & kEvenBits) << 1 | (evenBits & kEvenBits);
-    return place;
+    hits = withHead(place, probe, (oddBits & kEvenBits) << 1 | (evenBits & kEvenBits), falseHits);
+    if (hits != 0) return place;
   }
   return place;
 }
@@ -57,53 +75,83 @@ const char* searchSse2(const char* place, const char* end, const ByteProbe& prob
 #define VEL_WIDE_SEARCH 1
 
 [[gnu::target("avx2")]] const char* searchAvx2(const char* place, const char* end,
-                                               const ByteProbe& probe, std::uint64_t& hits) {
+                                               const ByteProbe& probe, std::uint64_t& hits,
+                                               std::size_t& falseHits) {
   const __m256i odd = _mm256_set1_epi16(static_cast<short>(probe.odd));
   const __m256i even = _mm256_set1_epi16(static_cast<short>(probe.even));
+  const std::ptrdiff_t oddAt = probe.oddAt;
+  // Four strides at once, until one of them has hits.
+  for (; place + 3 * kSearchStride < end; place += 4 * kSearchStride) {
+    __m256i any = _mm256_setzero_si256();
+    for (std::size_t i = 0; i < 4 * kSearchStride; i += sizeof(__m256i)) {
+      const auto* const at = reinterpret_cast<const __m256i*>(place + i);
+      const auto* const oddPlace = reinterpret_cast<const __m256i*>(place + i + oddAt);
+      const __m256i odds = _mm256_cmpeq_epi16(_mm256_loadu_si256(oddPlace), odd);
+      const __m256i evens = _mm256_cmpeq_epi16(_mm256_loadu_si256(at), even);
+      any = _mm256_or_si256(any, _mm256_or_si256(odds, evens));
+    }
+    if (_mm256_movemask_epi8(any) != 0) break;
+  }
   for (; place < end; place += kSearchStride) {
-    const auto* const at = reinterpret_cast<const __m256i*>(place);
-    const auto* const oddPlace = reinterpret_cast<const __m256i*>(place + probe.oddAt);
-    const __m256i odd0 = _mm256_cmpeq_epi16(_mm256_loadu_si256(oddPlace), odd);
-    const __m256i odd1 = _mm256_cmpeq_epi16(_mm256_loadu_si256(oddPlace + 1), odd);
-    const __m256i even0 = _mm256_cmpeq_epi16(_mm256_loadu_si256(at), even);
-    const __m256i even1 = _mm256_cmpeq_epi16(_mm256_loadu_si256(at + 1), even);
-    const __m256i any = _mm256_or_si256(_mm256_or_si256(odd0, odd1), _mm256_or_si256(even0, even1));
-    if (_mm256_testz_si256(any, any) != 0) continue;
-    const auto low = [](int bits) { return std::uint64_t{static_cast<unsigned>(bits)}; };
-    const std::uint64_t oddBits = low(_mm256_movemask_epi8(odd0)) | low(_mm256_movemask_epi8(odd1))
-                                                                        << 32;
-    const std::uint64_t evenBits =
-        low(_mm256_movemask_epi8(even0)) | low(_mm256_movemask_epi8(even1)) << 32;
-    hits = (oddBits & kEvenBits) << 1 | (evenBits & kEvenBits);
-    return place;
+    std::uint64_t oddBits = 0;
+    std::uint64_t evenBits = 0;
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof(__m256i)) {
+      const auto* const at = reinterpret_cast<const __m256i*>(place + i);
+      const auto* const oddPlace = reinterpret_cast<const __m256i*>(place + i + oddAt);
+      const __m256i odds = _mm256_cmpeq_epi16(_mm256_loadu_si256(oddPlace), odd);
+      const __m256i evens = _mm256_cmpeq_epi16(_mm256_loadu_si256(at), even);
+      oddBits |= std::uint64_t{static_cast<unsigned>(_mm256_movemask_epi8(odds))} << i;
+      evenBits |= std::uint64_t{static_cast<unsigned>(_mm256_movemask_epi8(evens))} << i;
+    }
+    if ((oddBits | evenBits) == 0) continue;
+    hits = withHead(place, probe, (oddBits & kEvenBits) << 1 | (evenBits & kEvenBits), falseHits);
+    if (hits != 0) return place;
   }
   return place;
 }
 
 [[gnu::target("avx512bw,bmi2")]] const char* searchAvx512(const char* place, const char* end,
                                                           const ByteProbe& probe,
-                                                          std::uint64_t& hits) {
+                                                          std::uint64_t& hits,
+                                                          std::size_t& falseHits) {
   const __m512i odd = _mm512_set1_epi16(static_cast<short>(probe.odd));
   const __m512i even = _mm512_set1_epi16(static_cast<short>(probe.even));
+  const __m512i oddNext = _mm512_set1_epi16(static_cast<short>(probe.oddNext));
+  const __m512i evenNext = _mm512_set1_epi16(static_cast<short>(probe.evenNext));
   const std::ptrdiff_t oddAt = probe.oddAt;
-  // Four strides at once, until one of them has hits: the smaller difference
-  // is zero then.
-  for (; place + 3 * kSearchStride < end; place += 4 * kSearchStride) {
+  constexpr std::size_t kPair = 2;
+  // Four strides at once, until one of them has hits: the smallest of the
+  // differences from both probes is zero then.
+  for (; probe.isWide && place + 3 * kSearchStride < end; place += 4 * kSearchStride) {
+    // a | (b ^ c), in one instruction.
+    constexpr int kOrDifference = 0xF6;
     __m512i smallest = _mm512_set1_epi16(-1);
     for (std::size_t i = 0; i < 4 * kSearchStride; i += kSearchStride) {
-      const __m512i fromOdd = _mm512_xor_si512(_mm512_loadu_si512(place + oddAt + i), odd);
-      const __m512i fromEven = _mm512_xor_si512(_mm512_loadu_si512(place + i), even);
+      const __m512i pairs = _mm512_loadu_si512(place + i);
+      const __m512i next = _mm512_loadu_si512(place + i + kPair);
+      const __m512i fromOdd =
+          _mm512_ternarylogic_epi32(_mm512_xor_si512(pairs, odd), next, oddNext, kOrDifference);
+      const __m512i fromEven =
+          _mm512_ternarylogic_epi32(_mm512_xor_si512(pairs, even), next, evenNext, kOrDifference);
       smallest = _mm512_min_epu16(smallest, _mm512_min_epu16(fromOdd, fromEven));
     }
     if (_mm512_testn_epi16_mask(smallest, smallest) != 0) break;
   }
   for (; place < end; place += kSearchStride) {
-    const __mmask32 oddLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place + oddAt), odd);
-    const __mmask32 evenLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place), even);
+    const __m512i pairs = _mm512_loadu_si512(place);
+    __mmask32 oddLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place + oddAt), odd);
+    __mmask32 evenLanes = _mm512_cmpeq_epi16_mask(pairs, even);
+    if (probe.isWide) {
+      const __m512i next = _mm512_loadu_si512(place + kPair);
+      oddLanes = _mm512_mask_cmpeq_epi16_mask(oddLanes, next, oddNext);
+      evenLanes = _mm512_mask_cmpeq_epi16_mask(evenLanes, next, evenNext);
+    }
     if ((oddLanes | evenLanes) == 0) continue;
     // A lane's one bit becomes the two of its bytes.
-    hits = _pdep_u64(oddLanes, kEvenBits << 1) | _pdep_u64(evenLanes, kEvenBits);
-    return place;
+    hits =
+        withHead(place, probe,
+                 _pdep_u64(oddLanes, kEvenBits << 1) | _pdep_u64(evenLanes, kEvenBits), falseHits);
+    if (hits != 0) return place;
   }
   return place;
 }
@@ -111,7 +159,7 @@ const char* searchSse2(const char* place, const char* end, const ByteProbe& prob
 #endif
 
 const char* searchBytes(const char* place, const char* end, const ByteProbe& probe,
-                        std::uint64_t& hits) {
+                        std::uint64_t& hits, std::size_t& falseHits) {
   const auto pairAt = [](const char* at) {
     std::uint16_t pair;
     std::memcpy(&pair, at, sizeof pair);
@@ -123,6 +171,7 @@ const char* searchBytes(const char* place, const char* end, const ByteProbe& pro
       hits |= std::uint64_t{pairAt(place + probe.oddAt + i) == probe.odd} << (i + 1);
       hits |= std::uint64_t{pairAt(place + i) == probe.even} << i;
     }
+    if (hits != 0) hits = withHead(place, probe, hits, falseHits);
     if (hits != 0) return place;
   }
   return place;
@@ -132,14 +181,14 @@ std::vector<ByteSearcher> findSearchers() {
   std::vector<ByteSearcher> searchers;
 #if defined(VEL_WIDE_SEARCH)
   if (__builtin_cpu_supports("avx512bw") != 0 && __builtin_cpu_supports("bmi2") != 0) {
-    searchers.push_back(searchAvx512);
+    searchers.push_back({searchAvx512, true});
   }
-  if (__builtin_cpu_supports("avx2") != 0) searchers.push_back(searchAvx2);
+  if (__builtin_cpu_supports("avx2") != 0) searchers.push_back({searchAvx2, false});
 #endif
 #if defined(__SSE2__)
-  searchers.push_back(searchSse2);
+  searchers.push_back({searchSse2, false});
 #endif
-  searchers.push_back(searchBytes);
+  searchers.push_back({searchBytes, false});
   return searchers;
 }
 

@@ -59,7 +59,7 @@ TEST(BytePatternTest, EveryWayToSearchFindsEveryPlace) {
     for (char& c : pattern) c = static_cast<char>('A' + upTo(2));
     const Padded padded(text, 'A');
     const auto expected = placesOneByOne(pattern, text);
-    for (const ByteSearcher searcher : byteSearchers()) {
+    for (const ByteSearcher& searcher : byteSearchers()) {
       EXPECT_EQ(places(BytePattern(pattern, searcher), padded.text()), expected)
           << pattern << " in " << text;
     }
@@ -72,7 +72,7 @@ TEST(BytePatternTest, ALonePlaceIsFoundWhereverItIs) {
     std::string text(1200 + kPattern.size(), 'x');
     text.replace(place, kPattern.size(), kPattern);
     const Padded padded(text, 'x');
-    for (const ByteSearcher searcher : byteSearchers()) {
+    for (const ByteSearcher& searcher : byteSearchers()) {
       EXPECT_EQ(places(BytePattern(std::string(kPattern), searcher), padded.text()),
                 std::vector<std::size_t>{place});
     }
@@ -81,7 +81,7 @@ TEST(BytePatternTest, ALonePlaceIsFoundWhereverItIs) {
 
 TEST(BytePatternTest, WhatStandsAroundTheTextIsNotFound) {
   const Padded padded("AAAA", 'A');
-  for (const ByteSearcher searcher : byteSearchers()) {
+  for (const ByteSearcher& searcher : byteSearchers()) {
     EXPECT_EQ(places(BytePattern("AAA", searcher), padded.text()),
               (std::vector<std::size_t>{0, 1}));
     EXPECT_EQ(places(BytePattern("AAAAA", searcher), padded.text()), std::vector<std::size_t>{});
@@ -95,7 +95,7 @@ TEST(BytePatternTest, AnUnluckyChoiceOfBytesIsMadeAgain) {
   while (noisy.size() < 100000) noisy += "JA8089_JA808_JA80_";
   const Padded first(calm, 'x');
   const Padded later(noisy + "JA8089B", 'x');
-  for (const ByteSearcher searcher : byteSearchers()) {
+  for (const ByteSearcher& searcher : byteSearchers()) {
     BytePattern pattern("JA8089B", searcher);
     pattern.prepare(first.text());
     for (int block = 0; block < 5; ++block) {
