@@ -224,7 +224,8 @@ TEST_F(HfdlLogTest, NulBytesAndBrokenTextAreShownAsTheyCame) {
   std::string bytes = cp932Lines({kHeader});
   bytes += std::string(
       "   ICAO24 ADDRESS = 70\0"
-      "6071\r\n", 29);
+      "6071\r\n",
+      29);
   bytes += "   REGISTRATION   = \x81\r\n\0\0\0\r\n";
   const auto records = readBytesOf(bytes);
   ASSERT_EQ(records.size(), 1U);
