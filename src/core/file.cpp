@@ -140,7 +140,7 @@ bool equalIgnoringCase(std::string_view left, std::string_view right) {
 std::optional<std::filesystem::path> findFile(const std::filesystem::path& folder,
                                               std::string_view name) {
   const std::filesystem::path exact = folder / toPath(name);
-  if (fileExists(exact)) return exact;
+  if (fileExists(exact)) return platform::asStored(exact);
   if (platform::fileNamesIgnoreCase()) return std::nullopt;
   const Result<std::vector<std::string>> names = listFolder(folder);
   if (!names) return std::nullopt;

@@ -50,6 +50,9 @@ Status copyPermissions(std::intptr_t to, const std::filesystem::path& from);
 Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace);
 Status flushFolder(const std::filesystem::path& folder);
 
+/// The path of an existing file with the letter case of its name as stored.
+std::filesystem::path asStored(const std::filesystem::path& path);
+
 /// True where file names that differ only in letter case are the same file.
 bool fileNamesIgnoreCase();
 

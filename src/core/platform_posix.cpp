@@ -270,6 +270,8 @@ Status flushFolder(const std::filesystem::path& folder) {
   return status ? closed : status;
 }
 
+std::filesystem::path asStored(const std::filesystem::path& path) { return path; }
+
 bool fileNamesIgnoreCase() { return false; }
 
 std::filesystem::path executableFolder() {

@@ -371,6 +371,14 @@ Status flushFolder(const std::filesystem::path& folder) {
   return {};
 }
 
+std::filesystem::path asStored(const std::filesystem::path& path) {
+  WIN32_FIND_DATAW found{};
+  HANDLE search = FindFirstFileW(systemPath(path).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return path;
+  FindClose(search);
+  return path.parent_path() / found.cFileName;
+}
+
 bool fileNamesIgnoreCase() { return true; }
 
 std::filesystem::path executableFolder() {

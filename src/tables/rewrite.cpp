@@ -172,10 +172,15 @@ Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& 
 /// must never be taken for a table.
 Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encoding& encoding,
                      const std::string& record) {
+  // Without a live table nothing is touched. With the table open, the name of
+  // a file that is removed may stay where both are links to one file.
+  if (const Result<InputFile> present = InputFile::open(files.live); !present) {
+    return present.error();
+  }
+  if (const Status status = clearTemporary(files); !status) return status;
   Result<InputFile> live = InputFile::open(files.live);
   if (!live) return live.error();
   LineBlocks lines(*std::move(live), LineBlocks::LongerLines::fail);
-  if (const Status status = clearTemporary(files); !status) return status;
   Result<OutputFile> file = OutputFile::create(files.temporary);
   if (!file) return file.error();
   const Status written = writeEdited(lines, files, edit, encoding, record, *std::move(file));

@@ -90,6 +90,13 @@ TEST(WindowsFiles, AFolderThatWasQuietForLongShowsANewPhotoAtOnce) {
   EXPECT_TRUE(index.find("b.jpg").has_value());
 }
 
+TEST(WindowsFiles, ATableIsFoundUnderTheNameThatItHas) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "Flight.CSV", "");
+  EXPECT_EQ(toUtf8(fileIn(folder.path(), "FLIGHT.csv").filename()), "Flight.CSV");
+  EXPECT_EQ(toUtf8(fileIn(folder.path(), "letter.csv").filename()), "letter.csv");
+}
+
 TEST(WindowsLock, AnotherProcessOfTheSameFolderHasItUntilItEnds) {
   const TemporaryFolder folder;
   FileHolder copy(folder.path(), FileHolder::Shares::isLock);
