@@ -15,22 +15,59 @@ int nearestWithin(int wanted, int length, int spanStart, int spanLength) {
   return std::max(spanStart, std::min(wanted, spanStart + spanLength - length));
 }
 
-TourPoint onScreen(const TourPoint& wanted, const TourSize& tour,
-                   std::span<const TourRect> screens) {
-  TourPoint best = wanted;
+bool covers(const TourRect& tour, const TourRect& control) {
+  return tour.left < control.right() && control.left < tour.right() &&
+         tour.top < control.bottom() && control.top < tour.bottom();
+}
+
+/// The places to try along one axis. A place nearest to the wanted one that
+/// keeps clear of rectangles lies, on either axis, at the wanted coordinate or
+/// touches one of them.
+std::vector<int> placesAlong(int wanted, int length, int screenStart, int screenLength,
+                             std::span<const TourRect> controls, int TourRect::*start,
+                             int TourRect::*size) {
+  std::vector<int> places = {wanted};
+  for (const TourRect& control : controls) {
+    places.push_back(control.*start - length);
+    places.push_back(control.*start + control.*size);
+  }
+  for (int& place : places) place = nearestWithin(place, length, screenStart, screenLength);
+  return places;
+}
+
+/// The place on a screen nearest to `wanted` that covers none of the controls;
+/// nothing where there is none.
+std::optional<TourPoint> clearPlace(const TourPoint& wanted, const TourSize& tour,
+                                    std::span<const TourRect> screens,
+                                    std::span<const TourRect> controls) {
+  std::optional<TourPoint> best;
   auto bestDistance = std::numeric_limits<long long>::max();
   for (const TourRect& screen : screens) {
-    const TourPoint place{nearestWithin(wanted.left, tour.width, screen.left, screen.width),
-                          nearestWithin(wanted.top, tour.height, screen.top, screen.height)};
-    const long long dx = place.left - wanted.left;
-    const long long dy = place.top - wanted.top;
-    const long long distance = dx * dx + dy * dy;
-    if (distance < bestDistance) {
-      best = place;
-      bestDistance = distance;
+    const std::vector<int> tops = placesAlong(wanted.top, tour.height, screen.top, screen.height,
+                                              controls, &TourRect::top, &TourRect::height);
+    for (const int left : placesAlong(wanted.left, tour.width, screen.left, screen.width, controls,
+                                      &TourRect::left, &TourRect::width)) {
+      for (const int top : tops) {
+        const long long dx = left - wanted.left;
+        const long long dy = top - wanted.top;
+        const long long distance = dx * dx + dy * dy;
+        const TourRect place{left, top, tour.width, tour.height};
+        const auto isCovered = [&place](const TourRect& control) { return covers(place, control); };
+        if (distance < bestDistance && std::none_of(controls.begin(), controls.end(), isCovered)) {
+          best = TourPoint{left, top};
+          bestDistance = distance;
+        }
+      }
     }
   }
   return best;
+}
+
+TourPoint onScreen(const TourPoint& wanted, const TourSize& tour, std::span<const TourRect> screens,
+                   std::span<const TourRect> controls) {
+  const TourPoint nearest = clearPlace(wanted, tour, screens, {}).value_or(wanted);
+  if (nearest == wanted) return wanted;
+  return clearPlace(wanted, tour, screens, controls).value_or(nearest);
 }
 
 /// How far the control lies beyond each edge of the tour window; negative
@@ -212,7 +249,8 @@ PointerSet visiblePointers(bool blink, const PointerSet& pointers) {
 }
 
 std::optional<TourPoint> tourPosition(int step, const TourRect& mainWindow, int panelTop,
-                                      const TourSize& tour, std::span<const TourRect> screens) {
+                                      const TourSize& tour, std::span<const TourRect> screens,
+                                      std::span<const TourRect> controls) {
   const TourStep* found = tourStep(step);
   if (found == nullptr) return std::nullopt;
   TourPoint wanted{mainWindow.left + found->left,
@@ -222,7 +260,7 @@ std::optional<TourPoint> tourPosition(int step, const TourRect& mainWindow, int 
     wanted = {mainWindow.left + (mainWindow.width - tour.width) / 2,
               mainWindow.top + (mainWindow.height - tour.height) / 2};
   }
-  return onScreen(wanted, tour, screens);
+  return onScreen(wanted, tour, screens, controls);
 }
 
 TourPoint pointerMiddle(const TourRect& tour, const TourPointer& pointer, int size) {

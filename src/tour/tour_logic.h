@@ -59,12 +59,15 @@ struct TourState {
 
 /// The top left corner of the tour window for a step of 1 to 29, or nothing
 /// for another number. Everything is in twips and outer sizes; `panelTop` is
-/// the detail panel's top within the main window. Where the step's place falls
-/// off every screen, the nearest place on one; on a screen smaller than the
-/// tour window, that screen's own corner. Without a screen, the step's place.
+/// the detail panel's top within the main window. The step's place holds
+/// wherever it is on a screen. Where it is on none: the nearest place on one at
+/// which the tour window covers nothing of `controls`, else the nearest one at
+/// all; on a screen smaller than the tour window, that screen's own corner.
+/// Without a screen, the step's place.
 [[nodiscard]] std::optional<TourPoint> tourPosition(int step, const TourRect& mainWindow,
                                                     int panelTop, const TourSize& tour,
-                                                    std::span<const TourRect> screens);
+                                                    std::span<const TourRect> screens,
+                                                    std::span<const TourRect> controls);
 
 enum class TourEdge { left, top, right, bottom };
 

@@ -45,9 +45,11 @@ TEST(TourBlink, ShowsTheStepsPointersOnEverySecondTickOnly) {
 
 TEST(TourPosition, IsTheMainWindowsCornerPlusTheStepsOffsets) {
   const TourRect main{1500, 750, 12600, 10500};
-  EXPECT_EQ(tourPosition(1, main, 6870, kTour, kWideScreen), (TourPoint{1500 + 3705, 750 + 90}));
-  EXPECT_EQ(tourPosition(27, main, 6870, kTour, kWideScreen), (TourPoint{1500 + 5565, 750 + 630}));
-  EXPECT_EQ(tourPosition(8, main, 6870, kTour, kWideScreen),
+  EXPECT_EQ(tourPosition(1, main, 6870, kTour, kWideScreen, {}),
+            (TourPoint{1500 + 3705, 750 + 90}));
+  EXPECT_EQ(tourPosition(27, main, 6870, kTour, kWideScreen, {}),
+            (TourPoint{1500 + 5565, 750 + 630}));
+  EXPECT_EQ(tourPosition(8, main, 6870, kTour, kWideScreen, {}),
             (TourPoint{1500 + 510, 750 + 6870 + 3075}));
 }
 
@@ -55,8 +57,8 @@ TEST(TourPosition, OfStepsMarkedPanelFollowsTheDetailPanel) {
   const TourRect small{0, 0, 12600, 10500};
   const TourRect tall{0, 0, 12600, 15000};
   for (int step = 1; step <= 29; ++step) {
-    const auto before = tourPosition(step, small, 10500 - 3630, kTour, kWideScreen);
-    const auto after = tourPosition(step, tall, 15000 - 3630, kTour, kWideScreen);
+    const auto before = tourPosition(step, small, 10500 - 3630, kTour, kWideScreen, {});
+    const auto after = tourPosition(step, tall, 15000 - 3630, kTour, kWideScreen, {});
     ASSERT_TRUE(before && after);
     const bool panel = (step >= 8 && step <= 22) || step == 28;
     const int moved = step == 29 ? 4500 / 2 : panel ? 4500 : 0;
@@ -67,53 +69,145 @@ TEST(TourPosition, OfStepsMarkedPanelFollowsTheDetailPanel) {
 
 TEST(TourPosition, OfStepTwentyTwoIsRightOfTheMainWindow) {
   const TourRect main{300, 450, 12600, 10500};
-  EXPECT_EQ(tourPosition(22, main, 6870, kTour, kWideScreen),
+  EXPECT_EQ(tourPosition(22, main, 6870, kTour, kWideScreen, {}),
             (TourPoint{300 + 12600 + 100, 450 + 6870 + 15}));
 }
 
 TEST(TourPosition, OfTheThanksStepIsTheMiddleOfTheMainWindow) {
   const TourRect main{300, 450, 12600, 10500};
-  EXPECT_EQ(tourPosition(29, main, 6870, kTour, kWideScreen),
+  EXPECT_EQ(tourPosition(29, main, 6870, kTour, kWideScreen, {}),
             (TourPoint{300 + (12600 - 4300) / 2, 450 + (10500 - 1900) / 2}));
-  EXPECT_EQ(tourPosition(29, {6000, 6000, 2300, 900}, 0, kTour, kWideScreen),
+  EXPECT_EQ(tourPosition(29, {6000, 6000, 2300, 900}, 0, kTour, kWideScreen, {}),
             (TourPoint{5000, 5500}));
 }
 
 TEST(TourPosition, ThatFallsOffTheScreenIsTheNearestPlaceOnIt) {
   const std::vector<TourRect> screen = {{0, 0, 19200, 12000}};
   const TourRect maximised{0, 0, 19200, 12000};
-  EXPECT_EQ(tourPosition(22, maximised, 8370, kTour, screen), (TourPoint{19200 - 4300, 8370 + 15}));
-  EXPECT_EQ(tourPosition(8, maximised, 8370, kTour, screen), (TourPoint{510, 12000 - 1900}));
-  EXPECT_EQ(tourPosition(1, {-9000, -3000, 12600, 10500}, 6870, kTour, screen), (TourPoint{0, 0}));
-  EXPECT_EQ(tourPosition(1, {19000, 11900, 12600, 10500}, 6870, kTour, screen),
+  EXPECT_EQ(tourPosition(22, maximised, 8370, kTour, screen, {}),
+            (TourPoint{19200 - 4300, 8370 + 15}));
+  EXPECT_EQ(tourPosition(8, maximised, 8370, kTour, screen, {}), (TourPoint{510, 12000 - 1900}));
+  EXPECT_EQ(tourPosition(1, {-9000, -3000, 12600, 10500}, 6870, kTour, screen, {}),
+            (TourPoint{0, 0}));
+  EXPECT_EQ(tourPosition(1, {19000, 11900, 12600, 10500}, 6870, kTour, screen, {}),
             (TourPoint{19200 - 4300, 12000 - 1900}));
 }
 
 TEST(TourPosition, LeavesRoomForATaskBarAtTheScreensTop) {
   const std::vector<TourRect> screen = {{600, 450, 18600, 11550}};
-  EXPECT_EQ(tourPosition(1, {-6000, -600, 12600, 10500}, 6870, kTour, screen),
+  EXPECT_EQ(tourPosition(1, {-6000, -600, 12600, 10500}, 6870, kTour, screen, {}),
             (TourPoint{600, 450}));
 }
 
 TEST(TourPosition, MayBeOnASecondScreenBesideTheMainWindow) {
   const std::vector<TourRect> screens = {{0, 0, 19200, 12000}, {19200, 0, 19200, 12000}};
   const TourRect maximised{0, 0, 19200, 12000};
-  EXPECT_EQ(tourPosition(22, maximised, 8370, kTour, screens), (TourPoint{19300, 8385}));
+  EXPECT_EQ(tourPosition(22, maximised, 8370, kTour, screens, {}), (TourPoint{19300, 8385}));
 }
 
 TEST(TourPosition, OnAScreenSmallerThanTheTourWindowIsTheScreensCorner) {
   const std::vector<TourRect> screen = {{150, 300, 3000, 1500}};
-  EXPECT_EQ(tourPosition(1, {0, 0, 12600, 10500}, 6870, kTour, screen), (TourPoint{150, 300}));
+  EXPECT_EQ(tourPosition(1, {0, 0, 12600, 10500}, 6870, kTour, screen, {}), (TourPoint{150, 300}));
+}
+
+/// Step 9 at the designed size on a screen of 1,280 x 800 pixels.
+constexpr TourRect kLowWindow{2100, 405, 15000, 10800};
+constexpr int kLowPanelTop = 10800 - 3630;
+const std::vector<TourRect> kLowScreen = {{0, 0, 19200, 12000}};
+
+std::optional<TourPoint> placeOnLowScreen(const std::vector<TourRect>& controls) {
+  return tourPosition(9, kLowWindow, kLowPanelTop, kTour, kLowScreen, controls);
+}
+
+TEST(TourPosition, OnAScreenTooLowForItStandsBesideTheControlInsteadOfCoveringIt) {
+  const TourPoint wanted{2100 + 1965, 405 + 7170 + 2760};
+  const TourPoint nearest{wanted.left, 12000 - 1900};
+  ASSERT_EQ(placeOnLowScreen({}), nearest);
+  EXPECT_EQ(placeOnLowScreen({{3000, 10105, 1000, 300}}), nearest);
+
+  const TourRect wide{3900, 9750, 4800, 375};
+  EXPECT_EQ(placeOnLowScreen({wide}), (TourPoint{wanted.left, 9750 - 1900}));
+  const TourRect atTheLeftEnd{3900, 9750, 960, 375};
+  EXPECT_EQ(placeOnLowScreen({atTheLeftEnd}), (TourPoint{3900 + 960, 12000 - 1900}));
+  const TourRect atTheRightEnd{wanted.left + 4200, 9750, 960, 375};
+  EXPECT_EQ(placeOnLowScreen({atTheRightEnd}), (TourPoint{wanted.left - 100, 12000 - 1900}));
+}
+
+TEST(TourPosition, OnAScreenTooLowForItKeepsClearOfEveryControlOfTheStep) {
+  const TourRect left{3900, 10300, 700, 300};
+  const TourRect right{6000, 9900, 3000, 400};
+  const std::optional<TourPoint> place = placeOnLowScreen({left, right});
+  ASSERT_TRUE(place);
+  // Right of the left one it would cover the right one: above both.
+  EXPECT_EQ(*place, (TourPoint{2100 + 1965, 9900 - 1900}));
+}
+
+TEST(TourPosition, ThatIsOnTheScreenHoldsEvenOverAControl) {
+  const std::vector<TourRect> under = {{2100 + 3705, 405 + 90, 1500, 300}};
+  EXPECT_EQ(tourPosition(1, kLowWindow, kLowPanelTop, kTour, kLowScreen, under),
+            (TourPoint{2100 + 3705, 405 + 90}));
+}
+
+TEST(TourPosition, WithoutAnyClearPlaceIsTheNearestOneOnTheScreen) {
+  const std::vector<TourRect> maximised = {{0, 0, 19200, 12000}};
+  EXPECT_EQ(tourPosition(22, maximised[0], 8370, kTour, kLowScreen, maximised),
+            (TourPoint{19200 - 4300, 8370 + 15}));
+}
+
+TEST(TourPosition, BesideTheMainWindowMayBeBelowItOrOnAnotherScreen) {
+  const TourRect atTheRight{4200, 0, 15000, 9000};
+  const std::vector<TourRect> window = {atTheRight};
+  EXPECT_EQ(tourPosition(22, atTheRight, 9000 - 3630, kTour, kLowScreen, window),
+            (TourPoint{19200 - 4300, 9000}));
+  const std::vector<TourRect> two = {kLowScreen[0], {19200, 0, 19200, 12000}};
+  EXPECT_EQ(tourPosition(22, {0, 0, 19200, 12000}, 8370, kTour, two, kLowScreen),
+            (TourPoint{19300, 8385}));
+}
+
+TEST(TourPosition, IsAlwaysTheNearestOfAllClearPlacesOnTheScreen) {
+  const std::vector<TourRect> screen = {{0, 0, 60, 40}};
+  const TourSize small{20, 10};
+  int covered = 0;
+  for (int left = -3; left <= 58; left += 4) {
+    for (int top = 1; top <= 36; top += 3) {
+      const std::vector<TourRect> controls = {{left, top, 9, 4}, {left + 14, top + 3, 5, 9}};
+      const TourRect main{20 - 1965, 38 - 2760, 100, 100};
+      const auto place = tourPosition(9, main, 0, small, screen, controls);
+      ASSERT_TRUE(place);
+      int nearest = 100000;
+      bool plainIsClear = true;
+      for (int x = 0; x <= 40; ++x) {
+        for (int y = 0; y <= 30; ++y) {
+          const bool clear =
+              std::all_of(controls.begin(), controls.end(), [&](const TourRect& control) {
+                return x + 20 <= control.left || control.right() <= x || y + 10 <= control.top ||
+                       control.bottom() <= y;
+              });
+          if (x == 20 && y == 30) plainIsClear = clear;
+          if (clear) nearest = std::min(nearest, (x - 20) * (x - 20) + (y - 38) * (y - 38));
+          if (x == place->left && y == place->top) {
+            ASSERT_TRUE(clear) << left << ", " << top;
+          }
+        }
+      }
+      if (!plainIsClear) ++covered;
+      const int dx = place->left - 20;
+      const int dy = place->top - 38;
+      ASSERT_EQ(dx * dx + dy * dy, nearest) << left << ", " << top;
+      ASSERT_TRUE(place->left >= 0 && place->left <= 40 && place->top >= 0 && place->top <= 30);
+    }
+  }
+  EXPECT_GT(covered, 30);
 }
 
 TEST(TourPosition, WithoutAScreenIsTheStepsPlace) {
-  EXPECT_EQ(tourPosition(1, {-9000, 0, 12600, 10500}, 6870, kTour, {}),
+  EXPECT_EQ(tourPosition(1, {-9000, 0, 12600, 10500}, 6870, kTour, {}, {}),
             (TourPoint{-9000 + 3705, 90}));
 }
 
 TEST(TourPosition, OfANumberThatIsNoStepIsNothing) {
   for (const int step : {-1, 0, 30, 31}) {
-    EXPECT_EQ(tourPosition(step, {0, 0, 12600, 10500}, 6870, kTour, kWideScreen), std::nullopt);
+    EXPECT_EQ(tourPosition(step, {0, 0, 12600, 10500}, 6870, kTour, kWideScreen, {}), std::nullopt);
   }
 }
 

@@ -55,10 +55,13 @@ ControlFrame::ControlFrame(QWidget* parent) : QWidget(parent) {
   setFocusPolicy(Qt::NoFocus);
 }
 
+QRect ControlFrame::around(const QRect& control) {
+  constexpr int reach = kFrameWidth + kFrameGap;
+  return control.adjusted(-reach, -reach, reach, reach);
+}
+
 void ControlFrame::frame(const QRect& control) {
-  constexpr int around = kFrameWidth + kFrameGap;
-  setGeometry(
-      control.adjusted(-around, -around, around, around).intersected(parentWidget()->rect()));
+  setGeometry(around(control).intersected(parentWidget()->rect()));
   show();
   raise();
 }

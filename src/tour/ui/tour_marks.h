@@ -32,6 +32,9 @@ class ControlFrame : public QWidget {
  public:
   explicit ControlFrame(QWidget* parent);
 
+  /// The place that the frame around a control takes.
+  [[nodiscard]] static QRect around(const QRect& control);
+
   /// Frames what lies at this place of the parent; the lines stay within it.
   void frame(const QRect& control);
 

@@ -201,10 +201,15 @@ void TourWindow::moveToStep() {
   for (const QScreen* screen : QGuiApplication::screens()) {
     screens.push_back(toTwips(screen->availableGeometry()));
   }
+  // The frame around a control is to be seen whole, too.
+  std::vector<TourRect> framed;
+  for (const QRect& control : host_.controlsOf(state_.step)) {
+    if (!control.isEmpty()) framed.push_back(toTwips(ControlFrame::around(control)));
+  }
   placedSize_ = frameGeometry().size();
   const std::optional<TourPoint> place =
       tourPosition(state_.step, toTwips(host_.outerGeometry()), host_.panelTop(),
-                   {toTwips(placedSize_.width()), toTwips(placedSize_.height())}, screens);
+                   {toTwips(placedSize_.width()), toTwips(placedSize_.height())}, screens, framed);
   if (place) move(toPixels(place->left), toPixels(place->top));
 }
 
