@@ -69,8 +69,9 @@ const QStringList& columnTitles() {
   return titles;
 }
 
-// Pict ends left of 158 pixels, the route left of 370, Equipment begins there.
-const QList<int> kColumnWidths = {44, 66, 36, 90, 56, 56, 130, 300, 80};
+// The tour stands beside the titles: Flight ends left of 116 pixels, Pict left
+// of 152, the route left of 364, and Equipment begins right of 346.
+const QList<int> kColumnWidths = {42, 62, 36, 96, 56, 56, 130, 300, 80};
 
 }  // namespace
 

@@ -19,12 +19,16 @@ namespace {
 // for that, in pixels. The guided tour stands beside the controls that it
 // explains, which is why the photo search lies above the equipment, and the
 // airline and the airport editor lie at the right.
-constexpr int kPhotoColumnWidth = 214;
+constexpr int kPhotoColumnWidth = 180;
 constexpr int kPhotoHeight = 150;
 constexpr int kFlightColumnWidth = 332;
 constexpr int kAirportHeight = 132;
 constexpr int kAirlineColumnWidth = 172;
-constexpr int kAirportEditorIndent = 40;
+constexpr int kAirportEditorIndent = 78;
+
+// Takes a title's height before the first line is selected, so that nothing
+// moves then.
+const QString kNoTitleYet = QStringLiteral(" ");
 
 // Keeps a hidden frame's place, so that nothing moves when it is shown.
 void keepPlaceWhenHidden(QWidget* widget) {
@@ -121,6 +125,7 @@ QWidget* DetailPanel::makePhotoColumn() {
   aircraftFrame_ = new QGroupBox(column);
   aircraftFrame_->setObjectName(QStringLiteral("Frame1"));
   aircraftFrame_->setAccessibleName(tr("Aircraft"));
+  aircraftFrame_->setTitle(kNoTitleYet);
   enter_ = makeEnterButton(aircraftFrame_, QStringLiteral("Command1"),
                            tr("Writes the equipment to aircraft.csv\n機種をaircraft.csvに登録"));
   equipment_ =
@@ -157,6 +162,7 @@ QWidget* DetailPanel::makeFlightColumn() {
     };
   };
   flight_ = new FlightEditor(editing_, isLineSelected, updateLine, column);
+  flight_->setTitle(kNoTitleYet);
   title_ = new QLabel(QString::fromLatin1(kProgramTitle), column);
   title_->setObjectName(QStringLiteral("Label5"));
   title_->setWordWrap(true);

@@ -7,6 +7,9 @@
 namespace vel {
 namespace {
 
+// The guided tour stands right of the flight box: it ends left of 116 pixels.
+constexpr int kFlightBoxWidth = 60;
+
 // A box that turns typed lower-case letters a to z into capitals.
 class CapitalBox : public QLineEdit {
  public:
@@ -54,7 +57,7 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
   setFrameShape(StyledPanel);
 
   auto* row = new QHBoxLayout(this);
-  row->setContentsMargins(5, 0, 5, 2);
+  row->setContentsMargins(3, 0, 5, 2);
   row->setSpacing(4);
   auto* title = new QLabel(tr("Filter"), this);
   QFont bold = title->font();
@@ -64,7 +67,8 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
 
   addColumn(row, tr("Flight"),
             {makeBox(kFlight, tr("Flight filter"),
-                     tr("Shows only flights that contain this text\n便名に含まれる文字"), 68)});
+                     tr("Shows only flights that contain this text\n便名に含まれる文字"),
+                     kFlightBoxWidth)});
   addColumn(
       row, tr("Regist."),
       {makeBox(kRegistration, tr("Registration filter"),
@@ -141,8 +145,9 @@ QLineEdit* FilterFrame::makeBox(Box index, const QString& accessibleName, const 
   box->setToolTip(toolTip);
   if (width > 0) {
     // The designed width is for the usual font; a larger font takes more.
-    const int characters = box->fontMetrics().horizontalAdvance(QStringLiteral("0000000"));
-    box->setFixedWidth(qMax(width, characters + 14));
+    const QString usual = QString(index == kFlight ? 6 : 7, QLatin1Char('0'));
+    const int characters = box->fontMetrics().horizontalAdvance(usual);
+    box->setFixedWidth(qMax(width, characters + 12));
   } else {
     box->setMinimumWidth(60);
   }

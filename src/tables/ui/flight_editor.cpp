@@ -44,6 +44,8 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   const int codeWidth = fontMetrics().horizontalAdvance(QStringLiteral("WWWW")) + 16;
   departure_->setFixedWidth(codeWidth);
   destination_->setFixedWidth(codeWidth);
+  // The guided tour stands right of the button that follows this box.
+  remark_->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000000000")) + 16);
   paste_ = new QPushButton(tr("Paste…"), this);
   paste_->setObjectName(QStringLiteral("Command13"));
   paste_->setAccessibleName(tr("Route from the clipboard"));
@@ -52,7 +54,7 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
          "コピーしたテキストから経路を取得"));
 
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(6, 1, 6, 3);
+  rows->setContentsMargins(6, 0, 6, 3);
   rows->setSpacing(2);
   auto* codes = new QHBoxLayout;
   codes->setSpacing(4);
@@ -60,8 +62,13 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   codes->addWidget(departure_);
   codes->addWidget(new QLabel(tr("DEST"), this));
   codes->addWidget(destination_);
-  codes->addWidget(enter_);
   codes->addStretch();
+  // The first row is kept low: the guided tour stands close below it.
+  const int rowHeight = departure_->sizeHint().height() - 1;
+  for (QWidget* each : {static_cast<QWidget*>(departure_), static_cast<QWidget*>(destination_),
+                        static_cast<QWidget*>(paste_)}) {
+    each->setMaximumHeight(rowHeight);
+  }
   codes->addWidget(paste_);
   rows->addLayout(codes);
   for (std::size_t i = 0; i < names_.size(); ++i) {
@@ -78,6 +85,8 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   remarkRow->setSpacing(4);
   remarkRow->addWidget(new QLabel(tr("Remark"), this));
   remarkRow->addWidget(remark_);
+  remarkRow->addWidget(enter_);
+  remarkRow->addStretch();
   rows->addLayout(remarkRow);
   QWidget::setTabOrder(departure_, destination_);
   QWidget::setTabOrder(destination_, remark_);
