@@ -18,7 +18,9 @@ namespace {
 // dialog: a wider window would cover controls that it explains.
 constexpr QSize kDesignSize(4230 / kTourTwipsPerPixel, 1900 / kTourTwipsPerPixel);
 
-constexpr int kMargin = 4;
+constexpr int kMargin = 3;
+// Slightly smaller letters show more of a text without scrolling.
+constexpr double kTextScale = 0.9;
 constexpr int kLeastTextLines = 4;
 
 int toTwips(int pixels) { return pixels * kTourTwipsPerPixel; }
@@ -77,13 +79,13 @@ void TourWindow::buildControls() {
   next_->setFocus();
 
   auto* row = new QHBoxLayout;
-  row->setSpacing(3);
+  row->setSpacing(2);
   row->addWidget(position_, 1);
   row->addWidget(previous_);
   row->addWidget(next_);
   row->addWidget(close_);
   layout_ = new QVBoxLayout(this);
-  layout_->setSpacing(3);
+  layout_->setSpacing(2);
   layout_->addWidget(text_, 1);
   layout_->addLayout(row);
 
@@ -131,9 +133,12 @@ void TourWindow::buildKeys() {
 void TourWindow::fitToFont() {
   const QFontMetrics metrics(font());
   for (QPushButton* button : {previous_, next_, close_}) {
-    button->setFixedSize(metrics.horizontalAdvance(button->text()) + 16, metrics.height() + 7);
+    button->setFixedSize(metrics.horizontalAdvance(button->text()) + 16, metrics.height() + 5);
   }
-  text_->setMinimumHeight(kLeastTextLines * metrics.lineSpacing() + 8);
+  QFont small = font();
+  small.setPointSizeF(QFontInfo(small).pointSizeF() * kTextScale);
+  text_->setFont(small);
+  text_->setMinimumHeight(kLeastTextLines * QFontMetrics(small).lineSpacing() + 8);
 }
 
 QSize TourWindow::sizeHint() const { return kDesignSize.expandedTo(minimumSizeHint()); }
