@@ -43,7 +43,7 @@ const Steps& steps() {
        "Click the title bar of each column to sort the data. Drug the space line to change the "
        "width of columns.",
        {"　各列のタイトルをクリックすると、データを並べ替えます。",
-        "　列の境の線をドラッグすると、列の幅を変えられます。"},
+        "　列の境界線をドラッグすると、列の幅を変えられます。"},
        {columnTitle(1)}},
       {TourPlace::offsets,
        2370,
@@ -80,7 +80,7 @@ const Steps& steps() {
        "the data on the editors.",
        {"　編集したい行をクリックしてください。利用できるデータがすべて、一覧の下のそれぞれの編集欄"
         "に表示され、編集できるようになります。",
-        "　一覧に表示されているのはログの内容で、実際の最新の状態ではありません。ご注意ください。",
+        "　一覧に表示されているのはログの内容で、現在の実際の状況ではありません。ご注意ください。",
         "　編集欄にすべてのデータが表示されるまで、数秒お待ちください。"},
        {listRows()}},
       {TourPlace::offsets,
@@ -92,7 +92,8 @@ const Steps& steps() {
        "to open the image editing software. Be sure to have noimage.jpg sumbnail in the PICS "
        "folder to correctly function this editor.",
        {"　機体の写真と登録記号を編集します。写真をクリックすると、画像編集ソフトが開きます。",
-        "　正しく動作させるため、縮小画像 noimage.jpg を必ず PICS フォルダーに置いてください。"},
+        "　正しく動作させるため、サムネイル画像 noimage.jpg を必ず PICS "
+        "フォルダーに置いてください。"},
        {control("Image1")}},
       {TourPlace::offsets,
        1965,
@@ -232,7 +233,7 @@ const Steps& steps() {
        "You may change the size of the window or show full-size. It automatically fits the size of "
        "the list accordingly to the size of the window.",
        {"　ウィンドウの大きさは変えられます。全画面表示もできます。",
-        "　一覧の大きさは、ウィンドウの大きさに自動的に合わせられます。"},
+        "　一覧の大きさは、ウィンドウに合わせて自動的に変わります。"},
        {wholeWindow()}},
       {TourPlace::offsets,
        1830,
