@@ -45,7 +45,23 @@ constexpr int kSubRecords = 10000;
 constexpr int kMessagesADay = 20000;
 constexpr local_days kStart{2026y / 11 / 14};
 
-double seconds(Clock::duration duration) { return duration.count(); }
+double seconds(std::chrono::duration<double> duration) { return duration.count(); }
+
+// The longest time on the clock that a window would wait for one piece.
+class LongestPiece {
+ public:
+  void begin() { last_ = std::chrono::steady_clock::now(); }
+  void end() {
+    const auto now = std::chrono::steady_clock::now();
+    longest_ = std::max(longest_, seconds(now - last_));
+    last_ = now;
+  }
+  [[nodiscard]] double milliseconds() const { return longest_ * 1000; }
+
+ private:
+  std::chrono::steady_clock::time_point last_;
+  double longest_ = 0;
+};
 
 double median(std::vector<double> values) {
   std::sort(values.begin(), values.end());
@@ -73,6 +89,9 @@ class Base {
     writeTables();
     writeListLog();
     for (int day = 0; day < 7; ++day) writeWeekLog(kStart + std::chrono::days(day));
+    // A photo folder that nobody has just changed.
+    std::filesystem::last_write_time(
+        folders.pics, std::filesystem::file_time_type::clock::now() - std::chrono::hours(1));
   }
   ~Base() { std::filesystem::remove_all(folders.base); }
 
@@ -235,19 +254,19 @@ void HfdlDay(benchmark::State& state) {
   const Base& files = base();
   const Encoding encoding = Encoding::codePage932();
   const Tables tables(files.folders, encoding);
-  double longestPiece = 0;
+  LongestPiece piece;
   const auto program = [&] {
     FolderIndex photos(files.folders.pics);
     RowStore rows(kHfdlSeparator);
     HfdlReader reader(InputFile::open(files.listLog).value(), encoding);
+    piece.begin();
     while (true) {
-      const auto begin = Clock::now();
       const HfdlReader::Step step = *reader.step();
       if (step == HfdlReader::Step::end) break;
       if (step == HfdlReader::Step::record) {
         rows.append(*SetLVline(reader.record(), rows.size(), tables, photos));
       }
-      longestPiece = std::max(longestPiece, seconds(Clock::now() - begin));
+      piece.end();
     }
     if (rows.size() != kSubRecords) state.SkipWithError("not every record was read");
   };
@@ -260,26 +279,26 @@ void HfdlDay(benchmark::State& state) {
     }
   };
   compare(state, 1.5, program, plain);
-  state.counters["longest_piece_ms"] = longestPiece * 1000;
+  state.counters["longest_piece_ms"] = piece.milliseconds();
 }
 
-void loadWeek(FrequencyTables& tables, double& longestPiece) {
+void loadWeek(FrequencyTables& tables, LongestPiece& piece) {
   FrequencyLoad load(base().folders, tables, kStart);
   while (load.nextFile()) {
     bool more = true;
     while (more) {
-      const auto begin = Clock::now();
+      piece.begin();
       more = load.readPiece();
-      longestPiece = std::max(longestPiece, seconds(Clock::now() - begin));
+      piece.end();
     }
   }
 }
 
 void FrequencyWeek(benchmark::State& state) {
-  double longestPiece = 0;
+  LongestPiece piece;
   const auto program = [&] {
     FrequencyTables tables(Encoding::codePage932());
-    loadWeek(tables, longestPiece);
+    loadWeek(tables, piece);
     benchmark::DoNotOptimize(DrawGraph(tables, kStart, 1000, 600).shapes.data());
     if (tables.stationCount() != 16) state.SkipWithError("not every station was read");
   };
@@ -294,13 +313,13 @@ void FrequencyWeek(benchmark::State& state) {
   };
   compare(state, 3, program, plain);
   state.counters["lines"] = static_cast<double>(lines);
-  state.counters["longest_piece_ms"] = longestPiece * 1000;
+  state.counters["longest_piece_ms"] = piece.milliseconds();
 }
 
 void FrequencyRedraw(benchmark::State& state) {
-  double longestPiece = 0;
+  LongestPiece piece;
   FrequencyTables tables(Encoding::codePage932());
-  loadWeek(tables, longestPiece);
+  loadWeek(tables, piece);
   double width = 800;
   std::size_t shapes = 0;
   for ([[maybe_unused]] auto _ : state) {
