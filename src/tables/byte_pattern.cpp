@@ -19,7 +19,7 @@ constexpr std::size_t kLaterSample = 16384;
 constexpr std::size_t kToleratedFactor = 4;
 constexpr std::size_t kMostProbes = 16;
 
-// The bytes of a pattern that a probe uses.
+// The bytes of a pattern that a probe uses, and those that a wide one can use.
 constexpr std::size_t kProbe = 3;
 constexpr std::size_t kWideProbe = 5;
 
@@ -33,11 +33,11 @@ std::uint16_t pairOf(const std::string& bytes, std::size_t offset) {
 
 BytePattern::BytePattern(std::string bytes, ByteSearcher searcher)
     : bytes_(std::move(bytes)), searcher_(searcher) {
-  if (bytes_.size() >= 2) probe_ = probeAt(0);
+  if (bytes_.size() >= 2) probe_ = probeAt(0, false);
 }
 
-ByteProbe BytePattern::probeAt(std::size_t offset) const {
-  ByteProbe probe{.odd = pairOf(bytes_, offset)};
+ByteProbe BytePattern::probeAt(std::size_t offset, bool isWide) const {
+  ByteProbe probe{.odd = pairOf(bytes_, offset), .isWide = isWide};
   std::memcpy(&probe.head, bytes_.data(), MinOf(bytes_.size(), sizeof probe.head));
   std::memset(&probe.headMask, 0xFF, MinOf(bytes_.size(), sizeof probe.headMask));
   if (bytes_.size() == 2) {
@@ -45,42 +45,49 @@ ByteProbe BytePattern::probeAt(std::size_t offset) const {
     probe.even = probe.odd;
     probe.oddAt = 1;
     probe.offset = -1;
-  } else {
-    probe.even = pairOf(bytes_, offset + 1);
-    probe.offset = static_cast<std::ptrdiff_t>(offset);
-    probe.isWide = searcher_.testsFollowingPairs && offset + kWideProbe <= bytes_.size();
-    if (probe.isWide) {
-      probe.oddNext = pairOf(bytes_, offset + 2);
-      probe.evenNext = pairOf(bytes_, offset + 3);
-    }
+    return probe;
   }
+  probe.even = pairOf(bytes_, offset + 1);
+  probe.offset = static_cast<std::ptrdiff_t>(offset);
+  const std::string_view behindOdd = std::string_view(bytes_).substr(offset + 2, 2);
+  const std::string_view behindEven = std::string_view(bytes_).substr(offset + 3, 2);
+  std::memcpy(&probe.oddNext, behindOdd.data(), behindOdd.size());
+  std::memset(&probe.oddMask, 0xFF, behindOdd.size());
+  std::memcpy(&probe.evenNext, behindEven.data(), behindEven.size());
+  std::memset(&probe.evenMask, 0xFF, behindEven.size());
   return probe;
 }
 
-void BytePattern::prepare(std::string_view block) {
-  if (bytes_.size() <= kProbe || (prepared_ && falseHits_ < tolerated_)) return;
-  if (prepared_) tolerated_ *= kToleratedFactor;
-  const std::size_t sample = prepared_ ? kLaterSample : kFirstSample;
-  prepared_ = true;
-  falseHits_ = 0;
-  const char* const end = block.data() + MinOf(block.size(), sample);
-  const bool wide = searcher_.testsFollowingPairs && bytes_.size() >= kWideProbe;
-  const std::size_t last = bytes_.size() - (wide ? kWideProbe : kProbe);
+// Takes the probe with the fewest false hits in the sample and returns how many
+// these are. The end of a key, where lines differ most, is tried first.
+std::size_t BytePattern::choose(std::string_view sample, bool isWide) {
+  const std::size_t used = isWide ? MinOf(bytes_.size(), kWideProbe) : kProbe;
+  const std::size_t last = bytes_.size() - used;
+  const char* const end = sample.data() + sample.size();
   std::optional<std::size_t> fewest;
-  // The end of a key, where lines differ most, is tried first.
-  for (std::size_t tried = 0; tried <= MinOf(last, kMostProbes); ++tried) {
-    const ByteProbe probe = probeAt(last - tried);
+  for (std::size_t tried = 0; tried <= MinOf(last, kMostProbes) && fewest != 0U; ++tried) {
+    const ByteProbe probe = probeAt(last - tried, isWide);
     std::size_t count = 0;
     std::uint64_t hits = 0;
-    for (const char* place = searcher_.search(block.data(), end, probe, hits, count);
+    for (const char* place = searcher_.search(sample.data(), end, probe, hits, count);
          place < end;) {
       place = searcher_.search(place + kSearchStride, end, probe, hits, count);
     }
     if (fewest && count >= *fewest) continue;
     fewest = count;
     probe_ = probe;
-    if (count == 0) return;
   }
+  return fewest.value_or(0);
+}
+
+void BytePattern::prepare(std::string_view block) {
+  if (bytes_.size() < kProbe || (prepared_ && falseHits_ < tolerated_)) return;
+  const bool isFirst = !std::exchange(prepared_, true);
+  if (!isFirst) tolerated_ *= kToleratedFactor;
+  falseHits_ = 0;
+  const std::string_view sample = block.substr(0, isFirst ? kFirstSample : kLaterSample);
+  const bool narrowIsGood = !probe_.isWide && choose(sample, false) == 0;
+  if (!narrowIsGood && searcher_.canBeWide) choose(sample, true);
 }
 
 const char* BytePattern::find(const char* begin, const char* end) {

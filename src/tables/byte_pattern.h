@@ -27,14 +27,15 @@ class BytePattern {
   [[nodiscard]] const char* find(const char* begin, const char* end);
 
  private:
-  [[nodiscard]] ByteProbe probeAt(std::size_t offset) const;
+  [[nodiscard]] ByteProbe probeAt(std::size_t offset, bool isWide) const;
+  std::size_t choose(std::string_view sample, bool isWide);
 
   std::string bytes_;
   ByteSearcher searcher_;
   ByteProbe probe_;
   bool prepared_ = false;
   std::size_t falseHits_ = 0;   // since the probe was chosen
-  std::size_t tolerated_ = 64;  // before it is chosen anew
+  std::size_t tolerated_ = 32;  // before it is chosen anew
 };
 
 }  // namespace vel

@@ -118,33 +118,47 @@ const char* searchSse2(const char* place, const char* end, const ByteProbe& prob
   const __m512i even = _mm512_set1_epi16(static_cast<short>(probe.even));
   const __m512i oddNext = _mm512_set1_epi16(static_cast<short>(probe.oddNext));
   const __m512i evenNext = _mm512_set1_epi16(static_cast<short>(probe.evenNext));
+  const __m512i oddMask = _mm512_set1_epi16(static_cast<short>(probe.oddMask));
+  const __m512i evenMask = _mm512_set1_epi16(static_cast<short>(probe.evenMask));
   const std::ptrdiff_t oddAt = probe.oddAt;
+  // Each of these takes one instruction: (a ^ b) & c and (a ^ b) | c.
+  constexpr int kDifferenceAnd = 0x28;
+  constexpr int kDifferenceOr = 0xBE;
   constexpr std::size_t kPair = 2;
-  // Four strides at once, until one of them has hits: the smallest of the
-  // differences from both probes is zero then.
-  for (; probe.isWide && place + 3 * kSearchStride < end; place += 4 * kSearchStride) {
-    // a | (b ^ c), in one instruction.
-    constexpr int kOrDifference = 0xF6;
+
+  // Four strides at once, until one of them has hits: the smallest difference
+  // from both probes is zero then.
+  for (; place + 3 * kSearchStride < end; place += 4 * kSearchStride) {
     __m512i smallest = _mm512_set1_epi16(-1);
-    for (std::size_t i = 0; i < 4 * kSearchStride; i += kSearchStride) {
-      const __m512i pairs = _mm512_loadu_si512(place + i);
-      const __m512i next = _mm512_loadu_si512(place + i + kPair);
-      const __m512i fromOdd =
-          _mm512_ternarylogic_epi32(_mm512_xor_si512(pairs, odd), next, oddNext, kOrDifference);
-      const __m512i fromEven =
-          _mm512_ternarylogic_epi32(_mm512_xor_si512(pairs, even), next, evenNext, kOrDifference);
-      smallest = _mm512_min_epu16(smallest, _mm512_min_epu16(fromOdd, fromEven));
+    if (probe.isWide) {
+      for (std::size_t i = 0; i < 4 * kSearchStride; i += kSearchStride) {
+        const __m512i pairs = _mm512_loadu_si512(place + i);
+        const __m512i next = _mm512_loadu_si512(place + i + kPair);
+        const __m512i nextOdd = _mm512_ternarylogic_epi32(next, oddNext, oddMask, kDifferenceAnd);
+        const __m512i nextEven =
+            _mm512_ternarylogic_epi32(next, evenNext, evenMask, kDifferenceAnd);
+        smallest = _mm512_min_epu16(
+            smallest,
+            _mm512_min_epu16(_mm512_ternarylogic_epi32(pairs, odd, nextOdd, kDifferenceOr),
+                             _mm512_ternarylogic_epi32(pairs, even, nextEven, kDifferenceOr)));
+      }
+    } else {
+      for (std::size_t i = 0; i < 4 * kSearchStride; i += kSearchStride) {
+        const __m512i fromOdd = _mm512_xor_si512(_mm512_loadu_si512(place + i + oddAt), odd);
+        const __m512i fromEven = _mm512_xor_si512(_mm512_loadu_si512(place + i), even);
+        smallest = _mm512_min_epu16(smallest, _mm512_min_epu16(fromOdd, fromEven));
+      }
     }
     if (_mm512_testn_epi16_mask(smallest, smallest) != 0) break;
   }
   for (; place < end; place += kSearchStride) {
-    const __m512i pairs = _mm512_loadu_si512(place);
     __mmask32 oddLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place + oddAt), odd);
-    __mmask32 evenLanes = _mm512_cmpeq_epi16_mask(pairs, even);
+    __mmask32 evenLanes = _mm512_cmpeq_epi16_mask(_mm512_loadu_si512(place), even);
     if (probe.isWide) {
       const __m512i next = _mm512_loadu_si512(place + kPair);
-      oddLanes = _mm512_mask_cmpeq_epi16_mask(oddLanes, next, oddNext);
-      evenLanes = _mm512_mask_cmpeq_epi16_mask(evenLanes, next, evenNext);
+      oddLanes = _mm512_mask_testn_epi16_mask(oddLanes, _mm512_xor_si512(next, oddNext), oddMask);
+      evenLanes =
+          _mm512_mask_testn_epi16_mask(evenLanes, _mm512_xor_si512(next, evenNext), evenMask);
     }
     if ((oddLanes | evenLanes) == 0) continue;
     // A lane's one bit becomes the two of its bytes.

@@ -12,9 +12,11 @@ namespace vel {
 struct ByteProbe {
   std::uint16_t odd = 0;       ///< the pair at `offset` within the pattern
   std::uint16_t even = 0;      ///< the pair a byte further on
-  std::uint16_t oddNext = 0;   ///< the pair behind `odd`, if `isWide`
-  std::uint16_t evenNext = 0;  ///< the pair behind `even`, if `isWide`
-  bool isWide = false;         ///< the pattern has a following pair for both
+  std::uint16_t oddNext = 0;   ///< what follows `odd` in the pattern
+  std::uint16_t evenNext = 0;  ///< what follows `even` in the pattern
+  std::uint16_t oddMask = 0;   ///< set where `oddNext` has bytes
+  std::uint16_t evenMask = 0;  ///< set where `evenNext` has bytes
+  bool isWide = false;         ///< what follows is tested too: slower, but seldom wrong
   std::ptrdiff_t oddAt = 0;    ///< 1 where the odd pair is read a byte further on
   std::ptrdiff_t offset = 0;   ///< of the odd pair within the pattern
   std::uint64_t head = 0;      ///< the first bytes of the pattern, at most eight
@@ -32,8 +34,8 @@ struct ByteSearcher {
   /// Reads up to kSearchStride + 8 bytes before `place` and behind `end`.
   const char* (*search)(const char* place, const char* end, const ByteProbe& probe,
                         std::uint64_t& hits, std::size_t& falseHits);
-  /// Uses the pairs that follow, so that hardly any hit is false.
-  bool testsFollowingPairs;
+  /// Heeds ByteProbe::isWide.
+  bool canBeWide;
 };
 
 /// The searchers that this processor can run, the fastest first. All find the
