@@ -143,15 +143,17 @@ class EditedCopy {
   bool pending_ = true;
 };
 
-/// Makes way for the new file. An old one is removed rather than emptied,
-/// because its name may lead to the live table itself (a link).
-Status clearTemporary(const TableFiles& files) {
-  const Status removed = removeFile(files.temporary);
-  if (removed || removed.error().number == ErrorNumber::fileNotFound) return {};
+/// Removes a new file that is the live table under a second name: to empty it
+/// would empty the table. Done before the table is opened, because a system may
+/// keep every name of a file until it is closed.
+Status clearLinkToLive(const TableFiles& files) {
   std::error_code error;
-  if (std::filesystem::equivalent(files.live, files.temporary, error)) return removed;
-  return {};
+  if (!std::filesystem::equivalent(files.live, files.temporary, error)) return {};
+  return removeFile(files.temporary);
 }
+
+/// Makes way for the new file. One that cannot be removed is emptied.
+void clearTemporary(const TableFiles& files) { static_cast<void>(removeFile(files.temporary)); }
 
 /// Writes the edited table into the open new file, down to the disk.
 Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& edit,
@@ -172,15 +174,11 @@ Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& 
 /// must never be taken for a table.
 Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encoding& encoding,
                      const std::string& record) {
-  // Without a live table nothing is touched. With the table open, the name of
-  // a file that is removed may stay where both are links to one file.
-  if (const Result<InputFile> present = InputFile::open(files.live); !present) {
-    return present.error();
-  }
-  if (const Status status = clearTemporary(files); !status) return status;
+  if (const Status status = clearLinkToLive(files); !status) return status;
   Result<InputFile> live = InputFile::open(files.live);
   if (!live) return live.error();
   LineBlocks lines(*std::move(live), LineBlocks::LongerLines::fail);
+  clearTemporary(files);
   Result<OutputFile> file = OutputFile::create(files.temporary);
   if (!file) return file.error();
   const Status written = writeEdited(lines, files, edit, encoding, record, *std::move(file));
