@@ -48,7 +48,8 @@ bool Program::Main() {
   startingUp = true;
   firstUnload = true;
   loadProgressCount = 2;
-  LoadEnv(desktop_, folders_.program / "vel.env", encoding_, services_.defaultSearches(), settings_);
+  LoadEnv(desktop_, folders_.program / "vel.env", encoding_, services_.defaultSearches(),
+          settings_);
   startingUp = false;
   splash_ = std::make_unique<Splash>([this] { splashTick(); });
   splashStage = 0;
@@ -59,7 +60,7 @@ bool Program::Main() {
 
 void Program::splashTick() {
   if (desktop_.isEnding()) {
-    splash_.reset();
+    closeSplash();
     return;
   }
   switch (splashStage) {
@@ -74,19 +75,22 @@ void Program::splashTick() {
       if (otherWindow_ != nullptr && !desktop_.isEnding()) otherWindow_->Form_Load();
       splash_->setInterval(kLoadedInterval);
       break;
-    case 2: {
-      // Reset from inside its own timer: it has to outlive this call.
-      Splash* splash = splash_.release();
-      splashStage = 3;
-      splash->hide();
-      splash->deleteLater();
+    case 2:
+      closeSplash();
       mainWindow_->show();
       if (onShown) onShown(*mainWindow_);
       break;
-    }
     default:
       break;
   }
+}
+
+void Program::closeSplash() {
+  // Called from inside its own timer: it has to outlive that call.
+  Splash* splash = splash_.release();
+  splash->stop();
+  splash->hide();
+  splash->deleteLater();
 }
 
 void Program::restorePlace() {

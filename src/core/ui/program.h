@@ -88,6 +88,7 @@ class Program : public QObject {
 
  private:
   void splashTick();
+  void closeSplash();
   void restorePlace();
 
   Desktop& desktop_;

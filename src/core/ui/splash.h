@@ -20,6 +20,8 @@ class Splash : public QWidget {
   /// Puts a text like "FMT:120 LIST:358" into the progress label.
   void setProgress(const QString& text);
   void setInterval(int milliseconds) { timer_.setInterval(milliseconds); }
+  /// Ends the ticks.
+  void stop() { timer_.stop(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
