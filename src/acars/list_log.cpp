@@ -129,13 +129,15 @@ bool ListLogReader::passesPhoto(std::string_view mark) const {
 
 bool ListLogReader::passesTime(std::string_view time) const {
   if (filter_.time.empty()) return true;
+  const std::string decoded = isAscii(time) ? std::string() : encoding_.decode(time);
+  const std::string_view text = isAscii(time) ? time : std::string_view(decoded);
   switch (filter_.timeComparison) {
     case ListFilter::kEarlier:
-      return time <= filter_.time;
+      return text <= filter_.time;
     case ListFilter::kLater:
-      return time >= filter_.time;
+      return text >= filter_.time;
     default:
-      return time.starts_with(filter_.time);
+      return text.starts_with(filter_.time);
   }
 }
 
@@ -187,7 +189,9 @@ Status ListLogReader::take(std::string_view line, RowStore& rows) {
   }
   constexpr std::string_view kZeros = "00000000";
   const std::string_view flight = hasBlanksAround(field[0]) ? Trim(field[0]) : field[0];
-  const std::string_view zeros = kZeros.substr(std::min(field[7].size(), kTimeLength));
+  const std::size_t timeLength =
+      isAscii(field[7]) ? field[7].size() : length(encoding_.decode(field[7]));
+  const std::string_view zeros = kZeros.substr(std::min(timeLength, kTimeLength));
   if (anyFilter_) {
     time_ = zeros;
     time_ += field[7];

@@ -35,12 +35,12 @@ struct ListFilter {
 
   int photo = kAll;
   int timeComparison = kPrefix;
-  std::string time;
-  std::string flight;
-  std::string registration;
-  std::string airport;  ///< in the departure or in the destination
-  std::string equipment;
-  std::string remarks;
+  std::string time = {};
+  std::string flight = {};
+  std::string registration = {};
+  std::string airport = {};  ///< in the departure or in the destination
+  std::string equipment = {};
+  std::string remarks = {};
   bool unknownAirlineOnly = false;  ///< only flights that letterChk does not find
 };
 

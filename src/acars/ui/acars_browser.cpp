@@ -242,41 +242,47 @@ void AcarsBrowser::GetLogFileList() {
   WriteRunLog(desktop(), "Coplete GetLogFileList");
 }
 
-void AcarsBrowser::Combo1_Click() {
-  if (logFile_->currentIndex() < 0) {
-    ++generation_;
-    model_->clear();
-    filters_->setCount(0);
-    return;
-  }
-  GetLogData();
-}
+void AcarsBrowser::Combo1_Click() { GetLogData(); }
 
 void AcarsBrowser::GetLogData() {
   if (loading_) return;
   ++generation_;
+  if (logFile_->currentIndex() < 0) {
+    emptyList();
+    return;
+  }
   if (reading_) return;
   reading_ = true;
-  while (readOnce() == ReadEnd::overtaken && logFile_->currentIndex() >= 0) {
+  // A read that is overtaken has emptied the list: the line that was selected
+  // before it stays the one to select.
+  int rememberedIndex = -1;
+  while (readOnce(rememberedIndex) == ReadEnd::overtaken && logFile_->currentIndex() >= 0) {
   }
   reading_ = false;
 }
 
-AcarsBrowser::ReadEnd AcarsBrowser::readOnce() {
+void AcarsBrowser::emptyList() {
+  model_->clear();
+  filters_->setCount(0);
+  panel_->hideFrames();
+}
+
+AcarsBrowser::ReadEnd AcarsBrowser::readOnce(int& rememberedIndex) {
   const int generation = generation_;
   WriteRunLog(desktop(), "Start GetLogData");
   desktop().processEvents();
   if (desktop().isEnding()) return ReadEnd::programEnds;
   if (generation != generation_) return ReadEnd::overtaken;
-  const int rememberedIndex = list_->listIndex();
+  if (list_->listIndex() >= 0) rememberedIndex = list_->listIndex();
   model_->clear();
   filters_->setCount(0);
 
   Result<InputFile> file =
       InputFile::open(program().folders().logs / toPath(logFile_->currentText().toStdString()));
   if (!file) {
+    panel_->hideFrames();
     desktop().showMessage(file.error().text());
-    WriteRunLog(desktop(), "End GetLogData");
+    endRead();
     return ReadEnd::finished;
   }
   ListLogReader reader(std::move(*file), program().encoding(), filters_->filter(), tables_);
@@ -320,6 +326,10 @@ void AcarsBrowser::finishRead(const ListLogReader& reader, int rememberedIndex) 
       rememberedIndex < model_->rowCount()) {
     list_->setListIndex(rememberedIndex);
   }
+  endRead();
+}
+
+void AcarsBrowser::endRead() {
   if (program().loadProgressCount > 0) --program().loadProgressCount;
   WriteRunLog(desktop(), "End GetLogData");
 }
@@ -402,7 +412,7 @@ void AcarsBrowser::showContextMenu(const QPoint& position) {
   menu.addSeparator();
   QAction* filter = menu.addAction(tr("Filter by this value"), this,
                                    [this, column, text] { filters_->filterBy(column, text); });
-  filter->setEnabled(column != kListLine);
+  filter->setEnabled(FilterFrame::canFilterBy(column, text));
   menu.addSeparator();
   menu.addAction(tr("Search photo"), this, [this] { Command7_Click(kPhotoSearch); });
   menu.addAction(tr("Search flight"), this, [this] { Command7_Click(kFlightSearch); });

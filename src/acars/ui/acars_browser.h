@@ -66,7 +66,9 @@ class AcarsBrowser : public BrowserWindow {
   QWidget* makeTopRow();
   void addShortcuts();
   ReadEnd readLog(ListLogReader& reader, int generation);
-  ReadEnd readOnce();
+  ReadEnd readOnce(int& rememberedIndex);
+  void emptyList();
+  void endRead();
   void finishRead(const ListLogReader& reader, int rememberedIndex);
   void showContextMenu(const QPoint& position);
   void searchPhoto();

@@ -154,8 +154,9 @@ QWidget* DetailPanel::makeFlightColumn() {
   const auto updateLine = [this]() -> std::function<void()> {
     const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
     const FlightRoute route = flight_->route();
-    return [this, line, route] {
-      if (!line.isValid()) return;
+    const std::string flight = flight_->flight();
+    return [this, line, route, flight] {
+      if (!line.isValid() || model_->cell(line.row(), kListFlight) != flight) return;
       model_->setCell(line.row(), kListDeparture, route.departure);
       model_->setCell(line.row(), kListDestination, route.destination);
       model_->setCell(line.row(), kListRemarks, route.remark);
@@ -213,7 +214,11 @@ void DetailPanel::showSelection() {
   const int generation = ++generation_;
   busy_->showProcessing();
   program_.desktop().processEvents();
-  if (overtaken(generation) || list_->listIndex() < 0) return;
+  if (overtaken(generation)) return;
+  if (list_->listIndex() < 0) {
+    busy_->hideProcessing();
+    return;
+  }
 
   const std::string flight = list_->selectedText(kListFlight);
   const std::string prefix(Left(flight, 2));
@@ -281,15 +286,17 @@ void DetailPanel::Command1_Click() {
   }
   const QString typed = equipment_->text();
   if (!editing_.acceptTexts({typed})) return;
-  const std::string registration = list_->selectedText(kListRegistration);
+  // A line that was selected a moment ago may not be the one shown yet.
+  const std::string registration = registration_;
   if (!editing_.canStore(toQString(registration))) return;
   TableEdit edit;
   edit.table = Table::aircraft;
   edit.key = registration;
   if (!typed.isEmpty()) edit.newRecord = registration + ',' + typed.toStdString();
   const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
-  editing_.rewrite(*enter_, edit, [this, line, typed] {
-    if (line.isValid()) model_->setCell(line.row(), kListEquipment, typed.toStdString());
+  editing_.rewrite(*enter_, edit, [this, line, registration, typed] {
+    if (!line.isValid() || model_->cell(line.row(), kListRegistration) != registration) return;
+    model_->setCell(line.row(), kListEquipment, typed.toStdString());
   });
 }
 

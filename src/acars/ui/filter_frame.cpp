@@ -31,6 +31,13 @@ class CapitalBox : public QLineEdit {
   }
 };
 
+// The entry of the photo filter that shows lines with this mark; kAll for none.
+int photoFilterOf(const QString& mark) {
+  if (mark == QLatin1String("O") || mark == QString::fromUtf8("○")) return ListFilter::kAvailable;
+  if (mark == QLatin1String("X") || mark == QString::fromUtf8("×")) return ListFilter::kUnavailable;
+  return ListFilter::kAll;
+}
+
 // A column of the frame: the caption above its controls.
 void addColumn(QHBoxLayout* row, const QString& caption, const QList<QWidget*>& controls,
                int stretch = 0) {
@@ -186,35 +193,38 @@ void FilterFrame::clearAll() {
 
 void FilterFrame::setCount(std::size_t shownLines) { count_->setText(QString::number(shownLines)); }
 
-bool FilterFrame::filterBy(ListColumn column, const QString& text) {
+bool FilterFrame::canFilterBy(ListColumn column, const QString& text) {
+  if (column == kListPict) return photoFilterOf(text) != ListFilter::kAll;
+  return column != kListLine;
+}
+
+void FilterFrame::filterBy(ListColumn column, const QString& text) {
   switch (column) {
     case kListFlight:
       box(kFlight)->setText(text);
-      return true;
+      break;
+    case kListPict:
+      if (canFilterBy(column, text)) photo_->setCurrentIndex(photoFilterOf(text));
+      break;
     case kListRegistration:
       box(kRegistration)->setText(text);
-      return true;
+      break;
     case kListDeparture:
     case kListDestination:
       box(kAirport)->setText(text);
-      return true;
+      break;
     case kListEquipment:
       box(kEquipment)->setText(text);
-      return true;
+      break;
     case kListRemarks:
       box(kRemarks)->setText(text);
-      return true;
+      break;
     case kListTime:
       timeComparison_->setCurrentIndex(ListFilter::kPrefix);
       box(kTime)->setText(text);
-      return true;
-    case kListPict: {
-      const bool available = text == QLatin1String("O") || text == QString::fromUtf8("○");
-      photo_->setCurrentIndex(available ? ListFilter::kAvailable : ListFilter::kUnavailable);
-      return true;
-    }
+      break;
     default:
-      return false;
+      break;
   }
 }
 

@@ -33,9 +33,14 @@ class FilterFrame : public QFrame {
 
   void setCount(std::size_t shownLines);
 
-  /// Puts a cell's text into the box that filters its column; false for a
-  /// column without one.
-  bool filterBy(ListColumn column, const QString& text);
+  /// True when the frame can ask for the lines that have this text in the
+  /// column: there is no filter for line numbers, nor for the mark of a photo
+  /// that was opened.
+  [[nodiscard]] static bool canFilterBy(ListColumn column, const QString& text);
+
+  /// Sets the filter of a column to a cell's text; nothing where canFilterBy
+  /// is false.
+  void filterBy(ListColumn column, const QString& text);
 
   [[nodiscard]] QLineEdit* box(Box index) const { return boxes_[static_cast<std::size_t>(index)]; }
 
