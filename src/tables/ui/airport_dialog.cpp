@@ -5,6 +5,7 @@
 #include <QLabel>
 
 #include "core/helpers.h"
+#include "core/text.h"
 #include "core/ui/qt_desktop.h"
 #include "tables/ui/airport_group.h"
 
@@ -73,7 +74,7 @@ void AirportDialog::showEvent(QShowEvent* event) {
 }
 
 void AirportDialog::codeChanged() {
-  const QString capitals = code_->text().toUpper();
+  const QString capitals = toQString(toUpper(code_->text().toStdString()));
   if (capitals != code_->text()) {
     const QSignalBlocker blocker(code_);
     const int cursor = code_->cursorPosition();
@@ -93,7 +94,7 @@ void AirportDialog::OKButton_Click() {
   TableEdit edit;
   if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
   if (!editing_.rewrite(*enter_, edit, [] {})) {
-    reject();
+    if (editing_.desktop().isEnding()) reject();
     return;
   }
   code_->clear();

@@ -10,7 +10,7 @@
 namespace vel {
 namespace {
 
-constexpr qsizetype kCodeLength = 4;
+constexpr std::size_t kCodeLength = 4;
 constexpr const char* kNoCode = "Write 4-letter airport code. 4桁の空港コードを記入してください";
 
 QPushButton* makeTransferButton(QWidget* parent, int index, const QString& toolTip) {
@@ -132,11 +132,11 @@ AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
 }
 
 void AirportEditor::codeChanged() {
-  if (code_->text().size() != kCodeLength) {
+  if (length(code_->text().toStdString()) != kCodeLength) {
     name_->clear();
     return;
   }
-  const QString capitals = code_->text().toUpper();
+  const QString capitals = toQString(toUpper(code_->text().toStdString()));
   if (capitals != code_->text()) {
     const QSignalBlocker blocker(code_);
     const int cursor = code_->cursorPosition();
@@ -149,9 +149,7 @@ void AirportEditor::codeChanged() {
 
 bool acceptAirport(const TableEditing& editing, const QString& code, const QString& name,
                    TableEdit& edit) {
-  if (length(code.toStdString()) != static_cast<std::size_t>(kCodeLength)) {
-    return editing.refuse(kNoCode);
-  }
+  if (length(code.toStdString()) != kCodeLength) return editing.refuse(kNoCode);
   if (!editing.acceptTexts({code, name})) return false;
   edit.table = Table::airport;
   edit.key = code.toStdString();

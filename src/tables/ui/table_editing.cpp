@@ -24,15 +24,23 @@ bool TableEditing::canStore(const QString& text) const {
 
 bool TableEditing::rewrite(QPushButton& button, const TableEdit& edit,
                            const std::function<void()>& updateList) const {
+  // A disabled button hands the keyboard to its neighbour: it gets it back.
+  const bool hadFocus = button.hasFocus();
   button.setEnabled(false);
   labels_.showProcessing();
   const RewriteOutcome outcome =
       ReferenceTableRewrite(desktop_, tables_.folders(), tables_.encoding(), edit);
   if (outcome == RewriteOutcome::programEnds) return false;
-  updateList();
-  labels_.showComplete();
+  const bool written = outcome == RewriteOutcome::done;
+  if (written) {
+    updateList();
+    labels_.showComplete();
+  } else {
+    labels_.hideProcessing();
+  }
   button.setEnabled(true);
-  return true;
+  if (hadFocus) button.setFocus();
+  return written;
 }
 
 QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,

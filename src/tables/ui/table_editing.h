@@ -34,8 +34,8 @@ class TableEditing {
   bool canStore(const QString& text) const;
 
   /// Runs the rewrite with the button disabled and "Processing" shown; then
-  /// `updateList`, "Complete", and the button again. False when the program
-  /// ends, and nothing else is done then.
+  /// `updateList`, "Complete", and the button again. False when nothing was
+  /// written: the record was refused, or the program ends.
   bool rewrite(QPushButton& button, const TableEdit& edit,
                const std::function<void()>& updateList) const;
 
