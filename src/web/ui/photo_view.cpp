@@ -1,5 +1,6 @@
 #include "web/ui/photo_view.h"
 
+#include <QFile>
 #include <QImageReader>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -15,6 +16,18 @@ namespace {
 // More than the frame ever shows, on a screen of double scale too.
 constexpr int kLargestKept = 1600;
 
+// A JPEG file ends with these bytes, which no picture data holds. Some
+// programs leave a little of their own behind them.
+constexpr char kEndOfImage[] = "\xFF\xD9";
+constexpr qint64 kLongestTail = 4096;
+
+// The decoder would show the upper part of a file that was cut off.
+bool isWhole(QIODevice& file) {
+  file.seek(qMax(qint64{0}, file.size() - kLongestTail));
+  const bool whole = file.read(kLongestTail).contains(kEndOfImage);
+  return file.seek(0) && whole;
+}
+
 }  // namespace
 
 PhotoView::PhotoView(QWidget* parent) : QWidget(parent) {
@@ -27,15 +40,16 @@ PhotoView::PhotoView(QWidget* parent) : QWidget(parent) {
 }
 
 bool PhotoView::load(const std::filesystem::path& file) {
-  QImageReader reader(toQString(toUtf8(file)), "JPEG");
+  QFile bytes(toQString(toUtf8(file)));
+  if (!bytes.open(QIODevice::ReadOnly) || !isWhole(bytes)) return false;
+  QImageReader reader(&bytes, "JPEG");
   reader.setAutoTransform(true);
   const QSize size = reader.size();
   if (qMax(size.width(), size.height()) > kLargestKept) {
     reader.setScaledSize(size.scaled(kLargestKept, kLargestKept, Qt::KeepAspectRatio));
   }
   QImage picture = reader.read();
-  // A file that was cut off still gives its upper part, with an error.
-  if (picture.isNull() || reader.error() == QImageReader::InvalidDataError) return false;
+  if (picture.isNull()) return false;
   const bool turned = (reader.transformation() & QImageIOHandler::TransformationRotate90) != 0;
   picture_ = std::move(picture);
   pictureSize_ = turned ? size.transposed() : size;

@@ -18,7 +18,7 @@ class PhotoView : public QWidget {
   /// is shown then.
   bool load(const std::filesystem::path& file);
 
-  /// The true size of the shown picture in its own pixels; null without one.
+  /// The true size of the shown picture in its own pixels; invalid without one.
   [[nodiscard]] QSize pictureSize() const { return pictureSize_; }
 
   void clear();
