@@ -138,7 +138,8 @@ TEST_F(AcarsFilters, AllFiltersWorkTogether) {
 }
 
 TEST_F(AcarsFilters, ClearPutsEveryFilterBackAndReadsOnce) {
-  for (const char* name : {"Text4(0)", "Text4(1)", "Text4(2)", "Text4(4)", "Text4(5)", "Text4(6)"}) {
+  for (const char* name :
+       {"Text4(0)", "Text4(1)", "Text4(2)", "Text4(4)", "Text4(5)", "Text4(6)"}) {
     test::typeKeys(box(name), "Q");
   }
   test::choose(photo(), 2);
@@ -148,7 +149,8 @@ TEST_F(AcarsFilters, ClearPutsEveryFilterBackAndReadsOnce) {
   const long before = reads();
   click("Command9");
   EXPECT_EQ(reads(), before + 1);
-  for (const char* name : {"Text4(0)", "Text4(1)", "Text4(2)", "Text4(4)", "Text4(5)", "Text4(6)"}) {
+  for (const char* name :
+       {"Text4(0)", "Text4(1)", "Text4(2)", "Text4(4)", "Text4(5)", "Text4(6)"}) {
     EXPECT_EQ(text(name), "") << name;
   }
   EXPECT_EQ(photo().currentIndex(), 0);

@@ -31,7 +31,8 @@ class AcarsReading : public test::AcarsWindowTest {
   void writeLarge(const char* name) const {
     std::string log;
     for (std::size_t i = 0; i < kManyRows; ++i) {
-      log += "FL" + std::to_string(i) + ",O,JA" + std::to_string(i) + ",RJTT,KLAX,B744,,12:00:00\r\n";
+      log +=
+          "FL" + std::to_string(i) + ",O,JA" + std::to_string(i) + ",RJTT,KLAX,B744,,12:00:00\r\n";
     }
     test::writeBytes(base_.folders.logs / name, log);
   }
@@ -182,9 +183,10 @@ TEST_F(AcarsReading, ALogThatCannotBeReadIsToldOnceAndTheProgramGoesOn) {
 }
 
 TEST_F(AcarsReading, MalformedLinesAreReportedOnceAfterTheRead) {
-  base_.writeLog(kLog, {kHeaderLine, "A1,O,R,D,E,Q,M,01:00:00", "", "no comma",
-                        "five,fields,only,2,3", "A2,O,R,D,E,Q,M,01:00:00", "A3,O,R,D,E,Q,M,01:00:00",
-                        "A4,O,R,D,E,Q,M,01:00:00", "1,2,3,4,5,6,7,8,九"});
+  base_.writeLog(kLog,
+                 {kHeaderLine, "A1,O,R,D,E,Q,M,01:00:00", "", "no comma", "five,fields,only,2,3",
+                  "A2,O,R,D,E,Q,M,01:00:00", "A3,O,R,D,E,Q,M,01:00:00", "A4,O,R,D,E,Q,M,01:00:00",
+                  "1,2,3,4,5,6,7,8,九"});
   desktop_.onMessage = [this](const std::string&) {
     EXPECT_EQ(test::control<QLabel>(*program_->mainWindow(), "Label3").text(), "4");
     EXPECT_EQ(desktop_.runLogLines.back(), "Start GetLogData");
@@ -244,8 +246,7 @@ TEST_F(AcarsReading, TheKeptCursorIsAPlaceInTheShownOrder) {
   clickTitle(kListFlight);
   select(0);
   EXPECT_EQ(list().selectedText(kListFlight), "BA0007");
-  base_.writeLog(kLog, {"NH0105,X,JA731A,RJTT,PHNL,B773,,09:35:00",
-                        "AA0001,O,N1,D,E,Q,,01:00:00"});
+  base_.writeLog(kLog, {"NH0105,X,JA731A,RJTT,PHNL,B773,,09:35:00", "AA0001,O,N1,D,E,Q,,01:00:00"});
   click("Command5");
   settle();
   EXPECT_EQ(list().listIndex(), 0);

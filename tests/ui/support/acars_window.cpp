@@ -16,11 +16,11 @@ void writePhoto(const std::filesystem::path& path, int width, int height) {
 AcarsWindowTest::AcarsWindowTest() {
   base_.writeData("aircraft.csv", {"JA8089,B744", "JA731A,B773", "G-CIVE,B744"});
   base_.writeData("FLIGHT.csv", {"JL0012,RJTTKLAX,Daily", "NH0105,RJTTPHNL,-"});
-  base_.writeData("airport.csv", {"RJTT,Tokyo Haneda HND", "RJAA,Tokyo Narita NRT",
-                                  "KLAX,Los Angeles LAX", "PHNL,Honolulu HNL",
-                                  "EGLL,London Heathrow LHR"});
-  base_.writeData("letter.csv", {"JL,JAL,Japan Airlines", "NH,ANA,All Nippon Airways",
-                                 "BA,BAW,British Airways"});
+  base_.writeData("airport.csv",
+                  {"RJTT,Tokyo Haneda HND", "RJAA,Tokyo Narita NRT", "KLAX,Los Angeles LAX",
+                   "PHNL,Honolulu HNL", "EGLL,London Heathrow LHR"});
+  base_.writeData("letter.csv",
+                  {"JL,JAL,Japan Airlines", "NH,ANA,All Nippon Airways", "BA,BAW,British Airways"});
   base_.writeLog(kLog, {kHeaderLine, "JL0012,O,JA8089,RJTT,KLAX,B744,Log remark,9:05:00",
                         "NH0105,X,JA731A,RJTT,PHNL,B773,定期便,09:35:00",
                         "BA0007,○,G-CIVE,EGLL,RJAA,B744,,10:00:00",
