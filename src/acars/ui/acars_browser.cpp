@@ -69,6 +69,8 @@ const QStringList& columnTitles() {
   return titles;
 }
 
+const QString kLongestLogName = QStringLiteral("20260131_list.csv");
+
 // The tour stands beside the titles: Flight ends left of 116 pixels, Pict left
 // of 152, the route left of 364, and Equipment begins right of 346.
 const QList<int> kColumnWidths = {42, 62, 36, 96, 56, 56, 130, 300, 80};
@@ -127,7 +129,9 @@ QWidget* AcarsBrowser::makeTopRow() {
   logFile_->setObjectName(QStringLiteral("Combo1"));
   logFile_->setAccessibleName(tr("Log file"));
   logFile_->setToolTip(tr("Log of a day\n日付別ログファイル"));
-  logFile_->setFixedWidth(150);
+  // The designed width is for the usual font; a larger font takes more.
+  const int nameWidth = logFile_->fontMetrics().horizontalAdvance(kLongestLogName);
+  logFile_->setFixedWidth(qMax(150, nameWidth + 36));
   auto* caption = new QLabel(tr("LIST Log &file"), row);
   caption->setBuddy(logFile_);
   line->addWidget(caption);

@@ -64,7 +64,7 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
     };
   };
   airline_ = new AirlineEditor(editing_, isLineSelected, markLine, this);
-  airline_->setMinimumWidth(kAirlineColumnWidth);
+  airline_->setMinimumWidth(qMax(kAirlineColumnWidth, airline_->minimumSizeHint().width()));
   airportEditor_ = new AirportEditor(editing_, this);
   keepPlaceWhenHidden(airline_);
 
@@ -149,7 +149,6 @@ QWidget* DetailPanel::makePhotoColumn() {
 
 QWidget* DetailPanel::makeFlightColumn() {
   auto* column = new QWidget(this);
-  column->setMinimumWidth(kFlightColumnWidth);
   const auto isLineSelected = [this] { return list_->listIndex() >= 0; };
   const auto updateLine = [this]() -> std::function<void()> {
     const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
@@ -193,6 +192,8 @@ QWidget* DetailPanel::makeFlightColumn() {
   rows->setRowStretch(3, 1);
   keepPlaceWhenHidden(flight_);
   keepPlaceWhenHidden(busy_);
+  // A larger font takes more.
+  column->setMinimumWidth(qMax(kFlightColumnWidth, column->minimumSizeHint().width()));
   return column;
 }
 

@@ -38,6 +38,22 @@ int photoFilterOf(const QString& mark) {
   return ListFilter::kAll;
 }
 
+// As much as a filter box has to show at once.
+QString longestText(FilterFrame::Box index) {
+  switch (index) {
+    case FilterFrame::kFlight:
+      return QStringLiteral("XX0000");
+    case FilterFrame::kAirport:
+      return QStringLiteral("XXXX");
+    case FilterFrame::kEquipment:
+      return QStringLiteral("X000");
+    case FilterFrame::kTime:
+      return QStringLiteral("00:00:00");
+    default:
+      return QStringLiteral("X000000");
+  }
+}
+
 // A column of the frame: the caption above its controls.
 void addColumn(QHBoxLayout* row, const QString& caption, const QList<QWidget*>& controls,
                int stretch = 0) {
@@ -65,7 +81,7 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
 
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(3, 0, 5, 2);
-  row->setSpacing(4);
+  row->setSpacing(3);
   auto* title = new QLabel(tr("Filter"), this);
   QFont bold = title->font();
   bold.setBold(true);
@@ -152,11 +168,10 @@ QLineEdit* FilterFrame::makeBox(Box index, const QString& accessibleName, const 
   box->setToolTip(toolTip);
   if (width > 0) {
     // The designed width is for the usual font; a larger font takes more.
-    const QString usual = QString(index == kFlight ? 6 : 7, QLatin1Char('0'));
-    const int characters = box->fontMetrics().horizontalAdvance(usual);
-    box->setFixedWidth(qMax(width, characters + 12));
+    const int text = box->fontMetrics().horizontalAdvance(longestText(index));
+    box->setFixedWidth(qMax(width, text + 12));
   } else {
-    box->setMinimumWidth(60);
+    box->setMinimumWidth(48);
   }
   connect(box, &QLineEdit::textChanged, this, &FilterFrame::Text4_Change);
   boxes_[static_cast<std::size_t>(index)] = box;
