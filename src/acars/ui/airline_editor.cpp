@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/ui/qt_desktop.h"
+#include "core/ui/small_title.h"
 
 namespace vel {
 namespace {
@@ -54,6 +55,7 @@ AirlineEditor::AirlineEditor(const TableEditing& editing, IsLineSelected isLineS
   QWidget::setTabOrder(threeLetter_, display_);
   QWidget::setTabOrder(display_, company_);
   QWidget::setTabOrder(company_, enter_);
+  useSmallTitle(*this);
   setFourFields(false);
   connect(enter_, &QPushButton::clicked, this, &AirlineEditor::Command6_Click);
 }

@@ -10,6 +10,7 @@
 #include "acars/list_log.h"
 #include "core/text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/small_title.h"
 #include "tables/ui/airport_dialog.h"
 
 namespace vel {
@@ -136,6 +137,7 @@ QWidget* DetailPanel::makePhotoColumn() {
   line->setSpacing(4);
   line->addWidget(equipment_);
   line->addWidget(enter_);
+  useSmallTitle(*aircraftFrame_);
   keepPlaceWhenHidden(aircraftFrame_);
 
   auto* rows = new QVBoxLayout(column);

@@ -8,6 +8,7 @@
 #include "core/text.h"
 #include "core/ui/elided_button.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/small_title.h"
 #include "tables/route_paste.h"
 
 namespace vel {
@@ -64,12 +65,6 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   codes->addWidget(new QLabel(tr("DEST"), this));
   codes->addWidget(destination_);
   codes->addStretch();
-  // The first row is kept low: the guided tour stands close below it.
-  const int rowHeight = departure_->sizeHint().height() - 1;
-  for (QWidget* each : {static_cast<QWidget*>(departure_), static_cast<QWidget*>(destination_),
-                        static_cast<QWidget*>(paste_)}) {
-    each->setMaximumHeight(rowHeight);
-  }
   codes->addWidget(paste_);
   rows->addLayout(codes);
   for (std::size_t i = 0; i < names_.size(); ++i) {
@@ -92,6 +87,8 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   QWidget::setTabOrder(departure_, destination_);
   QWidget::setTabOrder(destination_, remark_);
   QWidget::setTabOrder(remark_, enter_);
+
+  useSmallTitle(*this);
 
   connect(departure_, &QLineEdit::textChanged, this, [this] { Text2_Change(0); });
   connect(destination_, &QLineEdit::textChanged, this, [this] { Text2_Change(1); });
