@@ -1,0 +1,84 @@
+#include "core/ui/outer_placement.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+
+#include "core/ui/twips.h"
+
+namespace vel {
+namespace {
+
+constexpr int kSettleInterval = 40;
+constexpr int kSettleTries = 12;
+// A window manager reports a new size a moment before the new state.
+constexpr int kSteadyMilliseconds = 250;
+
+// The rectangle, moved so that its title bar can be reached on some screen.
+QRect reachable(QRect rect) {
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const QRect area = screen->availableGeometry();
+    if (area.intersects(QRect(rect.x() + 40, rect.y(), rect.width() - 80, 20))) return rect;
+  }
+  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+  rect.moveLeft(qBound(area.left(), rect.left(), qMax(area.left(), area.right() - rect.width())));
+  rect.moveTop(qBound(area.top(), rect.top(), qMax(area.top(), area.bottom() - rect.height())));
+  return rect;
+}
+
+}  // namespace
+
+QRect outerTwips(const QWidget& window) {
+  const QRect outer = window.frameGeometry();
+  return {toTwips(outer.x()), toTwips(outer.y()), toTwips(outer.width()), toTwips(outer.height())};
+}
+
+OuterPlacement::OuterPlacement(QWidget& window) : QObject(&window), window_(window) {
+  timer_.setInterval(kSettleInterval);
+  connect(&timer_, &QTimer::timeout, this, &OuterPlacement::settle);
+}
+
+void OuterPlacement::place(const QRect& outer) {
+  wanted_ = reachable(QRect(toPixels(outer.x()), toPixels(outer.y()), toPixels(outer.width()),
+                            toPixels(outer.height())));
+  apply();
+  if (window_.isVisible()) windowShown();
+}
+
+void OuterPlacement::windowShown() {
+  tries_ = 0;
+  timer_.start();
+}
+
+void OuterPlacement::apply() {
+  const QWindow* handle = window_.windowHandle();
+  const QMargins frame = handle != nullptr ? handle->frameMargins() : QMargins();
+  window_.resize(wanted_.marginsRemoved(frame).size());
+  window_.move(wanted_.topLeft());
+}
+
+void OuterPlacement::settle() {
+  const bool normal = !window_.isMinimized() && !window_.isMaximized() && !window_.isFullScreen();
+  if (wanted_.isNull() || !normal || ++tries_ > kSettleTries) {
+    timer_.stop();
+    wanted_ = QRect();
+    Q_EMIT settled();
+    return;
+  }
+  if (window_.frameGeometry() != wanted_) apply();
+}
+
+void SteadyPlace::replacing(const QRect& before) {
+  if (!sinceReplaced_.isValid() || sinceReplaced_.elapsed() > kSteadyMilliseconds) {
+    steady_ = before;
+  }
+  sinceReplaced_.start();
+}
+
+QRect SteadyPlace::placeToGoBackTo() const {
+  const bool justNow = sinceReplaced_.isValid() && sinceReplaced_.elapsed() <= kSteadyMilliseconds;
+  return justNow ? steady_ : QRect();
+}
+
+}  // namespace vel
