@@ -372,6 +372,7 @@ void AcarsBrowser::Command7_Click(int index) {
   }
   if (index == kPhotoSearch) searchPhoto();
   if (index == kFlightSearch) searchFlight();
+  if (index == kRawLog) web_.rawLogs().open(list_->selectedText(kListRegistration));
 }
 
 void AcarsBrowser::searchPhoto() {
@@ -421,6 +422,7 @@ void AcarsBrowser::showContextMenu(const QPoint& position) {
   menu.addAction(tr("Search photo"), this, [this] { Command7_Click(kPhotoSearch); });
   menu.addAction(tr("Search flight"), this, [this] { Command7_Click(kFlightSearch); });
   menu.addAction(tr("Open photo"), panel_, &DetailPanel::openSelectedPhoto);
+  menu.addAction(tr("Open raw log"), this, [this] { Command7_Click(kRawLog); });
   menu.exec(list_->viewport()->mapToGlobal(position));
 }
 

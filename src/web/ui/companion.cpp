@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <utility>
 
 #include "core/file.h"
 #include "core/ui/qt_desktop.h"
@@ -16,12 +17,18 @@ constexpr int kEndMilliseconds = 2000;
 }  // namespace
 
 Companion::Companion(const Folders& folders, const QString& executable)
-    : folders_(folders), executable_(executable) {}
+    : folders_(folders), executable_(executable) {
+  startTime_.setSingleShot(true);
+  startTime_.setInterval(kStartMilliseconds);
+  connect(&startTime_, &QTimer::timeout, this, &Companion::giveUp);
+}
 
 Companion::~Companion() {
   if (process_ == nullptr) return;
+  process_->disconnect(this);
   process_->closeWriteChannel();
-  if (!process_->waitForFinished(kEndMilliseconds)) process_->kill();
+  if (process_->waitForFinished(kEndMilliseconds)) return;
+  process_->kill();
   process_->waitForFinished(kEndMilliseconds);
 }
 
@@ -29,22 +36,76 @@ QString Companion::defaultExecutable() {
   return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("velweb"));
 }
 
-std::string Companion::address() {
-  if (process_ != nullptr && process_->state() == QProcess::Running) return address_;
+bool Companion::isUp() const {
+  return process_ != nullptr && process_->state() == QProcess::Running && !address_.empty();
+}
+
+void Companion::begin() {
+  if (starting_) return;
+  starting_ = true;
+  address_.clear();
   process_ = std::make_unique<QProcess>();
   process_->setProcessChannelMode(QProcess::SeparateChannels);
   process_->setStandardErrorFile(QProcess::nullDevice());
+  connect(process_.get(), &QProcess::readyReadStandardOutput, this, &Companion::takeAddress);
+  connect(process_.get(), &QProcess::errorOccurred, this, &Companion::giveUp);
+  connect(process_.get(), &QProcess::finished, this, &Companion::giveUp);
+  startTime_.start();
   process_->start(executable_,
                   {QStringLiteral("--program-folder"), toQString(toUtf8(folders_.program)),
                    QStringLiteral("--parent-pipe")});
-  address_.clear();
+}
+
+void Companion::takeAddress() {
+  if (!starting_ || !process_->canReadLine()) return;
+  const std::string line = process_->readLine().trimmed().toStdString();
+  if (!line.starts_with("http://")) {
+    giveUp();
+    return;
+  }
+  starting_ = false;
+  startTime_.stop();
+  address_ = line;
+  answerRequests();
+}
+
+void Companion::giveUp() {
+  if (!starting_) return;
+  starting_ = false;
+  startTime_.stop();
+  // Reached from the process's own signals: it has to outlive this call.
+  QProcess* process = process_.release();
+  process->disconnect(this);
+  process->kill();
+  process->deleteLater();
+  answerRequests();
+}
+
+void Companion::answerRequests() {
+  for (const Request& request : std::exchange(requests_, {})) {
+    if (request.context != nullptr) request.ready(address_);
+  }
+}
+
+void Companion::request(QObject* context, Ready ready) {
+  requests_.push_back({context, std::move(ready)});
+  if (isUp()) {
+    QMetaObject::invokeMethod(this, &Companion::answerRequests, Qt::QueuedConnection);
+    return;
+  }
+  begin();
+}
+
+std::string Companion::address() {
+  if (isUp()) return address_;
+  begin();
   QElapsedTimer waited;
   waited.start();
-  while (!process_->canReadLine()) {
-    const auto left = kStartMilliseconds - static_cast<int>(waited.elapsed());
-    if (left <= 0 || !process_->waitForReadyRead(left)) return {};
+  while (starting_) {
+    const int left = kStartMilliseconds - static_cast<int>(waited.elapsed());
+    if (left > 0 && process_->waitForReadyRead(left)) continue;
+    giveUp();
   }
-  address_ = process_->readLine().trimmed().toStdString();
   return address_;
 }
 

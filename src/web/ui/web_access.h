@@ -5,29 +5,44 @@
 
 #include "core/ui/program.h"
 #include "web/ui/companion.h"
+#include "web/ui/raw_log_viewer.h"
 
 namespace vel {
 
-/// The system's own web site as the windows reach it: the host that
-/// services.ini names, or the companion service.
+/// What both browsers share of the web module: the system's own web site, as
+/// the host that services.ini names or the companion service, and the one raw
+/// log viewer.
 class WebAccess {
  public:
-  explicit WebAccess(Program& program) : program_(program), companion_(program.folders()) {}
+  /// The program outlives this object. `companion` is velweb's path.
+  explicit WebAccess(Program& program, const QString& companion = Companion::defaultExecutable())
+      : program_(program), companion_(program.folders(), companion), rawLogs_(program, *this) {}
 
   /// Scheme and host for the flight page; starts the companion service where
   /// no host is named. Empty when there is none.
-  std::string homepage() { return hostOr(program_.services().homepage); }
-
-  /// Scheme and host of the KML conversion, likewise.
-  std::string conversion() { return hostOr(program_.services().conversion); }
-
- private:
-  std::string hostOr(const std::string& named) {
+  std::string homepage() {
+    const std::string& named = program_.services().homepage;
     return named.empty() ? companion_.address() : named;
   }
 
+  /// Calls `ready` with scheme and host of the KML conversion, empty when
+  /// there is none; from the event loop where the companion service has to
+  /// answer, and not when `context` is gone by then.
+  void requestConversion(QObject* context, const Companion::Ready& ready) {
+    const std::string& named = program_.services().conversion;
+    if (named.empty()) {
+      companion_.request(context, ready);
+    } else {
+      ready(named);
+    }
+  }
+
+  [[nodiscard]] RawLogs& rawLogs() { return rawLogs_; }
+
+ private:
   Program& program_;
   Companion companion_;
+  RawLogs rawLogs_;
 };
 
 }  // namespace vel
