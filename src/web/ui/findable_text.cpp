@@ -1,5 +1,6 @@
 #include "web/ui/findable_text.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QFontDatabase>
 #include <QHBoxLayout>
@@ -12,9 +13,12 @@
 namespace vel {
 namespace {
 
-// A line of any length may come over the air, and the time to lay a line out
-// grows with its length: longer ones are broken. Real messages stay far below.
+// Lines of any length, and any number of them, may come over the air. The time
+// to lay a line out grows with its length, so longer ones are broken; memory
+// grows with their number, so what follows so many is left out. Real logs stay
+// far below both.
 constexpr qsizetype kLongestLine = 8000;
+constexpr int kMostLines = 500'000;
 
 // A family in which a Japanese letter is as wide as two Latin ones.
 QFont fixedPitchFont() {
@@ -34,23 +38,30 @@ QFont fixedPitchFont() {
   }
   font.setStyleHint(QFont::Monospace);
   font.setFixedPitch(true);
+  // Half-width letters of these families are narrow and fine.
+  font.setPointSizeF(QApplication::font().pointSizeF() + 1);
   return font;
 }
 
-QString withoutEndlessLines(const QString& text) {
+QString withinLimits(const QString& text) {
   QString broken;
   qsizetype copied = 0;
   qsizetype lineStart = 0;
+  int lines = 0;
   while (lineStart < text.size()) {
-    qsizetype lineEnd = text.indexOf(QLatin1Char('\n'), lineStart);
-    if (lineEnd < 0) lineEnd = text.size();
-    for (; lineEnd - lineStart > kLongestLine; lineStart += kLongestLine) {
-      const qsizetype cut = lineStart + kLongestLine;
-      broken += QStringView(text).mid(copied, cut - copied);
-      broken += QLatin1Char('\n');
-      copied = cut;
+    if (++lines > kMostLines) {
+      broken += QStringView(text).mid(copied, lineStart - copied);
+      return broken + QStringLiteral("[The rest is not shown. 以降は表示されません。]");
     }
-    lineStart = lineEnd + 1;
+    const qsizetype within = QStringView(text).mid(lineStart, kLongestLine + 1).indexOf(u'\n');
+    qsizetype next = within < 0 ? text.size() : lineStart + within + 1;
+    if (within < 0 && next - lineStart > kLongestLine) {
+      next = lineStart + kLongestLine;
+      broken += QStringView(text).mid(copied, next - copied);
+      broken += QLatin1Char('\n');
+      copied = next;
+    }
+    lineStart = next;
   }
   if (copied == 0) return text;
   broken += QStringView(text).mid(copied);
@@ -93,7 +104,6 @@ QWidget* FindableText::makeFindBar() {
   bar->setObjectName(QStringLiteral("Frame2"));
   bar->setAutoFillBackground(true);
   bar->setBackgroundRole(QPalette::Window);
-  bar->setFont(parentWidget()->font());
   bar->setCursor(Qt::ArrowCursor);
 
   searched_ = new QLineEdit(bar);
@@ -151,7 +161,7 @@ void FindableText::showText(const QString& text) {
   const QTextCursor reader = textCursor();
   const int down = verticalScrollBar()->value();
   shown_ = text;
-  setPlainText(withoutEndlessLines(text));
+  setPlainText(withinLimits(text));
   if (!goesOn) return;
   QTextCursor cursor = textCursor();
   cursor.setPosition(reader.anchor());
