@@ -158,14 +158,16 @@ QWidget* FindableText::makeFindBar() {
 void FindableText::showText(const QString& text) {
   if (text == shown_) return;
   const bool goesOn = !shown_.isEmpty() && text.startsWith(shown_);
-  const QTextCursor reader = textCursor();
+  // A cursor would follow the change to the beginning.
+  const int anchor = textCursor().anchor();
+  const int position = textCursor().position();
   const int down = verticalScrollBar()->value();
   shown_ = text;
   setPlainText(withinLimits(text));
   if (!goesOn) return;
   QTextCursor cursor = textCursor();
-  cursor.setPosition(reader.anchor());
-  cursor.setPosition(reader.position(), QTextCursor::KeepAnchor);
+  cursor.setPosition(anchor);
+  cursor.setPosition(position, QTextCursor::KeepAnchor);
   setTextCursor(cursor);
   verticalScrollBar()->setValue(down);
 }

@@ -126,7 +126,6 @@ void KmlExport::post(const std::string& host) {
     // Once all is sent, the service is at work for a time nobody knows.
     Q_EMIT progressed(sent, sent == total ? -1 : total);
   });
-  connect(reply_, &QNetworkReply::downloadProgress, this, &KmlExport::progressed);
   connect(reply_, &QNetworkReply::metaDataChanged, this, &KmlExport::takeHeaders);
   connect(reply_, &QNetworkReply::readyRead, this, &KmlExport::takeAnswer);
   connect(reply_, &QNetworkReply::finished, this, &KmlExport::finish);
@@ -143,13 +142,17 @@ void KmlExport::takeAnswer() {
   silence_.start();
   while (reply_ != nullptr) {
     const QByteArray chunk = reply_->read(kChunk);
-    if (chunk.isEmpty()) return;
+    if (chunk.isEmpty()) break;
     if (answer_.size() + static_cast<std::size_t>(chunk.size()) > kLargestAnswer) {
       failOnSize();
       return;
     }
     answer_.append(chunk.constData(), static_cast<std::size_t>(chunk.size()));
   }
+  if (reply_ == nullptr) return;
+  const QVariant length = reply_->header(QNetworkRequest::ContentLengthHeader);
+  Q_EMIT progressed(static_cast<qint64>(answer_.size()),
+                    length.isValid() ? length.toLongLong() : -1);
 }
 
 void KmlExport::finish() {

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QScreen>
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
@@ -157,11 +158,16 @@ void RawLogViewer::Form_Load() {
   const auto whole = [](double twips, double otherwise) {
     return wholeTwips(twips, static_cast<int>(otherwise));
   };
+  // A window beyond all screens could not be used, and a damaged size would
+  // take all memory.
+  const QSize screens = screen()->virtualSize();
+  const QSize size = QSize(whole(env.env_Form3_Width, designed.env_Form3_Width),
+                           whole(env.env_Form3_Height, designed.env_Form3_Height))
+                         .boundedTo(screens * kTwipsPerPixel);
   normalPlace_ = QRect();
-  placement_->place(QRect(whole(env.env_Form3_Left, designed.env_Form3_Left),
-                          whole(env.env_Form3_Top, designed.env_Form3_Top),
-                          whole(env.env_Form3_Width, designed.env_Form3_Width),
-                          whole(env.env_Form3_Height, designed.env_Form3_Height)));
+  placement_->place(QRect(QPoint(whole(env.env_Form3_Left, designed.env_Form3_Left),
+                                 whole(env.env_Form3_Top, designed.env_Form3_Top)),
+                          size));
 }
 
 void RawLogViewer::Form_Activate() {
