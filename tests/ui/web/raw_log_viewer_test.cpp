@@ -207,7 +207,8 @@ TEST_F(RawLogViewerTest, ComingBackFromItsOwnDialogReadsNothing) {
     QDialog dialog(viewer());
     dialog.show();
     dialog.activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    ASSERT_TRUE(waitFor(
+        [&dialog] { return QGuiApplication::focusWindow() == dialog.windowHandle(); }));
   }
   comeBack();
   ASSERT_EQ(QGuiApplication::focusWindow(), viewer()->windowHandle());
