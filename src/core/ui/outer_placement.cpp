@@ -10,8 +10,12 @@
 namespace vel {
 namespace {
 
+// Time enough for a window manager to dress and place a window. Some looks in a
+// row at the right place end it early; more of them as long as no frame is seen.
 constexpr int kSettleInterval = 40;
-constexpr int kSettleTries = 12;
+constexpr int kSettleTicks = 12;
+constexpr int kSettledTicks = 2;
+constexpr int kFramelessTicks = 5;
 // A window manager reports a new size a moment before the new state.
 constexpr int kSteadyMilliseconds = 250;
 
@@ -47,7 +51,8 @@ void OuterPlacement::place(const QRect& outer) {
 }
 
 void OuterPlacement::windowShown() {
-  tries_ = 0;
+  ticks_ = 0;
+  settledTicks_ = 0;
   timer_.start();
 }
 
@@ -59,14 +64,20 @@ void OuterPlacement::apply() {
 }
 
 void OuterPlacement::settle() {
+  const QWindow* handle = window_.windowHandle();
+  // Until the window manager shows the window, nothing of it can be judged.
+  if (window_.isVisible() && !handle->isExposed()) return;
   const bool normal = !window_.isMinimized() && !window_.isMaximized() && !window_.isFullScreen();
-  if (wanted_.isNull() || !normal || ++tries_ > kSettleTries) {
+  const bool placed = wanted_.isNull() || !normal || window_.frameGeometry() == wanted_;
+  settledTicks_ = placed ? settledTicks_ + 1 : 0;
+  const int needed = handle->frameMargins().isNull() ? kFramelessTicks : kSettledTicks;
+  if (!window_.isVisible() || settledTicks_ >= needed || ++ticks_ > kSettleTicks) {
     timer_.stop();
     wanted_ = QRect();
     Q_EMIT settled();
     return;
   }
-  if (window_.frameGeometry() != wanted_) apply();
+  if (!placed) apply();
 }
 
 void SteadyPlace::replacing(const QRect& before) {

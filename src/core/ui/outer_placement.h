@@ -33,7 +33,7 @@ class OuterPlacement : public QObject {
   [[nodiscard]] bool isSettling() const { return !wanted_.isNull() && timer_.isActive(); }
 
  Q_SIGNALS:
-  /// The window stands where it is wanted, or will not go there.
+  /// The window stands where it is wanted with its frame, or will not go there.
   void settled();
 
  private:
@@ -43,7 +43,8 @@ class OuterPlacement : public QObject {
   QWidget& window_;
   QRect wanted_;  // pixels; null when the window stands where it should
   QTimer timer_;
-  int tries_ = 0;
+  int ticks_ = 0;
+  int settledTicks_ = 0;
 };
 
 /// Tells a normal place that stood for a while from one that was recorded the

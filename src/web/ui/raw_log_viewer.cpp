@@ -51,7 +51,11 @@ RawLogViewer::RawLogViewer(Program& program, WebAccess& web) : program_(program)
   setTabOrder(text_, sendToMap_);
   placement_ = new OuterPlacement(*this);
 
-  connect(placement_, &OuterPlacement::settled, this, &RawLogViewer::recordPlace);
+  connect(placement_, &OuterPlacement::settled, this, [this] {
+    // The frame may have come without a change of size.
+    Form_Resize();
+    recordPlace();
+  });
   connect(export_, &KmlExport::started, this, [this] { showExportRunning(true); });
   connect(export_, &KmlExport::progressed, this, &RawLogViewer::showProgress);
   connect(export_, &KmlExport::ended, this, [this] { showExportRunning(false); });
