@@ -170,10 +170,9 @@ TEST_F(AcarsList, TheMenuOffersItsEntriesInOrder) {
     for (const QAction* action : menu.actions()) {
       if (!action->isSeparator()) captions.push_back(captionOf(*action));
     }
-    ASSERT_GE(captions.size(), 6U);
-    captions.resize(6);
-    EXPECT_THAT(captions, ElementsAre("Copy cell", "Copy line", "Filter by this value",
-                                      "Search photo", "Search flight", "Open photo"));
+    EXPECT_THAT(captions,
+                ElementsAre("Copy cell", "Copy line", "Filter by this value", "Search photo",
+                            "Search flight", "Open photo", "Open raw log"));
   });
 }
 
