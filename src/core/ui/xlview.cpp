@@ -39,9 +39,8 @@ xLView::xLView(LogListModel* model, const QList<int>& widths, QWidget* parent)
 
 void xLView::sortByTitle(int column) {
   const bool again = model_->sortColumn() == column;
-  const Qt::SortOrder order = again && model_->sortOrder() == Qt::AscendingOrder
-                                  ? Qt::DescendingOrder
-                                  : Qt::AscendingOrder;
+  const Qt::SortOrder order =
+      again && model_->sortOrder() == Qt::AscendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder;
   model_->sort(column, order);
   horizontalHeader()->setSortIndicator(column, order);
   horizontalHeader()->setSortIndicatorShown(true);
@@ -86,8 +85,8 @@ void xLView::copyLines() const {
 }
 
 void xLView::copyCell() const {
-  const QModelIndex current = currentIndex();
-  if (current.isValid()) Q_EMIT copied(toQString(model_->cell(current.row(), current.column())));
+  if (listIndex() < 0) return;
+  Q_EMIT copied(toQString(model_->cell(listIndex(), currentIndex().column())));
 }
 
 void xLView::keyPressEvent(QKeyEvent* event) {
@@ -101,10 +100,25 @@ void xLView::keyPressEvent(QKeyEvent* event) {
 
 void xLView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTableView::currentChanged(current, previous);
-  if (current.row() != previous.row()) {
-    // The selection follows the current row only after this call.
-    QMetaObject::invokeMethod(this, &xLView::listIndexChanged, Qt::QueuedConnection);
-  }
+  followLater();
+}
+
+void xLView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+  QTableView::selectionChanged(selected, deselected);
+  followLater();
+}
+
+void xLView::followLater() {
+  // A line is the selected one when it is both current and selected; the two
+  // change one after the other, or only one of them does.
+  QMetaObject::invokeMethod(this, &xLView::follow, Qt::QueuedConnection);
+}
+
+void xLView::follow() {
+  const int index = listIndex();
+  if (index == (told_.isValid() ? told_.row() : -1)) return;
+  told_ = index < 0 ? QModelIndex() : model_->index(index, 0);
+  Q_EMIT listIndexChanged();
 }
 
 }  // namespace vel

@@ -39,11 +39,15 @@ class xLView : public QTableView {
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
  private:
   void sortByTitle(int column);
+  void followLater();
+  void follow();
 
   LogListModel* model_;
+  QPersistentModelIndex told_;  // the line that listIndexChanged told last
 };
 
 }  // namespace vel
