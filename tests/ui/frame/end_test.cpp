@@ -1,0 +1,106 @@
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+#include "tests/ui/support/acars_window.h"
+#include "tests/ui/support/plain_browser.h"
+
+namespace vel {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class ProgramEnd : public test::AcarsWindowTest {
+ protected:
+  [[nodiscard]] fs::path envFile() const { return base_.folders.program / "vel.env"; }
+};
+
+TEST_F(ProgramEnd, ClosingTheWindowSavesTheSettingsAndEndsTheProgram) {
+  start();
+  ASSERT_FALSE(fileExists(envFile()));
+  window().close();
+  EXPECT_TRUE(desktop_.ended);
+  EXPECT_EQ(desktop_.exitStatus, 0);
+  const std::string saved = test::readBytes(envFile());
+  EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 18);
+  EXPECT_TRUE(saved.starts_with("\"env_regDefName0\",\"USER DEF\"\r\n"));
+  EXPECT_TRUE(saved.ends_with("\"env_Config\",0\r\n"));
+  EXPECT_THAT(listFolder(base_.folders.program).value(), ElementsAre("services.ini", "vel.env"));
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+}
+
+TEST_F(ProgramEnd, TheFirstUnloadRecordsTheWindowsPlace) {
+  start();
+  settings().env_Form1_Top = -1;
+  settings().env_Form1_Left = -1;
+  window().close();
+  EXPECT_EQ(settings().env_Form1_Top, window().frameGeometry().y() * 15);
+  EXPECT_EQ(settings().env_Form1_Left, window().frameGeometry().x() * 15);
+  EXPECT_FALSE(program_->firstUnload);
+}
+
+TEST_F(ProgramEnd, OtherWindowsAreUnloadedBeforeTheSettingsAreSaved) {
+  start();
+  bool unloaded = false;
+  program_->addUnloadStep([&] {
+    unloaded = true;
+    EXPECT_FALSE(fileExists(envFile()));
+    settings().env_Form3_Width = 12345;
+  });
+  window().close();
+  EXPECT_TRUE(unloaded);
+  EXPECT_THAT(test::readBytes(envFile()), HasSubstr("\"env_Form3_Width\",12345\r\n"));
+}
+
+TEST_F(ProgramEnd, AFatalErrorEndsWithStatusOneAndSavesNothing) {
+  start();
+  fs::remove(base_.folders.data / "aircraft.csv");
+  select(0);
+  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #53"));
+  EXPECT_EQ(desktop_.exitStatus, 1);
+  window().close();
+  EXPECT_EQ(desktop_.exitStatus, 1);
+  EXPECT_FALSE(fileExists(envFile()));
+}
+
+TEST_F(ProgramEnd, AfterAFatalErrorTheOldSettingsStand) {
+  test::writeBytes(envFile(), "\"env_regSchCmb\",1\r\n");
+  start();
+  test::choose(find<QComboBox>("Combo2"), 3);
+  fs::remove(base_.folders.data / "letter.csv");
+  select(0);
+  window().close();
+  EXPECT_EQ(test::readBytes(envFile()), "\"env_regSchCmb\",1\r\n");
+}
+
+TEST_F(ProgramEnd, ClosingTheOtherBrowserEndsTheProgramToo) {
+  program_ = std::make_unique<Program>(desktop_, base_.folders);
+  web_ = std::make_unique<WebAccess>(*program_);
+  program_->setBrowsers(
+      [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+      [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });
+  ASSERT_TRUE(program_->Main());
+  ASSERT_TRUE(QTest::qWaitFor(
+      [this] { return program_->mainWindow() != nullptr && program_->mainWindow()->isVisible(); }));
+  program_->switchBrowser(*program_->mainWindow());
+  program_->otherWindow()->close();
+  EXPECT_TRUE(desktop_.ended);
+  EXPECT_EQ(desktop_.exitStatus, 0);
+  EXPECT_TRUE(fileExists(envFile()));
+  EXPECT_FALSE(program_->mainWindow()->isVisible());
+}
+
+TEST_F(ProgramEnd, SettingsThatCannotBeWrittenEndTheProgramSilently) {
+  start();
+  fs::remove_all(base_.folders.program);
+  window().close();
+  EXPECT_TRUE(desktop_.ended);
+  EXPECT_EQ(desktop_.exitStatus, 0);
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+}
+
+}  // namespace
+}  // namespace vel

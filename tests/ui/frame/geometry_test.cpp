@@ -1,0 +1,194 @@
+#include <filesystem>
+
+#include <gmock/gmock.h>
+
+#include "core/ui/twips.h"
+#include "tests/ui/support/acars_window.h"
+#include "tests/ui/support/plain_browser.h"
+
+namespace vel {
+namespace {
+
+class BrowserGeometry : public test::AcarsWindowTest {
+ protected:
+  void saveGeometry(int top, int left, int height, int width, int state) const {
+    test::writeBytes(base_.folders.program / "vel.env",
+                     "\"env_Form1_Top\"," + std::to_string(top) + "\r\n\"env_Form1_Left\"," +
+                         std::to_string(left) + "\r\n\"env_Form1_Height\"," +
+                         std::to_string(height) + "\r\n\"env_Form1_Width\"," +
+                         std::to_string(width) + "\r\n\"env_Form1_WinS\"," + std::to_string(state) +
+                         "\r\n");
+  }
+  /// Waits until the window's place has settled after it was shown.
+  static void letSettle() { QTest::qWait(700); }
+
+  static QRect outerTwips(const BrowserWindow& window) {
+    const QRect pixels = window.frameGeometry();
+    return {toTwips(pixels.x()), toTwips(pixels.y()), toTwips(pixels.width()),
+            toTwips(pixels.height())};
+  }
+  void closeAndStartAgain() {
+    window().close();
+    program_.reset();
+    desktop_.ended = false;
+    start();
+    letSettle();
+  }
+};
+
+TEST_F(BrowserGeometry, WithoutSettingsTheWindowHasItsDesignedSize) {
+  start();
+  letSettle();
+  EXPECT_EQ(window().width(), toPixels(window().designedSize().width()));
+  EXPECT_EQ(window().height(), toPixels(window().designedSize().height()));
+  EXPECT_FALSE(window().isMaximized());
+}
+
+TEST_F(BrowserGeometry, ASavedPlaceComesBackInTwips) {
+  saveGeometry(600, 450, 9000, 14700, 0);
+  start();
+  letSettle();
+  EXPECT_EQ(outerTwips(window()), QRect(450, 600, 14700, 9000));
+}
+
+TEST_F(BrowserGeometry, ASavedWidthBelowTwoThousandCountsAsNone) {
+  saveGeometry(600, 450, 9000, 1999, 2);
+  start();
+  letSettle();
+  EXPECT_EQ(window().width(), toPixels(window().designedSize().width()));
+  EXPECT_EQ(window().height(), toPixels(window().designedSize().height()));
+}
+
+TEST_F(BrowserGeometry, ASavedHeightBelowFiveHundredCountsAsNone) {
+  saveGeometry(600, 450, 499, 14700, 0);
+  start();
+  letSettle();
+  EXPECT_EQ(window().height(), toPixels(window().designedSize().height()));
+}
+
+TEST_F(BrowserGeometry, AMinimisedStateIsNeverRestored) {
+  saveGeometry(600, 450, 9000, 14700, 1);
+  start();
+  letSettle();
+  EXPECT_FALSE(window().isMinimized());
+  EXPECT_EQ(outerTwips(window()), QRect(450, 600, 14700, 9000));
+}
+
+TEST_F(BrowserGeometry, AMaximisedStateIsRestored) {
+  saveGeometry(600, 450, 9000, 14700, 2);
+  start();
+  letSettle();
+  EXPECT_TRUE(window().isMaximized());
+  // The place it had before is still the one to save.
+  EXPECT_EQ(settings().env_Form1_WinS, 2);
+  EXPECT_EQ(settings().env_Form1_Width, 14700);
+  EXPECT_EQ(settings().env_Form1_Left, 450);
+}
+
+TEST_F(BrowserGeometry, AResizeAndAMoveAreRecorded) {
+  start();
+  letSettle();
+  window().resize(1010, 640);
+  window().move(30, 45);
+  QTest::qWait(20);
+  const QRect place = outerTwips(window());
+  EXPECT_EQ(settings().env_Form1_WinS, 0);
+  EXPECT_EQ(settings().env_Form1_Left, place.x());
+  EXPECT_EQ(settings().env_Form1_Top, place.y());
+  EXPECT_EQ(settings().env_Form1_Width, place.width());
+  EXPECT_EQ(settings().env_Form1_Height, place.height());
+  EXPECT_EQ(place.x(), 30 * 15);
+  EXPECT_EQ(place.y(), 45 * 15);
+}
+
+TEST_F(BrowserGeometry, NothingIsRecordedWhileTheSettingsAreLoaded) {
+  start();
+  letSettle();
+  const double before = settings().env_Form1_Width;
+  program_->startingUp = true;
+  window().resize(1010, 640);
+  QTest::qWait(20);
+  EXPECT_EQ(settings().env_Form1_Width, before);
+}
+
+TEST_F(BrowserGeometry, AWindowClosedMinimisedComesBackAtItsLastNormalPlace) {
+  start();
+  letSettle();
+  window().resize(1010, 640);
+  window().move(30, 45);
+  QTest::qWait(300);
+  const QRect normal = outerTwips(window());
+  window().showMinimized();
+  QTest::qWait(50);
+  ASSERT_EQ(settings().env_Form1_WinS, 1);
+  EXPECT_EQ(settings().env_Form1_Height, normal.height());
+  closeAndStartAgain();
+  EXPECT_FALSE(window().isMinimized());
+  EXPECT_FALSE(window().isMaximized());
+  EXPECT_EQ(outerTwips(window()), normal);
+}
+
+TEST_F(BrowserGeometry, AWindowClosedMaximisedOpensMaximised) {
+  start();
+  letSettle();
+  window().resize(1010, 640);
+  QTest::qWait(300);
+  const int normalWidth = outerTwips(window()).width();
+  window().showMaximized();
+  QTest::qWait(50);
+  EXPECT_EQ(settings().env_Form1_WinS, 2);
+  EXPECT_EQ(settings().env_Form1_Width, normalWidth);
+  closeAndStartAgain();
+  EXPECT_TRUE(window().isMaximized());
+}
+
+TEST_F(BrowserGeometry, APlaceOutsideEveryScreenIsBroughtBack) {
+  saveGeometry(-300000, 900000, 9000, 14700, 0);
+  start();
+  letSettle();
+  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+  EXPECT_TRUE(area.contains(window().frameGeometry().topLeft()));
+}
+
+TEST_F(BrowserGeometry, TheOtherBrowserTakesTheSamePlace) {
+  program_ = std::make_unique<Program>(desktop_, base_.folders);
+  program_->setBrowsers([](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); },
+                        [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });
+  ASSERT_TRUE(program_->Main());
+  program_->splashStage = 0;
+  // A browser says itself when it is loaded.
+  ASSERT_TRUE(QTest::qWaitFor([this] { return program_->mainWindow() != nullptr; }));
+  program_->splashStage = 2;
+  ASSERT_TRUE(QTest::qWaitFor([this] { return program_->mainWindow()->isVisible(); }));
+  letSettle();
+  BrowserWindow& first = *program_->mainWindow();
+  BrowserWindow& second = *program_->otherWindow();
+  first.resize(700, 500);
+  first.move(20, 30);
+  QTest::qWait(20);
+  const QRect place = first.frameGeometry();
+  program_->switchBrowser(first);
+  letSettle();
+  EXPECT_EQ(second.frameGeometry(), place);
+  second.resize(600, 400);
+  second.move(60, 70);
+  QTest::qWait(20);
+  const QRect moved = second.frameGeometry();
+  program_->switchBrowser(second);
+  letSettle();
+  EXPECT_EQ(first.frameGeometry(), moved);
+  QTest::qWait(300);
+  first.showMaximized();
+  QTest::qWait(20);
+  program_->switchBrowser(first);
+  letSettle();
+  EXPECT_TRUE(second.isMaximized());
+  second.showNormal();
+  QTest::qWait(20);
+  program_->switchBrowser(second);
+  letSettle();
+  EXPECT_FALSE(first.isMaximized());
+}
+
+}  // namespace
+}  // namespace vel

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/ui/browser_window.h"
+
+namespace vel::test {
+
+/// A browser without a list of its own, to stand beside the real one.
+class PlainBrowser : public BrowserWindow {
+ public:
+  explicit PlainBrowser(Program& program)
+      : BrowserWindow(program, QSize(12600, 10500), QSize(3000, 3000)) {}
+
+  void Form_Load() override { loads.emplace_back(isVisible()); }
+  [[nodiscard]] int shownRows() const override { return rows; }
+
+  int rows = 120;
+  std::vector<bool> loads;  ///< whether the window was visible at each load
+
+ protected:
+  void layOutFrames(int, int) override {}
+};
+
+}  // namespace vel::test
