@@ -104,11 +104,14 @@ TEST_F(BrowserGeometry, AResizeAndAMoveAreRecorded) {
 TEST_F(BrowserGeometry, NothingIsRecordedWhileTheSettingsAreLoaded) {
   start();
   letSettle();
-  const double before = settings().env_Form1_Width;
+  const double width = settings().env_Form1_Width;
+  const double left = settings().env_Form1_Left;
   program_->startingUp = true;
   window().resize(1010, 640);
+  window().move(77, 88);
   QTest::qWait(20);
-  EXPECT_EQ(settings().env_Form1_Width, before);
+  EXPECT_EQ(settings().env_Form1_Width, width);
+  EXPECT_EQ(settings().env_Form1_Left, left);
 }
 
 TEST_F(BrowserGeometry, AWindowClosedMinimisedComesBackAtItsLastNormalPlace) {
@@ -140,6 +143,20 @@ TEST_F(BrowserGeometry, AWindowClosedMaximisedOpensMaximised) {
   EXPECT_EQ(settings().env_Form1_Width, normalWidth);
   closeAndStartAgain();
   EXPECT_TRUE(window().isMaximized());
+}
+
+TEST_F(BrowserGeometry, ASizeReportedAMomentBeforeTheMaximisedStateIsNotTheNormalOne) {
+  start();
+  letSettle();
+  window().resize(1010, 640);
+  QTest::qWait(300);
+  const QRect normal = outerTwips(window());
+  window().resize(1200, 780);
+  window().showMaximized();
+  QTest::qWait(50);
+  EXPECT_EQ(settings().env_Form1_WinS, 2);
+  EXPECT_EQ(settings().env_Form1_Width, normal.width());
+  EXPECT_EQ(settings().env_Form1_Height, normal.height());
 }
 
 TEST_F(BrowserGeometry, APlaceOutsideEveryScreenIsBroughtBack) {
