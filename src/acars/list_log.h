@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/line_reader.h"
+#include "core/log_reader.h"
 #include "core/result.h"
 #include "core/row_store.h"
 #include "core/text.h"
@@ -68,7 +69,7 @@ constexpr const char* kNoListLog =
 /// Reads a day's list log into rows, step by step, so that events can run in
 /// between. Rows hold fields 1 to 8 as the list shows them, in the bytes of
 /// the log's encoding, joined by commas.
-class ListLogReader {
+class ListLogReader : public LogReader {
  public:
   static constexpr char kSeparator = ',';
 
@@ -76,14 +77,12 @@ class ListLogReader {
   ListLogReader(InputFile file, const Encoding& encoding, const ListFilter& filter,
                 const Tables& tables);
 
-  /// Reads on until the deadline or the end of the file; true when there is
-  /// more. Rows that pass the filter are added to `rows`. An error ends the
-  /// reading; what was read stays. `failedLookUp` tells a table's error, which
-  /// ends the program, from the log's own.
-  Result<bool> step(std::chrono::steady_clock::time_point deadline, RowStore& rows);
+  /// Rows that pass the filter are added to `rows`.
+  Result<bool> step(std::chrono::steady_clock::time_point deadline, RowStore& rows) override;
 
   [[nodiscard]] const MalformedLines& malformed() const { return malformed_; }
-  [[nodiscard]] bool failedLookUp() const { return failedLookUp_; }
+  [[nodiscard]] bool failedLookUp() const override { return failedLookUp_; }
+  [[nodiscard]] std::string report() const override { return malformed_.report(); }
 
  private:
   // A filter text in both of its forms.

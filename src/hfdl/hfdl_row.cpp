@@ -11,11 +11,11 @@ namespace {
 
 constexpr std::size_t kCompleteFlight = 5;  // characters
 
-std::string sequenceNumber(std::size_t number) {
+}  // namespace
+
+std::string hfdlLineNumber(std::size_t number) {
   return std::string(Right("000" + std::to_string(number), 4));
 }
-
-}  // namespace
 
 Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
                               const Tables& tables, FolderIndex& photos) {
@@ -36,7 +36,7 @@ Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
     }
   }
 
-  std::string row = sequenceNumber(linesBefore + 1);
+  std::string row = hfdlLineNumber(linesBefore + 1);
   const std::string aircraftColumn = aircraftText(*aircraft, " ");
   for (const std::string_view field : std::initializer_list<std::string_view>{
            record.timeStamp, record.tag, record.direction, record.groundStation, record.address,

@@ -34,6 +34,10 @@ enum HfdlColumn : std::size_t {
 /// or table holds it.
 constexpr char kHfdlSeparator = '\n';
 
+/// The right-most four digits of a line's 1-based number: "0001"; 10,000 gives
+/// "0000".
+[[nodiscard]] std::string hfdlLineNumber(std::size_t number);
+
 /// Joins a record with the reference tables and gives its list line: twelve
 /// fields in UTF-8, separated by kHfdlSeparator. `linesBefore` is the number of
 /// lines that the list already has. An error ends the program: a missing

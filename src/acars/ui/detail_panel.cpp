@@ -31,6 +31,10 @@ constexpr int kAirportEditorIndent = 78;
 // moves then.
 const QString kNoTitleYet = QStringLiteral(" ");
 
+// Among the look-up buttons Command7.
+constexpr int kPhotoSearchIndex = 0;
+constexpr int kFlightSearchIndex = 1;
+
 // Keeps a hidden frame's place, so that nothing moves when it is shown.
 void keepPlaceWhenHidden(QWidget* widget) {
   QSizePolicy policy = widget->sizePolicy();
@@ -46,7 +50,6 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
       program_(program),
       list_(list),
       model_(model),
-      photos_(program.folders()),
       busy_(new BusyLabels(QStringLiteral("Processing"), this)),
       editing_(program.desktop(), tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
@@ -88,7 +91,7 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
 
   connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);
   connect(flight_, &FlightEditor::airportNameChosen, this, &DetailPanel::openAirportDialog);
-  connect(photo_, &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
+  connect(photo_->photo(), &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
   connect(enter_, &QPushButton::clicked, this, &DetailPanel::Command1_Click);
   hideFrames();
 }
@@ -96,32 +99,8 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
 QWidget* DetailPanel::makePhotoColumn() {
   auto* column = new QWidget(this);
   column->setFixedWidth(kPhotoColumnWidth);
-  auto* upper = new QWidget(column);
-  upper->setFixedHeight(kPhotoHeight);
-  photo_ = new PhotoView(upper);
-  photoSize_ = new QLabel(upper);
-  photoSize_->setObjectName(QStringLiteral("Label1"));
-  photoSize_->setAccessibleName(tr("Photo size"));
-  photoSize_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  QFont small = photoSize_->font();
-  small.setPointSizeF(small.pointSizeF() * 0.85);
-  photoSize_->setFont(small);
-  photoSize_->setMinimumHeight(QFontMetrics(small).height());
-  photoSearch_ = new EngineRow(
-      {QStringLiteral("Combo2"), tr("Photo search engine"), 0, QStringLiteral("Search"),
-       tr("Searches photos of this registration. A small manual change such as B1234/B-1234 or "
-          "VNA123/V-NA123 may be needed to find the right images. Please respect the rights of "
-          "the images' owners.\n"
-          "この機体の写真を検索。B1234/B-1234、VNA123/V-NA123 "
-          "のような手直しが必要なことがあります。"
-          "画像の権利者の権利を尊重してください。")},
-      {}, upper);
-  auto* upperRows = new QVBoxLayout(upper);
-  upperRows->setContentsMargins(0, 2, 0, 0);
-  upperRows->setSpacing(1);
-  upperRows->addWidget(photo_, 1);
-  upperRows->addWidget(photoSize_);
-  upperRows->addWidget(photoSearch_);
+  photo_ = new PhotoPane(program_.folders(), kPhotoSearchIndex, {}, column);
+  photo_->setFixedHeight(kPhotoHeight);
 
   aircraftFrame_ = new QGroupBox(column);
   aircraftFrame_->setObjectName(QStringLiteral("Frame1"));
@@ -143,7 +122,7 @@ QWidget* DetailPanel::makePhotoColumn() {
   auto* rows = new QVBoxLayout(column);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(4);
-  rows->addWidget(upper);
+  rows->addWidget(photo_);
   rows->addWidget(aircraftFrame_);
   rows->addStretch();
   return column;
@@ -176,10 +155,7 @@ QWidget* DetailPanel::makeFlightColumn() {
 
   auto* searchRow = new QHBoxLayout;
   searchRow->setSpacing(4);
-  flightSearch_ = new EngineRow(
-      {QStringLiteral("Combo3"), tr("Flight search engine"), 1, QStringLiteral("Search"),
-       tr("Looks this flight up on the web\nこの便をWebで検索")},
-      {}, column);
+  flightSearch_ = makeFlightSearchRow(kFlightSearchIndex, {}, column);
   rawLog_ = makeRawLogButton(column);
   searchRow->addWidget(flightSearch_, 1);
   searchRow->addWidget(rawLog_);
@@ -226,7 +202,7 @@ void DetailPanel::showSelection() {
   const std::string flight = list_->selectedText(kListFlight);
   const std::string prefix(Left(flight, 2));
   registration_ = list_->selectedText(kListRegistration);
-  showPhoto(registration_);
+  photo_->showPhoto(registration_);
 
   aircraftFrame_->setTitle(
       toQString(registration_).replace(QLatin1Char('&'), QStringLiteral("&&")));
@@ -257,17 +233,6 @@ void DetailPanel::showFrames() {
   flight_->show();
   airline_->show();
   title_->hide();
-}
-
-void DetailPanel::showPhoto(const std::string& registration) {
-  const auto file = photos_.find(registration);
-  if (file && photo_->load(*file)) {
-    const QSize size = photo_->pictureSize();
-    photoSize_->setText(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()));
-    return;
-  }
-  const auto placeholder = photos_.placeholder();
-  if (!placeholder || !photo_->load(*placeholder)) photo_->clear();
 }
 
 void DetailPanel::openSelectedPhoto() {

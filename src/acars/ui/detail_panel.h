@@ -15,9 +15,8 @@
 #include "core/ui/xlview.h"
 #include "tables/ui/airport_group.h"
 #include "tables/ui/flight_editor.h"
-#include "web/photo.h"
 #include "web/ui/engine_row.h"
-#include "web/ui/photo_view.h"
+#include "web/ui/photo_pane.h"
 
 namespace vel {
 
@@ -50,25 +49,21 @@ class DetailPanel : public QWidget {
   void openAirportDialog(const QString& name);
 
   [[nodiscard]] AirportGroup* airports() const { return airports_; }
-  [[nodiscard]] EngineRow* photoSearch() const { return photoSearch_; }
+  [[nodiscard]] EngineRow* photoSearch() const { return photo_->search(); }
   [[nodiscard]] EngineRow* flightSearch() const { return flightSearch_; }
   [[nodiscard]] QPushButton* rawLogButton() const { return rawLog_; }
 
  private:
   [[nodiscard]] QWidget* makePhotoColumn();
   [[nodiscard]] QWidget* makeFlightColumn();
-  void showPhoto(const std::string& registration);
   [[nodiscard]] bool overtaken(int generation) const;
 
   Program& program_;
   xLView* list_;
   LogListModel* model_;
-  PhotoFolder photos_;
   BusyLabels* busy_;
   TableEditing editing_;
-  PhotoView* photo_;          // Image1
-  QLabel* photoSize_;         // Label1
-  EngineRow* photoSearch_;    // Combo2, Command7(0)
+  PhotoPane* photo_;          // Image1, Label1, Combo2, Command7(0)
   QGroupBox* aircraftFrame_;  // Frame1
   QLineEdit* equipment_;      // Text1
   QPushButton* enter_;        // Command1

@@ -10,10 +10,17 @@
 namespace vel {
 namespace {
 
+// Time enough for a window manager to dress and place a window. Some looks in a
+// row at the right place end it early; more of them as long as no frame is seen.
 constexpr int kSettleInterval = 40;
-constexpr int kSettleTries = 12;
-// A window manager reports a new size a moment before the new state.
-constexpr int kSteadyMilliseconds = 250;
+constexpr int kSettleTicks = 12;
+constexpr int kSettledTicks = 2;
+constexpr int kFramelessTicks = 5;
+// A window manager reports the maximised size up to so many milliseconds before
+// the maximised state.
+constexpr qint64 kStateDelay = 400;
+// How far such a size may differ from that of the maximised window, in twips.
+constexpr int kFrameTolerance = 900;
 
 QRect toPixelRect(const QRect& twips) {
   return {toPixels(twips.x()), toPixels(twips.y()), toPixels(twips.width()),
@@ -43,49 +50,62 @@ BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smalles
     : program_(program), designedSize_(designedSize) {
   setMinimumSize(toPixels(smallestSize.width()), toPixels(smallestSize.height()));
   resize(toPixels(designedSize.width()), toPixels(designedSize.height()));
+  clock_.start();
   settleTimer_.setInterval(kSettleInterval);
   connect(&settleTimer_, &QTimer::timeout, this, &BrowserWindow::settleFrame);
-  connect(qApp, &QApplication::focusWindowChanged, this, [this, last = QPointer<QWindow>()](
-                                                             QWindow* focused) mutable {
-    if (focused == nullptr) return;
-    const QWindow* previous = last;
-    last = focused;
-    // Coming back from a dialog of its own is not an activation.
-    const bool ownDialog = previous != nullptr && previous->transientParent() == windowHandle();
-    if (focused == windowHandle() && previous != nullptr && previous != focused && !ownDialog &&
-        isVisible()) {
-      Form_Activate();
-    }
-  });
+  connect(qApp, &QApplication::focusWindowChanged, this,
+          [this, last = QPointer<QWindow>()](QWindow* focused) mutable {
+            if (focused == nullptr) return;
+            const QWindow* previous = last;
+            last = focused;
+            // Coming back from a dialog of its own is not an activation.
+            const bool ownDialog =
+                previous != nullptr && previous->transientParent() == windowHandle();
+            if (focused == windowHandle() && previous != nullptr && previous != focused &&
+                !ownDialog && isVisible()) {
+              Form_Activate();
+            }
+          });
+}
+
+QMargins BrowserWindow::ownFrame() const {
+  const QWindow* handle = windowHandle();
+  return handle != nullptr ? handle->frameMargins() : QMargins();
 }
 
 void BrowserWindow::setOuterTwips(const QRect& outer) {
   wantedOuter_ = reachable(toPixelRect(outer));
   applyOuter();
-  if (isVisible()) {
-    settleTries_ = 0;
-    settleTimer_.start();
-  }
+  if (isVisible()) startSettling();
+}
+
+void BrowserWindow::startSettling() {
+  settleTicks_ = 0;
+  settledTicks_ = 0;
+  settleTimer_.start();
 }
 
 void BrowserWindow::applyOuter() {
-  const QWindow* handle = windowHandle();
-  const QMargins frame = handle != nullptr ? handle->frameMargins() : QMargins();
-  const QRect inner = wantedOuter_.marginsRemoved(frame);
+  // A window that was never shown will get the frame that the other one has.
+  const QMargins own = ownFrame();
+  const QRect inner = wantedOuter_.marginsRemoved(own.isNull() ? program_.place().frame : own);
   resize(inner.size());
   move(wantedOuter_.topLeft());
 }
 
 void BrowserWindow::settleFrame() {
-  const bool placed = wantedOuter_.isNull() || state() != kNormal;
-  if (placed || ++settleTries_ > kSettleTries) {
+  if (ownFrame() != laidOutFrame_) Form_Resize();
+  const bool placed =
+      wantedOuter_.isNull() || state() != kNormal || frameGeometry() == wantedOuter_;
+  settledTicks_ = placed ? settledTicks_ + 1 : 0;
+  const int neededTicks = ownFrame().isNull() ? kFramelessTicks : kSettledTicks;
+  if (settledTicks_ >= neededTicks || ++settleTicks_ > kSettleTicks) {
     settleTimer_.stop();
     wantedOuter_ = QRect();
     recordPlace();
     return;
   }
-  if (frameGeometry() == wantedOuter_) return;
-  applyOuter();
+  if (!placed) applyOuter();
 }
 
 WindowState BrowserWindow::state() const {
@@ -94,27 +114,30 @@ WindowState BrowserWindow::state() const {
   return kNormal;
 }
 
-void BrowserWindow::Form_Activate() { takePlace(); }
+void BrowserWindow::Form_Activate() { takePlace(false); }
 
-void BrowserWindow::takePlace() {
+void BrowserWindow::takePlace(bool showing) {
   const ScreenPlace place = program_.place();
+  const bool maximise = place.state == kMaximised;
   takingPlace_ = true;
-  if (place.state == kMaximised) {
-    if (!isMaximized()) {
-      if (!place.normal.isNull()) setOuterTwips(place.normal);
+  if (showing || maximise != isMaximized()) {
+    // While it is hidden, a window forgets to where it is restored: it is
+    // given its normal place before every maximising.
+    setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
+    if (!place.normal.isNull()) setOuterTwips(place.normal);
+    if (maximise) {
+      normalUncertain_ = ownFrame().isNull() && place.frame.isNull();
       setWindowState(windowState() | Qt::WindowMaximized);
     }
-  } else if (place.state == kNormal) {
-    if (isMaximized()) setWindowState(windowState() & ~Qt::WindowMaximized);
-    if (!place.normal.isNull() && toTwipRect(frameGeometry()) != place.normal) {
-      setOuterTwips(place.normal);
-    }
+  } else if (!maximise && !place.normal.isNull() && toTwipRect(frameGeometry()) != place.normal) {
+    setOuterTwips(place.normal);
   }
   takingPlace_ = false;
 }
 
 void BrowserWindow::Form_Resize() {
   if (program_.startingUp) return;
+  laidOutFrame_ = ownFrame();
   layOutFrames(toTwips(frameGeometry().height()), toTwips(frameGeometry().width()));
   recordPlace();
 }
@@ -123,20 +146,42 @@ void BrowserWindow::recordPlace() {
   // A hidden window follows the shown one; it never sets the place itself.
   if (program_.startingUp || !isVisible() || takingPlace_) return;
   if (!wantedOuter_.isNull() && settleTimer_.isActive()) return;
-  Settings& env = settings();
   ScreenPlace& place = program_.place();
   place.state = state();
-  env.env_Form1_WinS = place.state;
+  settings().env_Form1_WinS = place.state;
   if (place.state != kNormal) return;
-  if (!sinceRecord_.isValid() || sinceRecord_.elapsed() > kSteadyMilliseconds) {
-    steadyPlace_ = place.normal;
+  place.frame = ownFrame();
+  setNormalPlace(toTwipRect(frameGeometry()));
+  while (recent_.size() > 1 && clock_.elapsed() - recent_[1].time > kStateDelay) {
+    recent_.removeFirst();
   }
-  sinceRecord_.start();
-  place.normal = toTwipRect(frameGeometry());
-  env.env_Form1_Top = place.normal.y();
-  env.env_Form1_Left = place.normal.x();
-  env.env_Form1_Height = place.normal.height();
-  env.env_Form1_Width = place.normal.width();
+  recent_.append({clock_.elapsed(), program_.place().normal});
+}
+
+void BrowserWindow::setNormalPlace(const QRect& outer) {
+  program_.place().normal = outer;
+  Settings& env = settings();
+  env.env_Form1_Top = outer.y();
+  env.env_Form1_Left = outer.x();
+  env.env_Form1_Height = outer.height();
+  env.env_Form1_Width = outer.width();
+}
+
+// What was recorded just now as the normal place can have been that of the
+// maximised window already.
+void BrowserWindow::dropMaximisedRecords() {
+  const QRect maximised = toTwipRect(frameGeometry());
+  const auto isMaximisedSize = [&maximised](const QRect& outer) {
+    return qAbs(outer.width() - maximised.width()) < kFrameTolerance &&
+           qAbs(outer.height() - maximised.height()) < kFrameTolerance;
+  };
+  for (auto place = recent_.crbegin(); place != recent_.crend(); ++place) {
+    if (isMaximisedSize(place->outer) && clock_.elapsed() - place->time <= kStateDelay) continue;
+    setNormalPlace(place->outer);
+    break;
+  }
+  recent_.clear();
+  if (!program_.place().normal.isNull()) recent_.append({0, program_.place().normal});
 }
 
 void BrowserWindow::resizeEvent(QResizeEvent* event) {
@@ -152,25 +197,21 @@ void BrowserWindow::moveEvent(QMoveEvent* event) {
 void BrowserWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (event->spontaneous()) return;
-  settleTries_ = 0;
-  settleTimer_.start();
+  startSettling();
+  takePlace(true);
   Form_Activate();
   Form_Resize();
 }
 
 void BrowserWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  if (event->type() != QEvent::WindowStateChange || !isVisible()) return;
-  const bool justRecorded =
-      sinceRecord_.isValid() && sinceRecord_.elapsed() <= kSteadyMilliseconds;
-  if (state() != kNormal && justRecorded && !steadyPlace_.isNull()) {
-    // The size just recorded as normal was already that of the new state.
-    Settings& env = settings();
-    program_.place().normal = steadyPlace_;
-    env.env_Form1_Top = steadyPlace_.y();
-    env.env_Form1_Left = steadyPlace_.x();
-    env.env_Form1_Height = steadyPlace_.height();
-    env.env_Form1_Width = steadyPlace_.width();
+  if (event->type() != QEvent::WindowStateChange || !isVisible() || takingPlace_) return;
+  const bool wasMaximised =
+      (static_cast<QWindowStateChangeEvent*>(event)->oldState() & Qt::WindowMaximized) != 0;
+  if (state() == kMaximised && !wasMaximised) dropMaximisedRecords();
+  if (state() == kNormal && wasMaximised && normalUncertain_) {
+    normalUncertain_ = false;
+    setOuterTwips(program_.place().normal);
   }
   Form_Resize();
 }

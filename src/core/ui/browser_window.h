@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QList>
 #include <QMainWindow>
+#include <QMargins>
 #include <QTimer>
 
 #include "core/ui/program.h"
@@ -54,10 +56,19 @@ class BrowserWindow : public QMainWindow {
   [[nodiscard]] Settings& settings() { return program_.settings(); }
 
  private:
+  // A normal place that was recorded lately, in twips.
+  struct RecentPlace {
+    qint64 time;
+    QRect outer;
+  };
+
   [[nodiscard]] WindowState state() const;
-  [[nodiscard]] bool isFront() const;
+  [[nodiscard]] QMargins ownFrame() const;
   void recordPlace();
-  void takePlace();
+  void setNormalPlace(const QRect& outer);
+  void dropMaximisedRecords();
+  void takePlace(bool showing);
+  void startSettling();
   void settleFrame();
   void applyOuter();
 
@@ -65,9 +76,12 @@ class BrowserWindow : public QMainWindow {
   QSize designedSize_;
   QRect wantedOuter_;   // pixels; null when the window stands where it should
   QTimer settleTimer_;  // the frame's width arrives some time after the window
-  int settleTries_ = 0;
-  QRect steadyPlace_;  // the last normal place that stood for a while, twips
-  QElapsedTimer sinceRecord_;
+  int settleTicks_ = 0;
+  int settledTicks_ = 0;
+  QMargins laidOutFrame_;
+  QElapsedTimer clock_;
+  QList<RecentPlace> recent_;     // oldest first
+  bool normalUncertain_ = false;  // was maximised before its frame was known
   bool takingPlace_ = false;
 };
 

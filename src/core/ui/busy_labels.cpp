@@ -18,8 +18,9 @@ QLabel* makeLabel(QWidget* parent, const QString& name, const QString& text, con
 
 }  // namespace
 
-BusyLabels::BusyLabels(const QString& processingCaption, QWidget* parent) : QWidget(parent) {
-  processing_ = makeLabel(this, QStringLiteral("Label7"), processingCaption,
+BusyLabels::BusyLabels(const QString& lookUpCaption, QWidget* parent)
+    : QWidget(parent), lookUpCaption_(lookUpCaption) {
+  processing_ = makeLabel(this, QStringLiteral("Label7"), lookUpCaption,
                           "background:#fff3c4;color:#5c4400;border-radius:3px;padding:1px 10px");
   complete_ = makeLabel(this, QStringLiteral("Label6"), QStringLiteral("Complete"),
                         "background:#d5f0d8;color:#0f4d1a;border-radius:3px;padding:1px 10px");
@@ -35,7 +36,15 @@ BusyLabels::BusyLabels(const QString& processingCaption, QWidget* parent) : QWid
   connect(timer_, &QTimer::timeout, this, &BusyLabels::Timer1_Timer);
 }
 
-void BusyLabels::showProcessing() { processing_->show(); }
+void BusyLabels::showProcessing() {
+  processing_->setText(lookUpCaption_);
+  processing_->show();
+}
+
+void BusyLabels::showRewriting() {
+  processing_->setText(QStringLiteral("Processing"));
+  processing_->show();
+}
 
 void BusyLabels::hideProcessing() { processing_->hide(); }
 

@@ -12,10 +12,13 @@ class BusyLabels : public QWidget {
   Q_OBJECT
 
  public:
-  /// `processingCaption` is what Label7 says.
-  BusyLabels(const QString& processingCaption, QWidget* parent);
+  /// `lookUpCaption` is what Label7 says while a look-up runs.
+  BusyLabels(const QString& lookUpCaption, QWidget* parent);
 
+  /// Shows Label7 for a look-up.
   void showProcessing();
+  /// Shows Label7 for a rewrite: "Processing" in every window.
+  void showRewriting();
   void hideProcessing();
 
   /// Hides "Processing", shows "Complete" and starts the timer that hides it.
@@ -25,6 +28,7 @@ class BusyLabels : public QWidget {
   void Timer1_Timer();
 
  private:
+  QString lookUpCaption_;
   QLabel* processing_;  // Label7
   QLabel* complete_;    // Label6
   QTimer* timer_;       // Timer1

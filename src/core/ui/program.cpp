@@ -119,8 +119,8 @@ void Program::switchBrowser(const BrowserWindow& from) {
   BrowserWindow* to = &from == mainWindow_.get() ? otherWindow_.get() : mainWindow_.get();
   BrowserWindow* shown = &from == mainWindow_.get() ? mainWindow_.get() : otherWindow_.get();
   if (to == nullptr) return;
-  shown->hide();
   to->show();
+  shown->hide();
   to->raise();
   to->activateWindow();
 }

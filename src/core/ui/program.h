@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMargins>
 #include <QObject>
 #include <QRect>
 #include <functional>
@@ -24,6 +25,9 @@ struct ScreenPlace {
   WindowState state = kNormal;
   /// Outer rectangle in the normal state, in twips; null when never set.
   QRect normal;
+  /// Widths of the frame that the window manager puts around a browser in the
+  /// normal state, in pixels; null before one was shown.
+  QMargins frame;
 };
 
 /// The application frame: start-up, splash, the two browsers and the end of

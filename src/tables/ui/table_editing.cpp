@@ -27,7 +27,7 @@ bool TableEditing::rewrite(QPushButton& button, const TableEdit& edit,
   // A disabled button hands the keyboard to its neighbour: it gets it back.
   const bool hadFocus = button.hasFocus();
   button.setEnabled(false);
-  labels_.showProcessing();
+  labels_.showRewriting();
   const RewriteOutcome outcome =
       ReferenceTableRewrite(desktop_, tables_.folders(), tables_.encoding(), edit);
   if (outcome == RewriteOutcome::programEnds) return false;

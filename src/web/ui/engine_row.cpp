@@ -28,6 +28,14 @@ EngineRow::EngineRow(const Texts& texts, const std::vector<std::string>& engines
   row->addWidget(button_);
 }
 
+EngineRow* makeFlightSearchRow(int buttonIndex, const std::vector<std::string>& engines,
+                               QWidget* parent) {
+  return new EngineRow({QStringLiteral("Combo3"), EngineRow::tr("Flight search engine"),
+                        buttonIndex, QStringLiteral("Search"),
+                        EngineRow::tr("Looks this flight up on the web\nこの便をWebで検索")},
+                       engines, parent);
+}
+
 QPushButton* makeLookUpButton(QWidget* parent, int index, const QString& caption,
                               const QString& toolTip) {
   auto* button = new QPushButton(caption, parent);

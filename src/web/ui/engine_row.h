@@ -32,6 +32,11 @@ class EngineRow : public QWidget {
   QPushButton* button_;
 };
 
+/// The chooser Combo3 of flight search engines with its button, which has this
+/// index among Command7.
+EngineRow* makeFlightSearchRow(int buttonIndex, const std::vector<std::string>& engines,
+                               QWidget* parent);
+
 /// A button of a window's look-up row, `Command7(index)`.
 QPushButton* makeLookUpButton(QWidget* parent, int index, const QString& caption,
                               const QString& toolTip);

@@ -1,0 +1,26 @@
+#include "web/ui/flight_search.h"
+
+#include "core/helpers.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kNoNumber =
+    "The flight number is not numeric. 便名の番号部分が数値ではありません";
+
+}  // namespace
+
+void openFlightSearch(Program& program, WebAccess& web, const Tables& tables, int position,
+                      const FlightValues& values) {
+  const Settings& env = program.settings();
+  const std::string homepage = needsHomepage(env, position) ? web.homepage() : std::string();
+  const auto address = flightAddress(program.services(), env, homepage, tables, position, values);
+  if (!address) {
+    const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
+    program.desktop().showMessage(noNumber ? kNoNumber : address.error().text());
+    return;
+  }
+  if (*address) ShellOpen(program.desktop(), **address);
+}
+
+}  // namespace vel

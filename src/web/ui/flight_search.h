@@ -1,0 +1,15 @@
+#pragma once
+
+#include "core/ui/program.h"
+#include "tables/tables.h"
+#include "web/address.h"
+#include "web/ui/web_access.h"
+
+namespace vel {
+
+/// Opens the flight search of that position. Where nothing can be opened, the
+/// user is told why; a position without an engine does nothing.
+void openFlightSearch(Program& program, WebAccess& web, const Tables& tables, int position,
+                      const FlightValues& values);
+
+}  // namespace vel
