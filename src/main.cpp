@@ -8,6 +8,7 @@
 #include "core/ui/program.h"
 #include "core/ui/qt_desktop.h"
 #include "core/version.h"
+#include "hfdl/ui/hfdl_browser.h"
 #include "tables/rewrite.h"
 #include "tour/ui/tour_window.h"
 #include "tour/ui/window_tour_host.h"
@@ -64,7 +65,7 @@ int main(int argc, char** argv) {
         };
         return browser;
       },
-      nullptr);
+      [&web](vel::Program& owner) { return std::make_unique<vel::HfdlBrowser>(owner, web); });
   if (parser.isSet(screenshot)) {
     const QString file = parser.value(screenshot);
     program.onShown = [&desktop, file](vel::BrowserWindow& window) {

@@ -73,6 +73,11 @@ QMargins BrowserWindow::ownFrame() const {
   return handle != nullptr ? handle->frameMargins() : QMargins();
 }
 
+bool BrowserWindow::isOnScreen() const {
+  const QWindow* handle = windowHandle();
+  return handle != nullptr && handle->isExposed();
+}
+
 void BrowserWindow::setOuterTwips(const QRect& outer) {
   wantedOuter_ = reachable(toPixelRect(outer));
   applyOuter();
@@ -94,6 +99,8 @@ void BrowserWindow::applyOuter() {
 }
 
 void BrowserWindow::settleFrame() {
+  // Until the window manager shows the window, nothing of it can be judged.
+  if (!isOnScreen()) return;
   if (ownFrame() != laidOutFrame_) Form_Resize();
   const bool placed =
       wantedOuter_.isNull() || state() != kNormal || frameGeometry() == wantedOuter_;
@@ -145,8 +152,9 @@ void BrowserWindow::Form_Resize() {
 void BrowserWindow::recordPlace() {
   // A hidden window follows the shown one; it never sets the place itself.
   if (program_.startingUp || !isVisible() || takingPlace_) return;
-  if (!wantedOuter_.isNull() && settleTimer_.isActive()) return;
   ScreenPlace& place = program_.place();
+  const bool frameMissing = ownFrame().isNull() && !place.frame.isNull();
+  if (settleTimer_.isActive() && (!wantedOuter_.isNull() || !isOnScreen() || frameMissing)) return;
   place.state = state();
   settings().env_Form1_WinS = place.state;
   if (place.state != kNormal) return;
@@ -201,6 +209,13 @@ void BrowserWindow::showEvent(QShowEvent* event) {
   takePlace(true);
   Form_Activate();
   Form_Resize();
+}
+
+void BrowserWindow::hideEvent(QHideEvent* event) {
+  QMainWindow::hideEvent(event);
+  if (event->spontaneous()) return;
+  settleTimer_.stop();
+  wantedOuter_ = QRect();
 }
 
 void BrowserWindow::changeEvent(QEvent* event) {

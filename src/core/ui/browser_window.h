@@ -49,6 +49,7 @@ class BrowserWindow : public QMainWindow {
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
@@ -64,6 +65,7 @@ class BrowserWindow : public QMainWindow {
 
   [[nodiscard]] WindowState state() const;
   [[nodiscard]] QMargins ownFrame() const;
+  [[nodiscard]] bool isOnScreen() const;
   void recordPlace();
   void setNormalPlace(const QRect& outer);
   void dropMaximisedRecords();

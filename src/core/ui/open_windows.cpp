@@ -1,6 +1,5 @@
-#include <windows.h>
-
 #include <shellapi.h>
+#include <windows.h>
 
 #include "core/ui/qt_desktop.h"
 

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+#include <string>
+
+#include "core/ui/busy_labels.h"
+#include "core/ui/log_list_model.h"
+#include "core/ui/program.h"
+#include "core/ui/xlview.h"
+#include "hfdl/ui/icao24_editor.h"
+#include "tables/ui/airport_group.h"
+#include "tables/ui/flight_editor.h"
+#include "web/ui/engine_row.h"
+#include "web/ui/photo_pane.h"
+
+namespace vel {
+
+/// The panel below the HFDL list: what the tables say now about the aircraft
+/// and the flight of the selected line, ready for editing.
+class HfdlPanel : public QWidget {
+  Q_OBJECT
+
+ public:
+  HfdlPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
+            QWidget* parent);
+
+  /// Looks everything up for the selected line; nothing without one. A later
+  /// call from inside a running one overtakes it.
+  void showSelection();
+
+  /// A read begins: hides both frames, the photo and its size, shows
+  /// "Loading".
+  void readBegins();
+  /// A read has ended: hides "Loading".
+  void readEnds();
+
+  /// Opens the photo of the selected line.
+  void openSelectedPhoto();
+
+  [[nodiscard]] Icao24Editor* aircraft() const { return aircraft_; }
+  [[nodiscard]] FlightEditor* flight() const { return flight_; }
+  [[nodiscard]] AirportGroup* airports() const { return airports_; }
+  [[nodiscard]] EngineRow* addressSearch() const { return addressSearch_; }
+  [[nodiscard]] EngineRow* photoSearch() const { return photo_->search(); }
+  [[nodiscard]] EngineRow* flightSearch() const { return flightSearch_; }
+  [[nodiscard]] QPushButton* rawLogButton() const { return rawLog_; }
+
+ private:
+  [[nodiscard]] QWidget* makeAircraftColumn();
+  [[nodiscard]] QWidget* makeFlightColumn();
+  [[nodiscard]] QWidget* makeAirportColumn();
+  [[nodiscard]] bool overtaken(int generation) const;
+  void updateAircraftRows(const Icao24Record& written);
+  [[nodiscard]] std::function<void()> flightRowsUpdate();
+  void hideLoading();
+  void openAirportDialog(const QString& name);
+
+  Program& program_;
+  xLView* list_;
+  LogListModel* model_;
+  BusyLabels* busy_;
+  TableEditing editing_;
+  PhotoPane* photo_;          // Image1, Label1, Combo2, Command7(1)
+  Icao24Editor* aircraft_;    // Frame1
+  EngineRow* addressSearch_;  // Combo4, Command7(0)
+  FlightEditor* flight_;      // Frame2
+  QLabel* hint_;              // stands in the flight frame's place
+  EngineRow* flightSearch_;   // Combo3, Command7(2)
+  QPushButton* rawLog_;       // Command7(3)
+  AirportGroup* airports_;
+  AirportEditor* airportEditor_;
+  int generation_ = 0;
+  bool reading_ = false;
+};
+
+}  // namespace vel

@@ -1,0 +1,163 @@
+#include "hfdl/ui/icao24_editor.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <utility>
+
+#include "core/ui/qt_desktop.h"
+#include "hfdl/hfdl_row.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kNoAddress = "ICAO24コードが記入されていません。";
+
+// SchLetter finds a 2-letter code with mode 2, a 3-letter code with any other.
+constexpr int kFindTwoLetter = 2;
+constexpr int kFindThreeLetter = 3;
+
+}  // namespace
+
+Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWidget* parent)
+    : QGroupBox(parent), editing_(editing), rowUpdate_(std::move(rowUpdate)) {
+  setObjectName(QStringLiteral("Frame1"));
+  setAccessibleName(tr("Aircraft"));
+  enter_ = makeEnterButton(this, QStringLiteral("Command1"),
+                           tr("Writes the aircraft to ICAO24.csv\n機体をICAO24.csvに登録"));
+  paste_ = new QPushButton(tr("From clipboard"), this);
+  paste_->setObjectName(QStringLiteral("Command4"));
+  paste_->setAccessibleName(tr("Aircraft from the clipboard"));
+  paste_->setToolTip(
+      tr("Fills 3Letter, 2Letter, Regist and Equip. from a result line copied on Airframes\n"
+         "Airframesの検索結果をコピーして押すと3レター、2レター、レジ、機種を記入"));
+
+  auto* grid = new QGridLayout(this);
+  grid->setContentsMargins(6, 1, 6, 3);
+  grid->setHorizontalSpacing(4);
+  grid->setVerticalSpacing(2);
+  const auto addBox = [&](Box box, const QString& caption, const QString& accessibleName,
+                          const QString& toolTip, int row, int column, int span) {
+    QLineEdit* edit = makeEditorBox(this, QStringLiteral("Text1(%1)").arg(static_cast<int>(box)),
+                                    accessibleName, toolTip, enter_);
+    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("000")) + 14);
+    auto* label = new QLabel(caption, this);
+    label->setBuddy(edit);
+    grid->addWidget(label, row, column);
+    grid->addWidget(edit, row, column + 1, 1, span);
+    boxes_[box] = edit;
+    connect(edit, &QLineEdit::textChanged, this, [this, box] { Text1_Change(box); });
+  };
+  addBox(kAddress, QStringLiteral("ICAO24"), tr("ICAO 24-bit address"),
+         tr("ICAO 24-bit address\nICAO 24ビットアドレス"), 0, 0, 1);
+  addBox(kRegistration, QStringLiteral("Regist"), tr("Registration"),
+         tr("Registration; its type is looked up in aircraft.csv\n"
+            "機体番号。機種はaircraft.csvから記入"),
+         0, 2, 1);
+  addBox(kThreeLetter, QStringLiteral("3Letter"), tr("Airline 3-letter code"),
+         tr("3-letter code of the airline; the 2-letter code follows\n"
+            "航空会社の3レター。2レターも記入されます"),
+         1, 0, 1);
+  addBox(kTwoLetter, QStringLiteral("2Letter"), tr("Airline 2-letter code"),
+         tr("2-letter code of the airline; the 3-letter code follows\n"
+            "航空会社の2レター。3レターも記入されます"),
+         1, 2, 1);
+  addBox(kEquipment, QStringLiteral("Equip."), tr("Equipment"), tr("Aircraft type\n機種"), 2, 0, 3);
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(paste_);
+  buttons->addStretch();
+  buttons->addWidget(enter_);
+  grid->addLayout(buttons, 3, 0, 1, 4);
+  grid->setColumnStretch(1, 1);
+  grid->setColumnStretch(3, 1);
+  QWidget::setTabOrder(boxes_[kEquipment], enter_);
+  QWidget::setTabOrder(enter_, paste_);
+
+  connect(enter_, &QPushButton::clicked, this, &Icao24Editor::Command1_Click);
+  connect(paste_, &QPushButton::clicked, this, &Icao24Editor::Command4_Click);
+}
+
+std::string Icao24Editor::text(Box box) const { return boxes_[box]->text().toStdString(); }
+
+void Icao24Editor::write(std::initializer_list<std::pair<Box, std::string>> texts) {
+  const bool before = std::exchange(writing_, true);
+  for (const auto& [box, text] : texts) boxes_[box]->setText(toQString(text));
+  writing_ = before;
+}
+
+void Icao24Editor::setAddress(const std::string& address) {
+  // An ampersand in a caption is no shortcut.
+  setTitle(toQString(address).replace(QLatin1Char('&'), QStringLiteral("&&")));
+  write({{kAddress, address},
+         {kThreeLetter, {}},
+         {kTwoLetter, {}},
+         {kRegistration, {}},
+         {kEquipment, {}}});
+}
+
+void Icao24Editor::setAircraft(const Icao24Record& record) {
+  write({{kThreeLetter, record[kThreeLetter]},
+         {kTwoLetter, record[kTwoLetter]},
+         {kRegistration, record[kRegistration]},
+         {kEquipment, record[kEquipment]}});
+}
+
+void Icao24Editor::makeCapitals(Box box) {
+  QLineEdit* edit = boxes_[box];
+  const QString capitals = edit->text().toUpper();
+  if (capitals == edit->text()) return;
+  const int cursor = edit->cursorPosition();
+  edit->setText(capitals);
+  edit->setCursorPosition(cursor);
+}
+
+void Icao24Editor::Text1_Change(Box changed) {
+  if (writing_) return;
+  writing_ = true;
+  const Tables& tables = editing_.tables();
+  if (changed == kThreeLetter || changed == kTwoLetter) {
+    makeCapitals(changed);
+    const bool fromTwo = changed == kTwoLetter;
+    const std::string other = editing_.valueOrEnd(
+        tables.SchLetter(text(changed), fromTwo ? kFindTwoLetter : kFindThreeLetter));
+    write({{fromTwo ? kThreeLetter : kTwoLetter, other}});
+  } else if (changed == kRegistration) {
+    write({{kEquipment, editing_.valueOrEnd(tables.SchAircraft(text(kRegistration)))}});
+  }
+  writing_ = false;
+}
+
+void Icao24Editor::Command1_Click() {
+  const bool accepted = editing_.acceptTexts(
+      {boxes_[kAddress]->text(), boxes_[kThreeLetter]->text(), boxes_[kTwoLetter]->text(),
+       boxes_[kRegistration]->text(), boxes_[kEquipment]->text()});
+  if (!accepted) return;
+  if (boxes_[kAddress]->text().isEmpty()) {
+    editing_.refuse(kNoAddress);
+    return;
+  }
+  Icao24Record record;
+  TableEdit edit;
+  edit.table = Table::icao24;
+  for (std::size_t i = 0; i < record.size(); ++i) {
+    record[i] = text(static_cast<Box>(i));
+    if (i > 0) edit.newRecord += ',';
+    edit.newRecord += record[i];
+  }
+  edit.key = record[kAddress];
+  editing_.rewrite(*enter_, edit, [this, record] { rowUpdate_(record); });
+}
+
+void Icao24Editor::Command4_Click() {
+  const auto copied = copiedAircraft(editing_.desktop().clipboardText());
+  if (!copied) {
+    editing_.refuse(kNoCopiedAircraft);
+    return;
+  }
+  write({{kRegistration, copied->registration},
+         {kThreeLetter, copied->threeLetter},
+         {kTwoLetter, copied->twoLetter},
+         {kEquipment, copied->equipment}});
+}
+
+}  // namespace vel
