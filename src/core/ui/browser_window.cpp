@@ -68,9 +68,19 @@ BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smalles
           });
 }
 
+QRect BrowserWindow::outerGeometry() const { return geometry().marginsAdded(ownFrame()); }
+
 QMargins BrowserWindow::ownFrame() const {
   const QWindow* handle = windowHandle();
   return handle != nullptr ? handle->frameMargins() : QMargins();
+}
+
+void BrowserWindow::takeDesignedSize() {
+  sizeUnset_ = false;
+  if (state() != kNormal) return;
+  wantedOuter_ = QRect(outerGeometry().topLeft(),
+                       QSize(toPixels(designedSize_.width()), toPixels(designedSize_.height())));
+  applyOuter();
 }
 
 bool BrowserWindow::isOnScreen() const {
@@ -91,24 +101,25 @@ void BrowserWindow::startSettling() {
 }
 
 void BrowserWindow::applyOuter() {
-  // A window that was never shown will get the frame that the other one has.
+  // A window that is not on the screen has no frame yet; it will get the one
+  // that the other browser has.
   const QMargins own = ownFrame();
-  const QRect inner = wantedOuter_.marginsRemoved(own.isNull() ? program_.place().frame : own);
-  resize(inner.size());
-  move(wantedOuter_.topLeft());
+  setGeometry(wantedOuter_.marginsRemoved(own.isNull() ? program_.place().frame : own));
 }
 
 void BrowserWindow::settleFrame() {
   // Until the window manager shows the window, nothing of it can be judged.
   if (!isOnScreen()) return;
   if (ownFrame() != laidOutFrame_) Form_Resize();
+  if (sizeUnset_ && !ownFrame().isNull()) takeDesignedSize();
   const bool placed =
-      wantedOuter_.isNull() || state() != kNormal || frameGeometry() == wantedOuter_;
+      wantedOuter_.isNull() || state() != kNormal || outerGeometry() == wantedOuter_;
   settledTicks_ = placed ? settledTicks_ + 1 : 0;
   const int neededTicks = ownFrame().isNull() ? kFramelessTicks : kSettledTicks;
   if (settledTicks_ >= neededTicks || ++settleTicks_ > kSettleTicks) {
     settleTimer_.stop();
     wantedOuter_ = QRect();
+    sizeUnset_ = false;
     recordPlace();
     return;
   }
@@ -136,7 +147,7 @@ void BrowserWindow::takePlace(bool showing) {
       normalUncertain_ = ownFrame().isNull() && place.frame.isNull();
       setWindowState(windowState() | Qt::WindowMaximized);
     }
-  } else if (!maximise && !place.normal.isNull() && toTwipRect(frameGeometry()) != place.normal) {
+  } else if (!maximise && !place.normal.isNull() && toTwipRect(outerGeometry()) != place.normal) {
     setOuterTwips(place.normal);
   }
   takingPlace_ = false;
@@ -145,7 +156,7 @@ void BrowserWindow::takePlace(bool showing) {
 void BrowserWindow::Form_Resize() {
   if (program_.startingUp) return;
   laidOutFrame_ = ownFrame();
-  layOutFrames(toTwips(frameGeometry().height()), toTwips(frameGeometry().width()));
+  layOutFrames(toTwips(outerGeometry().height()), toTwips(outerGeometry().width()));
   recordPlace();
 }
 
@@ -154,12 +165,13 @@ void BrowserWindow::recordPlace() {
   if (program_.startingUp || !isVisible() || takingPlace_) return;
   ScreenPlace& place = program_.place();
   const bool frameMissing = ownFrame().isNull() && !place.frame.isNull();
-  if (settleTimer_.isActive() && (!wantedOuter_.isNull() || !isOnScreen() || frameMissing)) return;
+  const bool settled = wantedOuter_.isNull() && isOnScreen() && !frameMissing && !sizeUnset_;
+  if (settleTimer_.isActive() && !settled) return;
   place.state = state();
   settings().env_Form1_WinS = place.state;
   if (place.state != kNormal) return;
   place.frame = ownFrame();
-  setNormalPlace(toTwipRect(frameGeometry()));
+  setNormalPlace(toTwipRect(outerGeometry()));
   while (recent_.size() > 1 && clock_.elapsed() - recent_[1].time > kStateDelay) {
     recent_.removeFirst();
   }
@@ -178,7 +190,7 @@ void BrowserWindow::setNormalPlace(const QRect& outer) {
 // What was recorded just now as the normal place can have been that of the
 // maximised window already.
 void BrowserWindow::dropMaximisedRecords() {
-  const QRect maximised = toTwipRect(frameGeometry());
+  const QRect maximised = toTwipRect(outerGeometry());
   const auto isMaximisedSize = [&maximised](const QRect& outer) {
     return qAbs(outer.width() - maximised.width()) < kFrameTolerance &&
            qAbs(outer.height() - maximised.height()) < kFrameTolerance;
@@ -205,6 +217,7 @@ void BrowserWindow::moveEvent(QMoveEvent* event) {
 void BrowserWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (event->spontaneous()) return;
+  sizeUnset_ = program_.place().normal.isNull();
   startSettling();
   takePlace(true);
   Form_Activate();

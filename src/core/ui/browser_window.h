@@ -36,7 +36,7 @@ class BrowserWindow : public QMainWindow {
   [[nodiscard]] QSize designedSize() const { return designedSize_; }
 
   /// The window's outer rectangle in logical pixels, title bar included.
-  [[nodiscard]] QRect outerGeometry() const { return frameGeometry(); }
+  [[nodiscard]] QRect outerGeometry() const;
 
   /// Moves and sizes the window so that its outer rectangle is this one, in
   /// twips; kept up until the window manager has said how wide its frame is.
@@ -73,6 +73,7 @@ class BrowserWindow : public QMainWindow {
   void startSettling();
   void settleFrame();
   void applyOuter();
+  void takeDesignedSize();
 
   Program& program_;
   QSize designedSize_;
@@ -83,6 +84,7 @@ class BrowserWindow : public QMainWindow {
   QMargins laidOutFrame_;
   QElapsedTimer clock_;
   QList<RecentPlace> recent_;     // oldest first
+  bool sizeUnset_ = false;        // shown without a place: the designed size holds
   bool normalUncertain_ = false;  // was maximised before its frame was known
   bool takingPlace_ = false;
 };
