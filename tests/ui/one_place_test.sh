@@ -4,7 +4,7 @@
 #
 #   one_place_test.sh VEL WORKFOLDER [SCALE]
 #
-# Ends with 77 where the tools for it are missing.
+# Needs Xvfb, openbox, xdotool, xwininfo and xprop.
 set -u
 
 vel=$1
@@ -12,7 +12,7 @@ work=$2
 scale=${3:-1}  # device pixels to a logical one
 
 for tool in Xvfb openbox xdotool xwininfo xprop; do
-  command -v "$tool" > /dev/null || { echo "$tool is missing"; exit 77; }
+  command -v "$tool" > /dev/null || { echo "$tool is missing"; exit 1; }
 done
 
 children=()

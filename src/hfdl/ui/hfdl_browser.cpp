@@ -25,7 +25,7 @@ constexpr int kSideOffset = 345;
 constexpr int kMargin = 6;
 constexpr int kTopRowTop = 4;
 constexpr int kListTop = 37;
-constexpr int kChooserWidth = 205;
+constexpr int kChooserWidth = 224;
 
 // Indexes of the look-up row.
 constexpr int kAddressSearch = 0;

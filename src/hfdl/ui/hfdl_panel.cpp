@@ -16,7 +16,7 @@ namespace {
 
 // The panel is low: its height is fixed by the window's layout. Widths in
 // pixels.
-constexpr int kPhotoColumnWidth = 170;
+constexpr int kPhotoColumnWidth = 158;
 constexpr int kSpacing = 3;
 
 // Among the look-up buttons Command7.
@@ -53,10 +53,10 @@ HfdlPanel::HfdlPanel(Program& program, const Tables& tables, xLView* list, LogLi
   photo_->setFixedWidth(kPhotoColumnWidth);
   auto* columns = new QHBoxLayout(this);
   columns->setContentsMargins(6, 0, 17, kSpacing);
-  columns->setSpacing(6);
+  columns->setSpacing(5);
   columns->addWidget(photo_);
-  columns->addWidget(makeAircraftColumn(), 1);
-  columns->addWidget(makeFlightColumn(), 1);
+  columns->addWidget(makeAircraftColumn(), 2);
+  columns->addWidget(makeFlightColumn(), 2);
   columns->addWidget(makeAirportColumn(), 2);
 
   connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);

@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QVBoxLayout>
 #include <utility>
 
 #include "core/ui/qt_desktop.h"
@@ -32,49 +33,65 @@ Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWi
       tr("Fills 3Letter, 2Letter, Regist and Equip. from a result line copied on Airframes\n"
          "Airframesの検索結果をコピーして押すと3レター、2レター、レジ、機種を記入"));
 
-  auto* grid = new QGridLayout(this);
-  grid->setContentsMargins(6, 1, 6, 3);
-  grid->setHorizontalSpacing(4);
-  grid->setVerticalSpacing(2);
-  const auto addBox = [&](Box box, const QString& caption, const QString& accessibleName,
-                          const QString& toolTip, int row, int column, int span) {
-    QLineEdit* edit = makeEditorBox(this, QStringLiteral("Text1(%1)").arg(static_cast<int>(box)),
-                                    accessibleName, toolTip, enter_);
-    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(QStringLiteral("000")) + 14);
-    auto* label = new QLabel(caption, this);
-    label->setBuddy(edit);
-    grid->addWidget(label, row, column);
-    grid->addWidget(edit, row, column + 1, 1, span);
-    boxes_[box] = edit;
-    connect(edit, &QLineEdit::textChanged, this, [this, box] { Text1_Change(box); });
+  // Captions stand above their boxes: the frame is narrow.
+  auto* rows = new QVBoxLayout(this);
+  rows->setContentsMargins(6, 0, 6, 3);
+  rows->setSpacing(2);
+  const auto addRow = [rows] {
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(4);
+    grid->setVerticalSpacing(0);
+    rows->addLayout(grid);
+    return grid;
   };
-  addBox(kAddress, QStringLiteral("ICAO24"), tr("ICAO 24-bit address"),
-         tr("ICAO 24-bit address\nICAO 24ビットアドレス"), 0, 0, 1);
-  addBox(kRegistration, QStringLiteral("Regist"), tr("Registration"),
-         tr("Registration; its type is looked up in aircraft.csv\n"
-            "機体番号。機種はaircraft.csvから記入"),
-         0, 2, 1);
-  addBox(kThreeLetter, QStringLiteral("3Letter"), tr("Airline 3-letter code"),
+  QGridLayout* codes = addRow();
+  addBox(codes, kAddress, QStringLiteral("ICAO24"), tr("ICAO 24-bit address"),
+         tr("ICAO 24-bit address\nICAO 24ビットアドレス"), QStringLiteral("000000"));
+  addBox(codes, kThreeLetter, QStringLiteral("3Letter"), tr("Airline 3-letter code"),
          tr("3-letter code of the airline; the 2-letter code follows\n"
             "航空会社の3レター。2レターも記入されます"),
-         1, 0, 1);
-  addBox(kTwoLetter, QStringLiteral("2Letter"), tr("Airline 2-letter code"),
+         QStringLiteral("WWW"));
+  addBox(codes, kTwoLetter, QStringLiteral("2Letter"), tr("Airline 2-letter code"),
          tr("2-letter code of the airline; the 3-letter code follows\n"
             "航空会社の2レター。3レターも記入されます"),
-         1, 2, 1);
-  addBox(kEquipment, QStringLiteral("Equip."), tr("Equipment"), tr("Aircraft type\n機種"), 2, 0, 3);
+         QStringLiteral("WW"));
+  QGridLayout* aircraft = addRow();
+  addBox(aircraft, kRegistration, QStringLiteral("Regist"), tr("Registration"),
+         tr("Registration; its type is looked up in aircraft.csv\n"
+            "機体番号。機種はaircraft.csvから記入"),
+         QStringLiteral("WW-00000"));
+  addBox(aircraft, kEquipment, QStringLiteral("Equip."), tr("Equipment"), tr("Aircraft type\n機種"),
+         QStringLiteral("000000"));
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(paste_);
   buttons->addStretch();
   buttons->addWidget(enter_);
-  grid->addLayout(buttons, 3, 0, 1, 4);
-  grid->setColumnStretch(1, 1);
-  grid->setColumnStretch(3, 1);
+  rows->addLayout(buttons);
   QWidget::setTabOrder(boxes_[kEquipment], enter_);
   QWidget::setTabOrder(enter_, paste_);
 
   connect(enter_, &QPushButton::clicked, this, &Icao24Editor::Command1_Click);
   connect(paste_, &QPushButton::clicked, this, &Icao24Editor::Command4_Click);
+}
+
+void Icao24Editor::addBox(QGridLayout* grid, Box box, const QString& caption,
+                          const QString& accessibleName, const QString& toolTip,
+                          const QString& widestText) {
+  constexpr int kBoxFrame = 12;
+  QLineEdit* edit = makeEditorBox(this, QStringLiteral("Text1(%1)").arg(static_cast<int>(box)),
+                                  accessibleName, toolTip, enter_);
+  edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(widestText) + kBoxFrame);
+  auto* label = new QLabel(caption, this);
+  QFont small = label->font();
+  small.setPointSizeF(small.pointSizeF() * 0.85);
+  label->setFont(small);
+  label->setBuddy(edit);
+  const int column = grid->columnCount();
+  grid->addWidget(label, 0, column);
+  grid->addWidget(edit, 1, column);
+  grid->setColumnStretch(column, 1);
+  boxes_[box] = edit;
+  connect(edit, &QLineEdit::textChanged, this, [this, box] { Text1_Change(box); });
 }
 
 std::string Icao24Editor::text(Box box) const { return boxes_[box]->text().toStdString(); }

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QPushButton>
 #include <array>
 #include <functional>
+#include <initializer_list>
 #include <string>
+#include <utility>
 
 #include "tables/ui/table_editing.h"
 
@@ -40,6 +43,8 @@ class Icao24Editor : public QGroupBox {
   void Command4_Click();
 
  private:
+  void addBox(QGridLayout* grid, Box box, const QString& caption, const QString& accessibleName,
+              const QString& toolTip, const QString& widestText);
   /// The user changed a box: the boxes that depend on it follow.
   void Text1_Change(Box changed);
   void makeCapitals(Box box);

@@ -116,7 +116,7 @@ AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
   grid->setVerticalSpacing(0);
   auto* codeLabel = new QLabel(tr("4Letter"), this);
   codeLabel->setBuddy(code_);
-  auto* nameLabel = new QLabel(tr("Airport name + 3Letter code"), this);
+  auto* nameLabel = new QLabel(tr("Name + 3Letter"), this);
   nameLabel->setBuddy(name_);
   grid->addWidget(codeLabel, 0, 0);
   grid->addWidget(nameLabel, 0, 1, 1, 2);

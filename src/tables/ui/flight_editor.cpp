@@ -51,6 +51,7 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   paste_->setObjectName(QStringLiteral("Command13"));
   paste_->setFixedWidth(paste_->fontMetrics().horizontalAdvance(paste_->text()) + 22);
   paste_->setAccessibleName(tr("Route from the clipboard"));
+  paste_->setFixedWidth(paste_->fontMetrics().horizontalAdvance(paste_->text()) + 22);
   paste_->setToolTip(
       tr("Takes a route from a copied text with From (…) and to (…)\n"
          "コピーしたテキストから経路を取得"));

@@ -18,7 +18,7 @@ EngineRow::EngineRow(const Texts& texts, const std::vector<std::string>& engines
   chooser_->setAccessibleName(texts.chooserAccessible);
   chooser_->setToolTip(texts.chooserAccessible);
   chooser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  chooser_->setMinimumContentsLength(5);
+  chooser_->setMinimumContentsLength(4);
   for (const std::string& engine : engines) chooser_->addItem(toQString(engine));
   button_ = makeLookUpButton(this, texts.buttonIndex, texts.buttonCaption, texts.buttonToolTip);
   auto* row = new QHBoxLayout(this);
