@@ -71,6 +71,7 @@ AcarsBrowser::AcarsBrowser(Program& program, WebAccess& web)
       web_(web),
       tables_(program.folders(), program.encoding()) {
   setObjectName(QStringLiteral("Form1"));
+  showRawLog = [&web](const std::string& name) { web.rawLogs().open(name); };
   setWindowTitle(QStringLiteral("VEL LIST.csv Browser"));
 
   auto* canvas = new QWidget(this);

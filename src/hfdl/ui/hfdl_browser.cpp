@@ -59,6 +59,7 @@ HfdlBrowser::HfdlBrowser(Program& program, WebAccess& web)
       tables_(program.folders(), program.encoding()),
       photos_(program.folders().pics) {
   setObjectName(QStringLiteral("Form2"));
+  showRawLog = [&web](const std::string& name) { web.rawLogs().open(name); };
   setWindowTitle(QStringLiteral("VEL FMT.log Browser"));
 
   canvas_ = new QWidget(this);
