@@ -42,6 +42,8 @@ const QStringList& columnTitles() {
   return titles;
 }
 
+const QString kLongestLogName = QStringLiteral("202601310000_HFDL_FMT.log");
+
 const QList<int> kColumnWidths = {44, 142, 38, 36, 140, 66, 76, 66, 186, 36, 52, 52};
 
 // A row's texts come from a log and two tables: the list keeps them as UTF-8.
@@ -83,7 +85,7 @@ HfdlBrowser::HfdlBrowser(Program& program, WebAccess& web)
 }
 
 void HfdlBrowser::fillTopRow() {
-  topRow_ = makeTopRow(canvas_, tr("FMT Log &file"), kChooserWidth);
+  topRow_ = makeTopRow(canvas_, tr("FMT Log &file"), kLongestLogName, kChooserWidth);
   activityChart_ = addTopButton(tr("Ground &stations"), QStringLiteral("Command8"),
                                 tr("Chart of the ground stations' activity\n地上局の活動グラフ"));
   frequencyChart_ = addTopButton(tr("Fre&quencies"), QStringLiteral("Command10"),

@@ -2,7 +2,6 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
-#include <QPersistentModelIndex>
 #include <QVBoxLayout>
 
 #include "core/text.h"
@@ -157,7 +156,12 @@ void HfdlPanel::showSelection() {
   hint_->hide();
   busy_->showProcessing();
   program_.desktop().processEvents();
-  if (overtaken(generation) || list_->listIndex() < 0) return;
+  if (overtaken(generation)) return;
+  if (list_->listIndex() < 0) {
+    hideLoading();
+    return;
+  }
+  shownLine_ = model_->index(list_->listIndex(), 0);
 
   const std::string address = list_->selectedText(kHfdlAddress);
   const std::string received = list_->selectedText(kHfdlFlight);
@@ -198,10 +202,11 @@ void HfdlPanel::updateAircraftRows(const Icao24Record& written) {
 }
 
 std::function<void()> HfdlPanel::flightRowsUpdate() {
-  const QPersistentModelIndex selected = model_->index(list_->listIndex(), 0);
+  // A line that was selected a moment ago may not be the one shown yet.
+  const QPersistentModelIndex shown = shownLine_;
   const std::string flight = flight_->flight();
   const FlightRoute route = flight_->route();
-  return [this, selected, flight, route] {
+  return [this, shown, flight, route] {
     const auto update = [&](int line) {
       model_->setCell(line, kHfdlOrigin, route.departure);
       model_->setCell(line, kHfdlDestination, route.destination);
@@ -209,7 +214,7 @@ std::function<void()> HfdlPanel::flightRowsUpdate() {
     for (int line = 0; line < model_->rowCount(); ++line) {
       if (model_->cell(line, kHfdlFlight) == flight) update(line);
     }
-    if (selected.isValid()) update(selected.row());
+    if (shown.isValid()) update(shown.row());
   };
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QPersistentModelIndex>
 #include <QPushButton>
 #include <QWidget>
 #include <string>
@@ -71,6 +72,7 @@ class HfdlPanel : public QWidget {
   QPushButton* rawLog_;       // Command7(3)
   AirportGroup* airports_;
   AirportEditor* airportEditor_;
+  QPersistentModelIndex shownLine_;
   int generation_ = 0;
   bool reading_ = false;
 };

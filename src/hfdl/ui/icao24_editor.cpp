@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 #include <utility>
 
+#include "core/text.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_row.h"
 
@@ -121,7 +122,7 @@ void Icao24Editor::setAircraft(const Icao24Record& record) {
 
 void Icao24Editor::makeCapitals(Box box) {
   QLineEdit* edit = boxes_[box];
-  const QString capitals = edit->text().toUpper();
+  const QString capitals = toQString(toUpper(text(box)));
   if (capitals == edit->text()) return;
   const int cursor = edit->cursorPosition();
   edit->setText(capitals);

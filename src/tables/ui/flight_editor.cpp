@@ -49,7 +49,6 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   remark_->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000000000")) + 16);
   paste_ = new QPushButton(tr("Paste…"), this);
   paste_->setObjectName(QStringLiteral("Command13"));
-  paste_->setFixedWidth(paste_->fontMetrics().horizontalAdvance(paste_->text()) + 22);
   paste_->setAccessibleName(tr("Route from the clipboard"));
   paste_->setFixedWidth(paste_->fontMetrics().horizontalAdvance(paste_->text()) + 22);
   paste_->setToolTip(
