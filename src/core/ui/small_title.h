@@ -8,7 +8,9 @@ namespace vel {
 /// there already: the panels below the lists are low.
 inline void useSmallTitle(QGroupBox& frame) {
   constexpr double kScale = 0.85;
-  const QFont usual = frame.font();
+  // Setting a size, also the one it has, keeps a font from taking its parent's.
+  QFont usual = frame.font();
+  usual.setPointSizeF(usual.pointSizeF());
   QFont small = usual;
   small.setPointSizeF(usual.pointSizeF() * kScale);
   frame.setFont(small);
