@@ -11,6 +11,9 @@ namespace {
 
 class BrowserGeometry : public test::AcarsWindowTest {
  protected:
+  // A place that stood for less may have been that of the next window state.
+  static constexpr int kLongEnough = 500;
+
   void saveGeometry(int top, int left, int height, int width, int state) const {
     test::writeBytes(base_.folders.program / "vel.env",
                      "\"env_Form1_Top\"," + std::to_string(top) + "\r\n\"env_Form1_Left\"," +
@@ -39,8 +42,7 @@ class BrowserGeometry : public test::AcarsWindowTest {
 TEST_F(BrowserGeometry, WithoutSettingsTheWindowHasItsDesignedSize) {
   start();
   letSettle();
-  EXPECT_EQ(window().width(), toPixels(window().designedSize().width()));
-  EXPECT_EQ(window().height(), toPixels(window().designedSize().height()));
+  EXPECT_EQ(outerTwips(window()).size(), window().designedSize());
   EXPECT_FALSE(window().isMaximized());
 }
 
@@ -55,15 +57,14 @@ TEST_F(BrowserGeometry, ASavedWidthBelowTwoThousandCountsAsNone) {
   saveGeometry(600, 450, 9000, 1999, 2);
   start();
   letSettle();
-  EXPECT_EQ(window().width(), toPixels(window().designedSize().width()));
-  EXPECT_EQ(window().height(), toPixels(window().designedSize().height()));
+  EXPECT_EQ(outerTwips(window()).size(), window().designedSize());
 }
 
 TEST_F(BrowserGeometry, ASavedHeightBelowFiveHundredCountsAsNone) {
   saveGeometry(600, 450, 499, 14700, 0);
   start();
   letSettle();
-  EXPECT_EQ(window().height(), toPixels(window().designedSize().height()));
+  EXPECT_EQ(outerTwips(window()).size(), window().designedSize());
 }
 
 TEST_F(BrowserGeometry, AMinimisedStateIsNeverRestored) {
@@ -119,7 +120,7 @@ TEST_F(BrowserGeometry, AWindowClosedMinimisedComesBackAtItsLastNormalPlace) {
   letSettle();
   window().resize(1010, 640);
   window().move(30, 45);
-  QTest::qWait(300);
+  QTest::qWait(kLongEnough);
   const QRect normal = outerTwips(window());
   window().showMinimized();
   QTest::qWait(50);
@@ -135,7 +136,7 @@ TEST_F(BrowserGeometry, AWindowClosedMaximisedOpensMaximised) {
   start();
   letSettle();
   window().resize(1010, 640);
-  QTest::qWait(300);
+  QTest::qWait(kLongEnough);
   const int normalWidth = outerTwips(window()).width();
   window().showMaximized();
   QTest::qWait(50);
@@ -149,7 +150,7 @@ TEST_F(BrowserGeometry, ASizeReportedAMomentBeforeTheMaximisedStateIsNotTheNorma
   start();
   letSettle();
   window().resize(1010, 640);
-  QTest::qWait(300);
+  QTest::qWait(kLongEnough);
   const QRect normal = outerTwips(window());
   window().resize(1200, 780);
   window().showMaximized();
@@ -194,7 +195,7 @@ TEST_F(BrowserGeometry, TheOtherBrowserTakesTheSamePlace) {
   program_->switchBrowser(second);
   letSettle();
   EXPECT_EQ(first.frameGeometry(), moved);
-  QTest::qWait(300);
+  QTest::qWait(kLongEnough);
   first.showMaximized();
   QTest::qWait(20);
   program_->switchBrowser(first);
