@@ -2,12 +2,15 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QTimer>
+#include <memory>
 
 #include "acars/ui/acars_browser.h"
 #include "core/platform.h"
 #include "core/ui/program.h"
 #include "core/ui/qt_desktop.h"
 #include "core/version.h"
+#include "hfdl/ui/activity_window.h"
+#include "hfdl/ui/frequency_window.h"
 #include "hfdl/ui/hfdl_browser.h"
 #include "tables/rewrite.h"
 #include "tour/ui/tour_window.h"
@@ -55,6 +58,8 @@ int main(int argc, char** argv) {
   vel::Program program(desktop, vel::Folders::of(folder));
   vel::WebAccess web(program);
   vel::TourState tour;
+  std::unique_ptr<vel::ActivityWindow> activity;
+  std::unique_ptr<vel::FrequencyWindow> frequencies;
   program.setBrowsers(
       [&](vel::Program& owner) {
         auto browser = std::make_unique<vel::AcarsBrowser>(owner, web);
@@ -65,7 +70,21 @@ int main(int argc, char** argv) {
         };
         return browser;
       },
-      [&web](vel::Program& owner) { return std::make_unique<vel::HfdlBrowser>(owner, web); });
+      [&](vel::Program& owner) {
+        auto browser = std::make_unique<vel::HfdlBrowser>(owner, web);
+        browser->showActivityChart = [&activity, &owner, window = browser.get()] {
+          if (!activity) {
+            activity = std::make_unique<vel::ActivityWindow>(
+                owner, [window] { return window->shownLog(); });
+          }
+          activity->open();
+        };
+        browser->showFrequencyChart = [&frequencies, &owner] {
+          if (!frequencies) frequencies = std::make_unique<vel::FrequencyWindow>(owner);
+          frequencies->open();
+        };
+        return browser;
+      });
   if (parser.isSet(screenshot)) {
     const QString file = parser.value(screenshot);
     program.onShown = [&desktop, file](vel::BrowserWindow& window) {

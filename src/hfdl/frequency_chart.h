@@ -11,8 +11,8 @@ namespace vel {
 /// Where things stand on the frequency chart, in logical pixels.
 namespace frequency_chart {
 
-constexpr double kLeftMargin = 92;   ///< x of the chart's start
-constexpr double kRightMargin = 12;  ///< right of its end
+constexpr double kLeftMargin = 104;  ///< x of the chart's start
+constexpr double kRightMargin = 20;  ///< right of its end
 constexpr double kGridTop = 20;
 constexpr double kGridBottom = 10;  ///< above the lower edge of the surface
 constexpr double kFirstStation = 26;

@@ -26,7 +26,7 @@ struct Rect {
   friend bool operator==(const Rect&, const Rect&) = default;
 };
 
-/// A line one logical pixel wide: to the right of (and below) its coordinates.
+/// A level or upright line one logical pixel wide: to the right of (and below) its coordinates.
 struct Line {
   double x1 = 0;
   double y1 = 0;

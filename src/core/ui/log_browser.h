@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "core/file.h"
@@ -49,6 +50,9 @@ class LogBrowser : public BrowserWindow {
 
   void Combo1_Click();
   void Command5_Click();
+
+  /// The name of the selected log, empty when none is.
+  [[nodiscard]] std::string shownLog() const { return logFile_->currentText().toStdString(); }
 
   /// What shows the raw log of that name; set before Form_Load. Without it the
   /// raw log is not offered.

@@ -1,0 +1,409 @@
+#include "hfdl/ui/frequency_window.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QImageReader>
+#include <QTimer>
+#include <QToolButton>
+#include <QWheelEvent>
+#include <cstdio>
+#include <filesystem>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "hfdl/frequency_chart.h"
+#include "tests/ui/charts/chart_station.h"
+
+namespace vel::test {
+namespace {
+
+using namespace frequency_chart;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const QColor kMark(30, 30, 30);
+const QColor kWhite(Qt::white);
+const QColor kDay(60, 60, 150);
+
+std::string header(const std::string& stamp) {
+  return "[3]------------------------[" + stamp + "]\r\n";
+}
+
+std::string frequencies(const std::string& list, const std::string& station) {
+  return "   FREQUENCIES    = [ " + list + " ] (" + station + ")\r\n";
+}
+
+class FrequencyWindowTest : public testing::Test {
+ protected:
+  void write(const std::string& bytes, const std::string& log = "202611170000_HFDL_FMT.log") {
+    writeBytes(station_.base.folders.logs / log, bytes);
+  }
+  // So many stations with seven frequencies each: more than the window shows.
+  void writeManyStations(int count) {
+    std::string log = header("2026/11/15 06:00:00");
+    for (int i = 0; i < count; ++i) {
+      log += frequencies("2998 5583 6535 8912 10027 13276 17919", "Station " + std::to_string(i));
+    }
+    write(log);
+  }
+
+  void open() {
+    window_.open();
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
+    QTest::qWait(20);
+  }
+
+  QScrollBar* scroll() const { return window_.findChild<QScrollBar*>(QStringLiteral("VScroll1")); }
+  QWidget* frame() const { return window_.picture()->parentWidget(); }
+  /// x of a moment of the seven days from the 11th.
+  [[nodiscard]] double x(int day, int hour, int minute) const {
+    return xOf((day - 11) * 1440 + hour * 60 + minute, window_.picture()->width());
+  }
+  /// y in the middle of the marks of a row of the first station.
+  static double rowMiddle(int row) {
+    return kFirstStation + kStationHeight + row * kRowHeight + kMarkTop + kMarkHeight / 2;
+  }
+  QImage painted() { return window_.picture()->grab().toImage(); }
+  [[nodiscard]] std::vector<std::string> texts() const {
+    std::vector<std::string> found;
+    for (const Shape& shape : window_.picture()->drawing().shapes) {
+      if (const auto* text = std::get_if<Text>(&shape)) found.push_back(text->text);
+    }
+    return found;
+  }
+
+  /// Presses the button there and closes the magnifier that it shows. True
+  /// when one was shown, modally.
+  bool pressMagnifies(Qt::MouseButton button, const QPoint& point) {
+    bool shown = false;
+    QTimer closing;
+    QObject::connect(&closing, &QTimer::timeout, [&] {
+      if (!window_.magnifier()->isVisible()) return;
+      shown = QApplication::activeModalWidget() == window_.magnifier();
+      square_ = window_.magnifier()->grab().toImage();
+      window_.magnifier()->close();
+    });
+    closing.start(10);
+    QTest::mouseClick(window_.picture(), button, {}, point);
+    QTest::qWait(100);
+    return shown;
+  }
+
+  ChartStation station_;
+  FrequencyWindow window_{station_.program};
+  QImage square_;
+};
+
+TEST_F(FrequencyWindowTest, FirstActivationLoadsAndDrawsLaterOnesDoNot) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
+  open();
+  ASSERT_EQ(window_.tables().stationCount(), 1U);
+  EXPECT_THAT(texts(), testing::IsSupersetOf({"Molokai", "    2998"}));
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Auckland"));
+  window_.open();
+  window_.Form_Activate();
+  QTest::qWait(20);
+  EXPECT_EQ(window_.tables().stationName(0), "Molokai");
+}
+
+TEST_F(FrequencyWindowTest, ClosedAndOpenedAgainItLoadsAnew) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
+  open();
+  window_.close();
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Auckland"));
+  open();
+  EXPECT_EQ(window_.tables().stationName(0), "Auckland");
+}
+
+TEST_F(FrequencyWindowTest, MarkStandsAtItsMinuteInItsRowAndWhiteBesideIt) {
+  write(header("2026/11/15 07:03:00") + frequencies("2998 5583", "Molokai") +
+        header("2026/11/15 09:07:00") + frequencies("5583", "Molokai"));
+  open();
+  const QImage image = painted();
+  const double first = std::floor(x(15, 7, 3) + 0.5);
+  const double second = std::floor(x(15, 9, 7) + 0.5);
+  EXPECT_EQ(colourAt(image, first, rowMiddle(0)), kMark);
+  EXPECT_EQ(colourAt(image, first, rowMiddle(1)), kMark);
+  EXPECT_EQ(colourAt(image, second, rowMiddle(1)), kMark);
+  EXPECT_EQ(colourAt(image, second, rowMiddle(0)), kWhite);
+  EXPECT_EQ(colourAt(image, first - 1, rowMiddle(0)), kWhite);
+  EXPECT_EQ(colourAt(image, first + 1, rowMiddle(0)), kWhite);
+  EXPECT_EQ(colourAt(image, first, rowMiddle(0) + kMarkHeight / 2 + 1), kWhite);
+}
+
+TEST_F(FrequencyWindowTest, EmptyLogsFolderDrawsOnlyTheGridAndItsLabels) {
+  open();
+  EXPECT_EQ(window_.tables().stationCount(), 0U);
+  EXPECT_THAT(station_.desktop.messages, IsEmpty());
+  const QImage image = painted();
+  EXPECT_EQ(colourAt(image, std::floor(x(12, 0, 0) + 0.5), 100), kDay);
+  EXPECT_EQ(colourAt(image, std::floor(x(11, 2, 0) + 0.5), 100), QColor(240, 240, 240));
+  EXPECT_EQ(colourAt(image, std::floor(x(11, 6, 0) + 0.5), 100), QColor(100, 150, 100));
+  EXPECT_EQ(colourAt(image, std::floor(x(11, 6, 0) + 0.5) + 2, 100), kWhite);
+  EXPECT_EQ(colourAt(image, std::floor(x(12, 0, 0) + 0.5), 19), kWhite);
+  EXPECT_EQ(colourAt(image, std::floor(x(12, 0, 0) + 0.5), image.height() - 9), kWhite);
+  EXPECT_THAT(texts(), testing::IsSupersetOf({"11/11", "11/17", "11/18", "06", "18"}));
+  std::filesystem::remove_all(station_.base.folders.logs);
+  QTest::keyClick(&window_, Qt::Key_F5);
+  EXPECT_THAT(station_.desktop.messages, IsEmpty());
+}
+
+TEST_F(FrequencyWindowTest, LabelsKeepInsideTheSurface) {
+  writeManyStations(3);
+  open();
+  const QImage image = painted();
+  for (int y = 0; y < image.height(); ++y) {
+    ASSERT_EQ(image.pixelColor(image.width() - 1, y), kWhite) << y;
+    ASSERT_EQ(image.pixelColor(0, y), kWhite) << y;
+  }
+}
+
+TEST_F(FrequencyWindowTest, ProgressGrowsByACharacterForEachFileAndIsNavyAt50x50) {
+  write("", "202611010000_HFDL_FMT.log");
+  write("", "202611110000_HFDL_FMT.log");
+  write("", "202611170000_HFDL_FMT.log");
+  write("", "202611190000_HFDL_FMT.log");
+  std::vector<std::string> progress;
+  bool navy = false;
+  station_.desktop.onProcessEvents = [&] {
+    const Drawing& drawing = window_.picture()->drawing();
+    ASSERT_EQ(drawing.shapes.size(), 1U);
+    const Text& text = std::get<Text>(drawing.shapes.front());
+    if (progress.empty() || progress.back() != text.text) progress.push_back(text.text);
+    EXPECT_EQ(text.x, 50);
+    EXPECT_EQ(text.y, 50);
+    EXPECT_EQ(text.colour, (Colour{0, 0, 128}));
+    EXPECT_FALSE(scroll()->isEnabled());
+    const QImage image = painted();
+    for (int y = 50; y < 64; ++y) {
+      for (int x = 50; x < 140; ++x) navy = navy || image.pixelColor(x, y) == QColor(0, 0, 128);
+    }
+  };
+  open();
+  station_.desktop.onProcessEvents = nullptr;
+  EXPECT_THAT(progress, ElementsAre("Loading .o", "Loading .oo"));
+  EXPECT_TRUE(navy);
+  EXPECT_TRUE(scroll()->isEnabled());
+}
+
+TEST_F(FrequencyWindowTest, LoadUnderWayKeepsASecondOneFromStarting) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
+  write(header("2026/11/16 06:00:00") + frequencies("2998", "Auckland"),
+        "202611160000_HFDL_FMT.log");
+  int asked = 0;
+  station_.desktop.onProcessEvents = [&] {
+    if (++asked > 100) return;
+    const std::size_t before = window_.tables().stationCount();
+    window_.loadFMTlog(std::chrono::local_days(std::chrono::year(2020) / 1 / 1));
+    window_.resize(window_.width() + 1, window_.height());
+    EXPECT_EQ(window_.tables().stationCount(), before);
+  };
+  open();
+  EXPECT_GT(asked, 0);
+  EXPECT_LT(asked, 100);
+  EXPECT_EQ(window_.tables().stationCount(), 2U);
+}
+
+TEST_F(FrequencyWindowTest, LogsOfOtherDatesAreNotShown) {
+  write(header("2026/11/01 06:00:00") + frequencies("2998", "Early"), "202611010000_HFDL_FMT.log");
+  write(header("2026/11/30 06:00:00") + frequencies("2998", "Late"), "202611300000_HFDL_FMT.log");
+  open();
+  EXPECT_EQ(window_.tables().stationCount(), 0U);
+}
+
+TEST_F(FrequencyWindowTest, LogThatVanishesIsToldOnceAndTheOthersAreShown) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"),
+        "202611150000_HFDL_FMT.log");
+  write(header("2026/11/16 06:00:00") + frequencies("2998", "Auckland"),
+        "202611160000_HFDL_FMT.log");
+  station_.desktop.onProcessEvents = [this] {
+    std::error_code error;
+    std::filesystem::remove(station_.base.folders.logs / "202611160000_HFDL_FMT.log", error);
+  };
+  open();
+  EXPECT_THAT(station_.desktop.messages, ElementsAre("ERROR #53"));
+  ASSERT_EQ(window_.tables().stationCount(), 1U);
+  EXPECT_THAT(texts(), testing::Contains("Molokai"));
+  EXPECT_FALSE(station_.desktop.ended);
+}
+
+TEST_F(FrequencyWindowTest, TenThousandAndOneTimeStampsAreToldAndDrawn) {
+  std::string log;
+  char stamp[64];
+  for (int i = 0; i < 10001; ++i) {
+    std::snprintf(stamp, sizeof stamp, "2026/11/15 %02d:%02d:%02d", i / 3600, i / 60 % 60, i % 60);
+    log += header(stamp) + frequencies("2998", "Molokai");
+  }
+  write(log);
+  open();
+  EXPECT_THAT(station_.desktop.messages,
+              ElementsAre("データ量が多く一部のデータを処理できませんでした。（10001件）"
+                          "サポートまでお問い合わせください。"));
+  EXPECT_EQ(colourAt(painted(), std::floor(x(15, 1, 0) + 0.5), rowMiddle(0)), kMark);
+}
+
+TEST_F(FrequencyWindowTest, StationsAndFrequenciesPastTheTablesAreToldOnce) {
+  std::string log =
+      header("2026/11/15 06:00:00") + frequencies("1 2 3 4 5 6 7 8 9 10 11 12", "Station 0");
+  for (int i = 1; i < 32; ++i) log += frequencies("2998", "Station " + std::to_string(i));
+  write(log);
+  open();
+  EXPECT_EQ(window_.tables().stationCount(), 31U);
+  EXPECT_THAT(
+      station_.desktop.messages,
+      ElementsAre("1 station and 1 frequency are not shown. 1局と1周波数は表示されません。"));
+}
+
+TEST_F(FrequencyWindowTest, ScrollBarSlidesTheSurfaceUp) {
+  writeManyStations(20);
+  open();
+  ASSERT_EQ(scroll()->maximum(), window_.picture()->height() - frame()->height());
+  ASSERT_GT(scroll()->maximum(), 300);
+  scroll()->setValue(123);
+  EXPECT_EQ(window_.picture()->y(), -123);
+  EXPECT_EQ(window_.picture()->x(), 0);
+}
+
+TEST_F(FrequencyWindowTest, KeysScroll) {
+  writeManyStations(31);
+  open();
+  const int page = frame()->height();
+  QTest::keyClick(&window_, Qt::Key_PageDown);
+  EXPECT_EQ(window_.picture()->y(), -page);
+  QTest::keyClick(&window_, Qt::Key_Down);
+  EXPECT_EQ(window_.picture()->y(), -page - scroll()->singleStep());
+  QTest::keyClick(&window_, Qt::Key_Up);
+  QTest::keyClick(&window_, Qt::Key_PageUp);
+  EXPECT_EQ(window_.picture()->y(), 0);
+  QTest::keyClick(&window_, Qt::Key_End);
+  EXPECT_EQ(window_.picture()->y(), frame()->height() - window_.picture()->height());
+  QTest::keyClick(&window_, Qt::Key_Home);
+  EXPECT_EQ(window_.picture()->y(), 0);
+  for (auto* button : window_.findChildren<QToolButton*>()) {
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_PageDown);
+    EXPECT_EQ(window_.picture()->y(), -page);
+    QTest::keyClick(button, Qt::Key_Home);
+  }
+}
+
+TEST_F(FrequencyWindowTest, WheelOverTheChartScrolls) {
+  writeManyStations(20);
+  open();
+  const QPointF point(300, 100);
+  const auto turn = [&](int delta) {
+    QWheelEvent event(point, window_.picture()->mapToGlobal(point), QPoint(), QPoint(0, delta),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(window_.picture(), &event);
+  };
+  turn(-120);
+  const int lower = window_.picture()->y();
+  EXPECT_LT(lower, 0);
+  turn(120);
+  EXPECT_GT(window_.picture()->y(), lower);
+}
+
+TEST_F(FrequencyWindowTest, LeftButtonDoesNothing) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
+  open();
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Auckland"));
+  EXPECT_FALSE(pressMagnifies(Qt::LeftButton, QPoint(300, 60)));
+  EXPECT_EQ(window_.tables().stationName(0), "Molokai");
+}
+
+TEST_F(FrequencyWindowTest, AnyOtherButtonLoadsAgainAndEnlargesAroundThePoint) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
+  open();
+  int number = 0;
+  for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton, Qt::BackButton}) {
+    const std::string name = "Station " + std::to_string(++number);
+    write(header("2026/11/15 07:03:00") + frequencies("2998", name));
+    const double markX = std::floor(x(15, 7, 3) + 0.5);
+    const QPoint point = QPointF(markX + 20, rowMiddle(0) - 10).toPoint();
+    EXPECT_TRUE(pressMagnifies(button, point)) << button;
+    EXPECT_EQ(window_.tables().stationName(0), name);
+    EXPECT_EQ(window_.magnifier()->origin(), point - QPoint(75, 75));
+    // The mark's pixel (X0 + i, Y0 + j) is the box from (4i, 4j) on.
+    const QPoint box(4 * (75 - 20), 4 * (75 + 10));
+    EXPECT_EQ(square_.pixelColor(box), kMark);
+    EXPECT_EQ(square_.pixelColor(box + QPoint(3, 3)), kMark);
+    EXPECT_EQ(square_.pixelColor(box + QPoint(4, 0)), kWhite);
+    EXPECT_EQ(square_.pixelColor(box - QPoint(1, 0)), kWhite);
+  }
+}
+
+TEST_F(FrequencyWindowTest, PressAtTheCornerEnlargesASquareThatReachesOutside) {
+  open();
+  ASSERT_TRUE(pressMagnifies(Qt::RightButton, QPoint(0, 0)));
+  EXPECT_EQ(square_.pixelColor(4, 4), QColor(Magnifier::kOutside));
+  EXPECT_EQ(square_.pixelColor(4 * 75, 4 * 75), kWhite);
+}
+
+TEST_F(FrequencyWindowTest, ReloadByTheMouseKeepsTheScrolledPlace) {
+  writeManyStations(31);
+  open();
+  scroll()->setValue(400);
+  ASSERT_TRUE(pressMagnifies(Qt::RightButton, QPoint(300, 450)));
+  EXPECT_EQ(scroll()->value(), 400);
+  EXPECT_EQ(window_.picture()->y(), -400);
+}
+
+TEST_F(FrequencyWindowTest, ToolTipSaysHowToEnlarge) {
+  EXPECT_EQ(window_.picture()->toolTip().toStdString(), "Right-click to enlarge");
+}
+
+TEST_F(FrequencyWindowTest, ResizedWindowIsDrawnForItsNewSize) {
+  write(header("2026/11/15 07:03:00") + frequencies("2998", "Molokai"));
+  open();
+  for (const QSize size : {QSize(1270, 780), QSize(760, 400)}) {
+    window_.resize(size);
+    QTest::qWait(20);
+    EXPECT_EQ(window_.picture()->size(), frame()->size());
+    EXPECT_EQ(colourAt(painted(), std::floor(x(15, 7, 3) + 0.5), rowMiddle(0)), kMark);
+    EXPECT_EQ(colourAt(painted(), std::floor(x(16, 0, 0) + 0.5), frame()->height() - 12), kDay);
+  }
+}
+
+TEST_F(FrequencyWindowTest, SavedPictureIsAReadablePngOfAllStations) {
+  writeManyStations(31);
+  open();
+  const QString file = QString::fromStdString((station_.base / "week.png").string());
+  window_.picture()->chooseFile = [&](const QString&) { return file; };
+  auto* button = window_.findChild<QToolButton*>();
+  ASSERT_NE(button, nullptr);
+  EXPECT_EQ(button->text().toStdString(), "Save picture as PNG...");
+  QTest::mouseClick(button, Qt::LeftButton);
+  QImageReader reader(file);
+  EXPECT_EQ(reader.format(), "png");
+  EXPECT_EQ(reader.read().size(), window_.picture()->size());
+  EXPECT_GT(window_.picture()->height(), frame()->height());
+  std::filesystem::remove(station_.base / "week.png");
+  QTest::keyClick(&window_, Qt::Key_S, Qt::ControlModifier);
+  EXPECT_TRUE(std::filesystem::exists(station_.base / "week.png"));
+}
+
+TEST_F(FrequencyWindowTest, CopyPutsThePictureOnTheClipboard) {
+  open();
+  QGuiApplication::clipboard()->clear();
+  QTest::keyClick(&window_, Qt::Key_C, Qt::ControlModifier);
+  EXPECT_EQ(QGuiApplication::clipboard()->image().size(), window_.picture()->size());
+}
+
+TEST_F(FrequencyWindowTest, ClosedDuringALoadItStopsAndOpensAgain) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
+  bool closed = false;
+  station_.desktop.onProcessEvents = [&] {
+    if (!closed) window_.close();
+    closed = true;
+  };
+  open();
+  EXPECT_EQ(window_.tables().stationCount(), 0U);
+  EXPECT_FALSE(window_.isVisible());
+  open();
+  EXPECT_EQ(window_.tables().stationCount(), 1U);
+  EXPECT_TRUE(scroll()->isEnabled());
+}
+
+}  // namespace
+}  // namespace vel::test
