@@ -12,6 +12,7 @@
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
 #include "tables/ui/airport_dialog.h"
+#include "web/address.h"
 
 namespace vel {
 namespace {
@@ -90,6 +91,7 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
   grid->setRowStretch(1, 1);
 
   connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);
+  connect(airportEditor_, &AirportEditor::written, flight_, &FlightEditor::showAirportNames);
   connect(flight_, &FlightEditor::airportNameChosen, this, &DetailPanel::openAirportDialog);
   connect(photo_->photo(), &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
   connect(enter_, &QPushButton::clicked, this, &DetailPanel::Command1_Click);
@@ -243,8 +245,11 @@ void DetailPanel::openSelectedPhoto() {
 }
 
 void DetailPanel::openAirportDialog(const QString& name) {
-  AirportDialog dialog(editing_, name, program_.services().airportsearch, window());
-  dialog.exec();
+  const auto searchAddress = [this](std::string_view code) {
+    return airportSearchAddress(program_.services(), code);
+  };
+  AirportDialog dialog(editing_, name, searchAddress, window());
+  if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();
 }
 
 void DetailPanel::Command1_Click() {

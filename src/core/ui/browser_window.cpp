@@ -5,6 +5,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include "core/ui/outer_placement.h"
 #include "core/ui/twips.h"
 
 namespace vel {
@@ -21,28 +22,6 @@ constexpr int kFramelessTicks = 5;
 constexpr qint64 kStateDelay = 400;
 // How far such a size may differ from that of the maximised window, in twips.
 constexpr int kFrameTolerance = 900;
-
-QRect toPixelRect(const QRect& twips) {
-  return {toPixels(twips.x()), toPixels(twips.y()), toPixels(twips.width()),
-          toPixels(twips.height())};
-}
-
-QRect toTwipRect(const QRect& pixels) {
-  return {toTwips(pixels.x()), toTwips(pixels.y()), toTwips(pixels.width()),
-          toTwips(pixels.height())};
-}
-
-// The rectangle, moved so that its title bar can be reached on some screen.
-QRect reachable(QRect rect) {
-  for (const QScreen* screen : QGuiApplication::screens()) {
-    const QRect area = screen->availableGeometry();
-    if (area.intersects(QRect(rect.x() + 40, rect.y(), rect.width() - 80, 20))) return rect;
-  }
-  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
-  rect.moveLeft(qBound(area.left(), rect.left(), qMax(area.left(), area.right() - rect.width())));
-  rect.moveTop(qBound(area.top(), rect.top(), qMax(area.top(), area.bottom() - rect.height())));
-  return rect;
-}
 
 }  // namespace
 

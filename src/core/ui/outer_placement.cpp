@@ -19,24 +19,23 @@ constexpr int kFramelessTicks = 5;
 // A window manager reports a new size a moment before the new state.
 constexpr int kSteadyMilliseconds = 250;
 
-// The rectangle, moved so that its title bar can be reached on some screen.
+}  // namespace
+
 QRect reachable(QRect rect) {
+  // A damaged setting must not ask for a window of many gigabytes.
+  const QScreen* primary = QGuiApplication::primaryScreen();
+  rect.setSize(rect.size().boundedTo(primary->availableVirtualSize()));
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect area = screen->availableGeometry();
     if (area.intersects(QRect(rect.x() + 40, rect.y(), rect.width() - 80, 20))) return rect;
   }
-  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+  const QRect area = primary->availableGeometry();
   rect.moveLeft(qBound(area.left(), rect.left(), qMax(area.left(), area.right() - rect.width())));
   rect.moveTop(qBound(area.top(), rect.top(), qMax(area.top(), area.bottom() - rect.height())));
   return rect;
 }
 
-}  // namespace
-
-QRect outerTwips(const QWidget& window) {
-  const QRect outer = window.frameGeometry();
-  return {toTwips(outer.x()), toTwips(outer.y()), toTwips(outer.width()), toTwips(outer.height())};
-}
+QRect outerTwips(const QWidget& window) { return toTwipRect(window.frameGeometry()); }
 
 OuterPlacement::OuterPlacement(QWidget& window) : QObject(&window), window_(window) {
   timer_.setInterval(kSettleInterval);
@@ -44,8 +43,7 @@ OuterPlacement::OuterPlacement(QWidget& window) : QObject(&window), window_(wind
 }
 
 void OuterPlacement::place(const QRect& outer) {
-  wanted_ = reachable(QRect(toPixels(outer.x()), toPixels(outer.y()), toPixels(outer.width()),
-                            toPixels(outer.height())));
+  wanted_ = reachable(toPixelRect(outer));
   apply();
   if (window_.isVisible()) windowShown();
 }

@@ -12,6 +12,10 @@ namespace vel {
 /// A window's outer rectangle, title bar included, in twips.
 [[nodiscard]] QRect outerTwips(const QWidget& window);
 
+/// An outer rectangle in pixels, no larger than all screens together and moved
+/// so that its title bar can be reached on one of them.
+[[nodiscard]] QRect reachable(QRect outer);
+
 /// Puts a window's outer rectangle where it is wanted. How wide its frame is,
 /// the window manager says only some time after the window was shown: until
 /// then the place is put right again and again.

@@ -1,6 +1,7 @@
 #include "core/ui/program.h"
 
 #include <QApplication>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -97,7 +98,11 @@ void Program::restorePlace() {
   const bool saved = settings_.env_Form1_Width >= kSmallestSavedWidth &&
                      settings_.env_Form1_Height >= kSmallestSavedHeight;
   if (!saved) return;
-  const auto whole = [](double twips) { return static_cast<int>(std::lround(twips)); };
+  // Far beyond every screen, and still a number that fits.
+  static constexpr double kFarthest = 1'000'000;
+  const auto whole = [](double twips) {
+    return static_cast<int>(std::lround(std::clamp(twips, -kFarthest, kFarthest)));
+  };
   place_.normal = QRect(whole(settings_.env_Form1_Left), whole(settings_.env_Form1_Top),
                         whole(settings_.env_Form1_Width), whole(settings_.env_Form1_Height));
   place_.state = settings_.env_Form1_WinS == kMaximised ? kMaximised : kNormal;

@@ -59,6 +59,7 @@ HfdlPanel::HfdlPanel(Program& program, const Tables& tables, xLView* list, LogLi
   columns->addWidget(makeAirportColumn(), 2);
 
   connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);
+  connect(airportEditor_, &AirportEditor::written, flight_, &FlightEditor::showAirportNames);
   connect(flight_, &FlightEditor::airportNameChosen, this, &HfdlPanel::openAirportDialog);
   connect(photo_->photo(), &PhotoView::clicked, this, &HfdlPanel::openSelectedPhoto);
   aircraft_->hide();
@@ -224,8 +225,11 @@ void HfdlPanel::openSelectedPhoto() {
 }
 
 void HfdlPanel::openAirportDialog(const QString& name) {
-  AirportDialog dialog(editing_, name, program_.services().airportsearch, window());
-  dialog.exec();
+  const auto searchAddress = [this](std::string_view code) {
+    return airportSearchAddress(program_.services(), code);
+  };
+  AirportDialog dialog(editing_, name, searchAddress, window());
+  if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();
 }
 
 }  // namespace vel

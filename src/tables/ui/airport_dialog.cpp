@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <utility>
 
 #include "core/helpers.h"
 #include "core/text.h"
@@ -12,8 +13,11 @@
 namespace vel {
 
 AirportDialog::AirportDialog(const TableEditing& editing, const QString& callerText,
-                             const std::string& searchHost, QWidget* parent)
-    : QDialog(parent), editing_(editing), callerText_(callerText), searchHost_(searchHost) {
+                             SearchAddress searchAddress, QWidget* parent)
+    : QDialog(parent),
+      editing_(editing),
+      callerText_(callerText),
+      searchAddress_(std::move(searchAddress)) {
   setObjectName(QStringLiteral("AirportDialog"));
   setWindowTitle(tr("Airport"));
 
@@ -102,8 +106,7 @@ void AirportDialog::OKButton_Click() {
 }
 
 void AirportDialog::Command6_Click() {
-  ShellOpen(editing_.desktop(), searchHost_ + "/search?hl=ja&q=ICAO+" +
-                                    code_->text().toStdString() + "+IATA+airport+wiki");
+  ShellOpen(editing_.desktop(), searchAddress_(code_->text().toStdString()));
 }
 
 }  // namespace vel

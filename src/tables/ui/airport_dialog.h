@@ -3,7 +3,9 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QPushButton>
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "tables/ui/table_editing.h"
 
@@ -15,10 +17,12 @@ class AirportDialog : public QDialog {
   Q_OBJECT
 
  public:
-  /// `callerText` is what the caller's label says; `searchHost` is the web
-  /// search engine's scheme and host.
-  AirportDialog(const TableEditing& editing, const QString& callerText,
-                const std::string& searchHost, QWidget* parent);
+  /// The address of the web search for a code.
+  using SearchAddress = std::function<std::string(std::string_view code)>;
+
+  /// `callerText` is what the caller's label says.
+  AirportDialog(const TableEditing& editing, const QString& callerText, SearchAddress searchAddress,
+                QWidget* parent);
 
   void OKButton_Click();
   void Command6_Click();
@@ -31,7 +35,7 @@ class AirportDialog : public QDialog {
 
   const TableEditing& editing_;
   QString callerText_;
-  std::string searchHost_;
+  SearchAddress searchAddress_;
   QLineEdit* code_;  // Text1(0)
   QLineEdit* name_;  // Text1(1)
   QPushButton* enter_;

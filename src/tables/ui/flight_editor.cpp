@@ -118,6 +118,10 @@ void FlightEditor::setAirport(int index, const std::string& code) {
   (index == 0 ? departure_ : destination_)->setText(toQString(code));
 }
 
+void FlightEditor::showAirportNames() {
+  for (int index = 0; index < 2 && !editing_.desktop().isEnding(); ++index) Text2_Change(index);
+}
+
 void FlightEditor::Text2_Change(int index) {
   const QString code = (index == 0 ? departure_ : destination_)->text();
   const std::string name = editing_.valueOrEnd(editing_.tables().L4toName(code.toStdString()));

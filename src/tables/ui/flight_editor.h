@@ -39,6 +39,9 @@ class FlightEditor : public QGroupBox {
   /// Puts an airport code into box 0 (departure) or 1 (destination).
   void setAirport(int index, const std::string& code);
 
+  /// Looks the names of both airports up again, after airport.csv has changed.
+  void showAirportNames();
+
   /// Writes the boxes to FLIGHT.csv.
   void Command2_Click();
 

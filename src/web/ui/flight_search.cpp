@@ -8,12 +8,19 @@ namespace {
 constexpr const char* kNoNumber =
     "The flight number is not numeric. 便名の番号部分が数値ではありません";
 
+constexpr const char* kNoService = "The service velweb can't be started. velwebを起動できません";
+
 }  // namespace
 
 void openFlightSearch(Program& program, WebAccess& web, const Tables& tables, int position,
                       const FlightValues& values) {
   const Settings& env = program.settings();
-  const std::string homepage = needsHomepage(env, position) ? web.homepage() : std::string();
+  const bool ownSite = needsHomepage(env, position);
+  const std::string homepage = ownSite ? web.homepage() : std::string();
+  if (ownSite && homepage.empty()) {
+    program.desktop().showMessage(kNoService);
+    return;
+  }
   const auto address = flightAddress(program.services(), env, homepage, tables, position, values);
   if (!address) {
     const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
