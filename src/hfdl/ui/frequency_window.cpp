@@ -192,10 +192,6 @@ void FrequencyWindow::reloadAndMagnify(const QPoint& point) {
 
 bool FrequencyWindow::eventFilter(QObject* watched, QEvent* event) {
   if (watched == frame_ && event->type() == QEvent::Resize) Form_Resize();
-  if (watched == frame_ && event->type() == QEvent::Wheel && scroll_->isEnabled()) {
-    QCoreApplication::sendEvent(scroll_, event);
-    return true;
-  }
   const bool pressed =
       event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick;
   if (watched == picture_ && pressed) {
@@ -204,6 +200,10 @@ bool FrequencyWindow::eventFilter(QObject* watched, QEvent* event) {
     return true;
   }
   return ChartWindow::eventFilter(watched, event);
+}
+
+void FrequencyWindow::wheelEvent(QWheelEvent* event) {
+  if (scroll_->isEnabled()) QCoreApplication::sendEvent(scroll_, event);
 }
 
 }  // namespace vel

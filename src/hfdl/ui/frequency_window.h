@@ -39,6 +39,7 @@ class FrequencyWindow : public ChartWindow {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
 
  private:
   void buildControls();

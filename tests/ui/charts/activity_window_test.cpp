@@ -238,11 +238,11 @@ TEST_F(ActivityWindowTest, WithoutASelectedLogTheChartIsEmpty) {
 TEST_F(ActivityWindowTest, LogThatVanishedIsToldOnceAndLeavesAnEmptyChart) {
   write(repeated(50, message("11:58:00", " SQUITTER", "A")));
   open();
-  EXPECT_EQ(painted(143, 25, 100), kRed);
+  EXPECT_EQ(painted(143, 22, 100), kRed);
   std::filesystem::remove(station_.base.folders.logs / kLog);
   press(refresh());
   EXPECT_THAT(station_.desktop.messages, ElementsAre("ERROR #53"));
-  EXPECT_EQ(painted(143, 25, 100), kWhite);
+  EXPECT_EQ(painted(143, 22, 100), kWhite);
   EXPECT_FALSE(station_.desktop.ended);
 }
 
@@ -301,9 +301,13 @@ TEST_F(ActivityWindowTest, StationChosenDuringALoadIsTakenBack) {
   write(repeated(40000, message("11:58:00", " SQUITTER", "A")));
   open();
   ASSERT_EQ(chooser()->count(), 2);
-  station_.desktop.onProcessEvents = [this] { chooser()->setCurrentIndex(1); };
+  bool chosen = false;
+  station_.desktop.onProcessEvents = [&] {
+    if (!chosen) chooser()->setCurrentIndex(1);
+    chosen = true;
+  };
   press(refresh());
-  station_.desktop.onProcessEvents = nullptr;
+  EXPECT_TRUE(chosen);
   EXPECT_EQ(chooser()->currentIndex(), 0);
   EXPECT_EQ(window_.counts().squitters[143], 40000);
 }
@@ -375,6 +379,7 @@ TEST_F(ActivityWindowTest, SavedPictureIsAReadablePngOfTheWholeChart) {
 }
 
 TEST_F(ActivityWindowTest, PictureThatCannotBeSavedIsToldAndNoFileNameSavesNothing) {
+  shown_.clear();
   open();
   window_.picture()->chooseFile = [](const QString&) { return QString(); };
   window_.picture()->saveAction()->trigger();
@@ -402,7 +407,7 @@ TEST_F(ActivityWindowTest, ResizedWindowIsDrawnForItsNewSize) {
   for (const QSize size : {QSize(1200, 800), QSize(700, 400)}) {
     window_.resize(size);
     QTest::qWait(20);
-    EXPECT_EQ(painted(143, 25, 100), kRed);
+    EXPECT_EQ(painted(143, 22, 100), kRed);
     EXPECT_EQ(painted(143, 55, 100), kWhite);
   }
 }

@@ -89,7 +89,8 @@ TEST(ChartPainter, JapaneseAndLatinTextsHaveAGlyphForEveryCharacter) {
     for (const char16_t letter : std::u16string(u"Az09:/局周波数受信")) {
       EXPECT_TRUE(metrics.inFont(QChar(letter))) << static_cast<int>(letter);
     }
-    EXPECT_TRUE(QFontInfo(font).fixedPitch());
+    EXPECT_EQ(metrics.horizontalAdvance(QLatin1Char('i')),
+              metrics.horizontalAdvance(QLatin1Char('W')));
   }
   EXPECT_NE(QFontInfo(chartFont(ChartFont::mincho, 10)).family(),
             QFontInfo(chartFont(ChartFont::gothic, 10)).family());

@@ -291,11 +291,11 @@ TEST_F(FrequencyWindowTest, KeysScroll) {
 TEST_F(FrequencyWindowTest, WheelOverTheChartScrolls) {
   writeManyStations(20);
   open();
-  const QPointF point(300, 100);
   const auto turn = [&](int delta) {
-    QWheelEvent event(point, window_.picture()->mapToGlobal(point), QPoint(), QPoint(0, delta),
-                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(window_.picture(), &event);
+    const QPoint point = window_.picture()->mapTo(&window_, QPoint(300, 100 + scroll()->value()));
+    QWheelEvent event(point, window_.mapToGlobal(point), QPoint(), QPoint(0, delta), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(window_.windowHandle(), &event);
   };
   turn(-120);
   const int lower = window_.picture()->y();
@@ -335,9 +335,12 @@ TEST_F(FrequencyWindowTest, AnyOtherButtonLoadsAgainAndEnlargesAroundThePoint) {
 
 TEST_F(FrequencyWindowTest, PressAtTheCornerEnlargesASquareThatReachesOutside) {
   open();
-  ASSERT_TRUE(pressMagnifies(Qt::RightButton, QPoint(0, 0)));
-  EXPECT_EQ(square_.pixelColor(4, 4), QColor(Magnifier::kOutside));
-  EXPECT_EQ(square_.pixelColor(4 * 75, 4 * 75), kWhite);
+  ASSERT_TRUE(pressMagnifies(Qt::RightButton, QPoint(1, 0)));
+  const QColor outside(Magnifier::kOutside);
+  EXPECT_EQ(square_.pixelColor(4, 4), outside);
+  EXPECT_EQ(square_.pixelColor(4 * 74, 4 * 75), kWhite);
+  EXPECT_EQ(square_.pixelColor(4 * 74 - 1, 4 * 75), outside);
+  EXPECT_EQ(square_.pixelColor(4 * 74, 4 * 75 - 1), outside);
 }
 
 TEST_F(FrequencyWindowTest, ReloadByTheMouseKeepsTheScrolledPlace) {
@@ -397,7 +400,8 @@ TEST_F(FrequencyWindowTest, ClosedDuringALoadItStopsAndOpensAgain) {
     if (!closed) window_.close();
     closed = true;
   };
-  open();
+  window_.open();
+  ASSERT_TRUE(waitFor([&] { return closed; }));
   EXPECT_EQ(window_.tables().stationCount(), 0U);
   EXPECT_FALSE(window_.isVisible());
   open();
