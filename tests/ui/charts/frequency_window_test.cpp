@@ -295,7 +295,9 @@ TEST_F(FrequencyWindowTest, WheelOverTheChartScrolls) {
     const QPoint point = window_.picture()->mapTo(&window_, QPoint(300, 100 + scroll()->value()));
     QWheelEvent event(point, window_.mapToGlobal(point), QPoint(), QPoint(0, delta), Qt::NoButton,
                       Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(window_.windowHandle(), &event);
+    // Only what comes from the outside travels on to parents.
+    QSpontaneKeyEvent::setSpontaneous(&event);
+    qApp->notify(window_.windowHandle(), &event);
   };
   turn(-120);
   const int lower = window_.picture()->y();
