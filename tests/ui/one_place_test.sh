@@ -65,8 +65,9 @@ waitFor() {
 }
 
 startServer() {
-  # The server itself picks a free display and tells its number.
-  exec 3< <(exec Xvfb -displayfd 1 -screen 0 $((1400 * scale))x$((1000 * scale))x24 -nolisten tcp 2> /dev/null)
+  # The server itself picks a free display and tells its number. Without
+  # -noreset it would start afresh whenever its last client leaves.
+  exec 3< <(exec Xvfb -displayfd 1 -screen 0 $((1400 * scale))x$((1000 * scale))x24 -nolisten tcp -noreset 2> /dev/null)
   children+=($!)
   read -r -t 20 number <&3 || { echo "no X server"; exit 1; }
   export DISPLAY=:$number

@@ -19,7 +19,7 @@ constexpr int kSettledTicks = 2;
 constexpr int kFramelessTicks = 5;
 // A window manager reports the maximised size up to so many milliseconds before
 // the maximised state.
-constexpr qint64 kStateDelay = 400;
+constexpr qint64 kStateDelay = 200;
 // How far such a size may differ from that of the maximised window, in twips.
 constexpr int kFrameTolerance = 900;
 
@@ -56,9 +56,10 @@ QMargins BrowserWindow::ownFrame() const {
 
 void BrowserWindow::takeDesignedSize() {
   sizeUnset_ = false;
-  if (state() != kNormal) return;
-  wantedOuter_ = QRect(outerGeometry().topLeft(),
-                       QSize(toPixels(designedSize_.width()), toPixels(designedSize_.height())));
+  const QSize designed(toPixels(designedSize_.width()), toPixels(designedSize_.height()));
+  // Somebody was quicker.
+  if (state() != kNormal || size() != designed) return;
+  wantedOuter_ = QRect(outerGeometry().topLeft(), designed);
   applyOuter();
 }
 
@@ -88,7 +89,7 @@ void BrowserWindow::applyOuter() {
 
 void BrowserWindow::settleFrame() {
   // Until the window manager shows the window, nothing of it can be judged.
-  if (!isOnScreen()) return;
+  if (!isOnScreen() || !settleTimer_.isActive()) return;
   if (ownFrame() != laidOutFrame_) Form_Resize();
   if (sizeUnset_ && !ownFrame().isNull()) takeDesignedSize();
   const bool placed =
@@ -169,13 +170,17 @@ void BrowserWindow::setNormalPlace(const QRect& outer) {
 // What was recorded just now as the normal place can have been that of the
 // maximised window already.
 void BrowserWindow::dropMaximisedRecords() {
-  const QRect maximised = toTwipRect(outerGeometry());
-  const auto isMaximisedSize = [&maximised](const QRect& outer) {
-    return qAbs(outer.width() - maximised.width()) < kFrameTolerance &&
-           qAbs(outer.height() - maximised.height()) < kFrameTolerance;
+  if (recent_.isEmpty()) return;
+  const QSize maximised = toTwipRect(outerGeometry()).size();
+  const QSize before = recent_.first().outer.size();
+  const auto isMaximised = [&](const RecentPlace& place) {
+    const QSize size = place.outer.size();
+    return clock_.elapsed() - place.time <= kStateDelay && size != before &&
+           qAbs(size.width() - maximised.width()) < kFrameTolerance &&
+           qAbs(size.height() - maximised.height()) < kFrameTolerance;
   };
   for (auto place = recent_.crbegin(); place != recent_.crend(); ++place) {
-    if (isMaximisedSize(place->outer) && clock_.elapsed() - place->time <= kStateDelay) continue;
+    if (isMaximised(*place)) continue;
     setNormalPlace(place->outer);
     break;
   }
@@ -198,9 +203,19 @@ void BrowserWindow::showEvent(QShowEvent* event) {
   if (event->spontaneous()) return;
   sizeUnset_ = program_.place().normal.isNull();
   startSettling();
+  windowHandle()->installEventFilter(this);
   takePlace(true);
   Form_Activate();
   Form_Resize();
+}
+
+bool BrowserWindow::eventFilter(QObject* watched, QEvent* event) {
+  // The frame is known as soon as the window is on the screen: it then need not
+  // be seen in a wrong place until the next look.
+  if (event->type() == QEvent::Expose && watched == windowHandle() && settleTimer_.isActive()) {
+    QMetaObject::invokeMethod(this, &BrowserWindow::settleFrame, Qt::QueuedConnection);
+  }
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void BrowserWindow::hideEvent(QHideEvent* event) {
