@@ -18,18 +18,19 @@ constexpr int kSettledTicks = 2;
 constexpr int kFramelessTicks = 5;
 // A window manager reports a new size a moment before the new state.
 constexpr int kSteadyMilliseconds = 250;
+// In pixels, beyond every wall of screens: a damaged setting must not ask for a
+// window of many gigabytes.
+constexpr QSize kLargestWindow(16384, 16384);
 
 }  // namespace
 
 QRect reachable(QRect rect) {
-  // A damaged setting must not ask for a window of many gigabytes.
-  const QScreen* primary = QGuiApplication::primaryScreen();
-  rect.setSize(rect.size().boundedTo(primary->availableVirtualSize()));
+  rect.setSize(rect.size().boundedTo(kLargestWindow));
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect area = screen->availableGeometry();
     if (area.intersects(QRect(rect.x() + 40, rect.y(), rect.width() - 80, 20))) return rect;
   }
-  const QRect area = primary->availableGeometry();
+  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
   rect.moveLeft(qBound(area.left(), rect.left(), qMax(area.left(), area.right() - rect.width())));
   rect.moveTop(qBound(area.top(), rect.top(), qMax(area.top(), area.bottom() - rect.height())));
   return rect;

@@ -12,8 +12,8 @@ namespace vel {
 /// A window's outer rectangle, title bar included, in twips.
 [[nodiscard]] QRect outerTwips(const QWidget& window);
 
-/// An outer rectangle in pixels, no larger than all screens together and moved
-/// so that its title bar can be reached on one of them.
+/// An outer rectangle in pixels, of a sane size and moved so that its title bar
+/// can be reached on some screen.
 [[nodiscard]] QRect reachable(QRect outer);
 
 /// Puts a window's outer rectangle where it is wanted. How wide its frame is,
