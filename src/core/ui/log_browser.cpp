@@ -15,6 +15,10 @@ namespace {
 // A read gives way to events this often, and shows its rows at most 30 times
 // a second.
 constexpr std::chrono::milliseconds kSlice{8};
+// With a sort in force, rows are sorted in before they show: many at once would
+// hold up events for too long.
+constexpr std::chrono::milliseconds kSortedSlice{3};
+constexpr std::size_t kSortedAtOnce = 40'000;
 constexpr int kPublishInterval = 34;
 
 // Outer sizes in twips; the same for both, since they share one place.
@@ -173,10 +177,13 @@ LogBrowser::ReadEnd LogBrowser::readRows(LogReader& reader, int generation) {
   sincePublish.start();
   bool more = true;
   while (more) {
-    const Result<bool> step =
-        reader.step(std::chrono::steady_clock::now() + kSlice, model_->rows());
+    const bool sorted = model_->sortColumn() >= 0;
+    const Result<bool> step = reader.step(
+        std::chrono::steady_clock::now() + (sorted ? kSortedSlice : kSlice), model_->rows());
     more = step && *step;
-    if (!more || sincePublish.elapsed() >= kPublishInterval) {
+    const std::size_t unseen = model_->rows().size() - static_cast<std::size_t>(model_->rowCount());
+    const bool much = sorted && unseen >= kSortedAtOnce;
+    if (!more || much || sincePublish.elapsed() >= kPublishInterval) {
       model_->publish();
       rowsShown(model_->rows().size());
       if (program().loadProgressCount > kind_.progressAbove) program().showProgress();

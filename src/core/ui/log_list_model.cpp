@@ -45,7 +45,6 @@ void LogListModel::publish() {
   const std::size_t total = rows_.size();
   if (shown == total) return;
   beginInsertRows({}, static_cast<int>(shown), static_cast<int>(total) - 1);
-  order_.reserve(total);
   for (std::size_t row = shown; row < total; ++row) order_.push_back(placeOf(row));
   endInsertRows();
   if (sortColumn_ < 0) return;
