@@ -49,9 +49,10 @@ HfdlPanel::HfdlPanel(Program& program, const Tables& tables, xLView* list, LogLi
   setObjectName(QStringLiteral("Frame4"));
   photo_ = new PhotoPane(program.folders(), kPhotoSearchIndex,
                          photoEngineLabels(SearchWindow::hfdl, program.settings()), this);
-  photo_->setFixedWidth(kPhotoColumnWidth);
+  // A larger font takes more.
+  photo_->setFixedWidth(qMax(kPhotoColumnWidth, photo_->minimumSizeHint().width()));
   auto* columns = new QHBoxLayout(this);
-  columns->setContentsMargins(6, 0, 17, kSpacing);
+  columns->setContentsMargins(6, 0, 17, 2);
   columns->setSpacing(5);
   columns->addWidget(photo_);
   columns->addWidget(makeAircraftColumn(), 2);

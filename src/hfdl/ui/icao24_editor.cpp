@@ -8,6 +8,7 @@
 
 #include "core/text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/small_title.h"
 #include "hfdl/hfdl_row.h"
 
 namespace vel {
@@ -37,7 +38,7 @@ Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWi
   // Captions stand above their boxes: the frame is narrow.
   auto* rows = new QVBoxLayout(this);
   rows->setContentsMargins(6, 0, 6, 3);
-  rows->setSpacing(2);
+  rows->setSpacing(1);
   const auto addRow = [rows] {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(4);
@@ -68,6 +69,8 @@ Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWi
   buttons->addStretch();
   buttons->addWidget(enter_);
   rows->addLayout(buttons);
+  useSmallTitle(*this);
+  for (QLabel* label : findChildren<QLabel*>()) label->setFont(font());
   QWidget::setTabOrder(boxes_[kEquipment], enter_);
   QWidget::setTabOrder(enter_, paste_);
 
@@ -83,9 +86,6 @@ void Icao24Editor::addBox(QGridLayout* grid, Box box, const QString& caption,
                                   accessibleName, toolTip, enter_);
   edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(widestText) + kBoxFrame);
   auto* label = new QLabel(caption, this);
-  QFont small = label->font();
-  small.setPointSizeF(small.pointSizeF() * 0.85);
-  label->setFont(small);
   label->setBuddy(edit);
   const int column = grid->columnCount();
   grid->addWidget(label, 0, column);

@@ -15,38 +15,6 @@ using testing::SizeIs;
 class AcarsList : public test::AcarsWindowTest {
  protected:
   void SetUp() override { start(); }
-
-  /// Right-clicks a cell and chooses an entry of the menu.
-  void chooseFromMenu(int shownIndex, int column, const std::string& entry) {
-    openMenu(shownIndex, column, [&](QMenu& menu) {
-      for (QAction* action : menu.actions()) {
-        if (captionOf(*action) != entry) continue;
-        menu.setActiveAction(action);
-        QTest::keyClick(&menu, Qt::Key_Return);
-        return;
-      }
-      ADD_FAILURE() << "no entry " << entry;
-    });
-    settle();
-  }
-
-  void openMenu(int shownIndex, int column, const std::function<void(QMenu&)>& action) {
-    const QPoint place = cellPlace(shownIndex, column);
-    QTest::mouseClick(list().viewport(), Qt::RightButton, {}, place);
-    settle();
-    test::inDialog(
-        "ListMenu",
-        [&] {
-          QContextMenuEvent event(QContextMenuEvent::Mouse, place,
-                                  list().viewport()->mapToGlobal(place));
-          QApplication::sendEvent(list().viewport(), &event);
-        },
-        [&](QWidget& menu) { action(dynamic_cast<QMenu&>(menu)); });
-  }
-
-  static std::string captionOf(const QAction& action) {
-    return action.text().section(QLatin1Char('\t'), 0, 0).toStdString();
-  }
 };
 
 TEST_F(AcarsList, AClickOnATitleSortsAndASecondOneReverses) {

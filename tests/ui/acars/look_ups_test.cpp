@@ -22,11 +22,6 @@ class LookUps : public test::AcarsWindowTest {
   }
   [[nodiscard]] QComboBox& photos() const { return find<QComboBox>("Combo2"); }
   [[nodiscard]] QComboBox& flightEngines() const { return find<QComboBox>("Combo3"); }
-  static std::vector<std::string> entries(const QComboBox& chooser) {
-    std::vector<std::string> texts;
-    for (int i = 0; i < chooser.count(); ++i) texts.push_back(chooser.itemText(i).toStdString());
-    return texts;
-  }
   /// What the Search button opens for a line with the service of that label.
   std::vector<std::string> opens(const QComboBox& chooser, const char* label,
                                  const char* searchButton, int shownIndex) {

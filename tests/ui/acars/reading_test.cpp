@@ -19,12 +19,6 @@ constexpr const char* kNoLog =
 
 class AcarsReading : public test::AcarsWindowTest {
  protected:
-  [[nodiscard]] QComboBox& logs() const { return find<QComboBox>("Combo1"); }
-  [[nodiscard]] std::vector<std::string> logNames() const {
-    std::vector<std::string> names;
-    for (int i = 0; i < logs().count(); ++i) names.push_back(logs().itemText(i).toStdString());
-    return names;
-  }
   // More rows than one turn of the event loop takes.
   static constexpr std::size_t kManyRows = 300000;
 
