@@ -16,7 +16,7 @@ namespace {
 // The panel is low: its height is fixed by the window's layout. Widths in
 // pixels.
 constexpr int kPhotoColumnWidth = 158;
-constexpr int kSpacing = 3;
+constexpr int kSpacing = 2;
 
 // Among the look-up buttons Command7.
 constexpr int kPhotoSearchIndex = 1;

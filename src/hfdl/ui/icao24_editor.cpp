@@ -37,7 +37,7 @@ Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWi
 
   // Captions stand above their boxes: the frame is narrow.
   auto* rows = new QVBoxLayout(this);
-  rows->setContentsMargins(6, 0, 6, 3);
+  rows->setContentsMargins(6, 3, 6, 1);
   rows->setSpacing(1);
   const auto addRow = [rows] {
     auto* grid = new QGridLayout;
