@@ -17,6 +17,9 @@ namespace {
 constexpr std::size_t kFirstSample = 4096;
 constexpr std::size_t kLaterSample = 16384;
 constexpr std::size_t kToleratedFactor = 4;
+// Looking for a better probe than one with so few wrong places in the sample
+// costs more than it saves.
+constexpr std::size_t kFewEnough = 1;
 
 // So many bytes at the end of the pattern, where keys differ most, may become
 // part of the probe; and the first one, which may be the line end.
@@ -64,11 +67,12 @@ void BytePattern::prepare(std::string_view block) {
     fewest = count;
     probe_ = probe;
   };
-  for (std::size_t second = last; second > lowest && fewest != 0U; --second) {
-    for (std::size_t first = second; first > lowest && fewest != 0U; --first) {
+  const auto isGood = [&fewest] { return fewest && *fewest <= kFewEnough; };
+  for (std::size_t second = last; second > lowest && !isGood(); --second) {
+    for (std::size_t first = second; first > lowest && !isGood(); --first) {
       tryProbe(first - 1, second);
     }
-    if (lowest > 0 && fewest != 0U) tryProbe(0, second);
+    if (lowest > 0 && !isGood()) tryProbe(0, second);
   }
 }
 

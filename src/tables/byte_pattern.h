@@ -35,7 +35,7 @@ class BytePattern {
   ByteProbe probe_;
   bool prepared_ = false;
   std::size_t falseHits_ = 0;   // since the probe was chosen
-  std::size_t tolerated_ = 64;  // before it is chosen anew
+  std::size_t tolerated_ = 256;  // before it is chosen anew
 };
 
 }  // namespace vel
