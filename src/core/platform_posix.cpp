@@ -74,7 +74,10 @@ class Converter {
     if (ok()) iconv_close(descriptor_);
   }
 
-  [[nodiscard]] bool ok() const { return descriptor_ != reinterpret_cast<iconv_t>(-1); }
+  // The value that iconv_open gives where it fails.
+  [[nodiscard]] bool ok() const {
+    return reinterpret_cast<std::intptr_t>(descriptor_) != std::intptr_t{-1};
+  }
 
   // Converts as much as it can and returns how many input bytes that were.
   std::size_t convert(std::string_view input, std::string& output) {

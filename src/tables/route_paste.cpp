@@ -80,7 +80,10 @@ void addPairs(std::string_view line, std::string& departure, std::vector<std::st
       departure = code;
       continue;
     }
-    if (!departure.empty() && !code.empty()) pairs.push_back(departure + ">" + code);
+    if (!departure.empty() && !code.empty()) {
+      pairs.push_back(departure);
+      pairs.back().append(">").append(code);
+    }
     departure.clear();
   }
 }

@@ -34,7 +34,8 @@ std::optional<double> degrees(int digits, const DigitFormat& format) {
   // The seconds of DDMMSS run to 59, the tenths of a minute to 9.
   const int restPerMinute = format.perMinute == kSeconds.perMinute ? 60 : format.perMinute;
   if (minutes >= 60 || rest >= restPerMinute) return std::nullopt;
-  return digits / perDegree + (minutes + static_cast<double>(rest) / restPerMinute) / 60;
+  const int degrees = digits / perDegree;
+  return degrees + (minutes + static_cast<double>(rest) / restPerMinute) / 60;
 }
 
 Found located(int north, std::optional<double> latitude, int east,

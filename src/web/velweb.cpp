@@ -144,8 +144,10 @@ void setUp(BoundedServer& server, const VelwebService& service) {
                 if (!whole && answer.status == 200) answer = plainResponse(400);
                 send(response, answer);
               });
-  server.set_exception_handler([](const httplib::Request&, httplib::Response& response,
-                                  std::exception_ptr) { send(response, plainResponse(500)); });
+  server.set_exception_handler(
+      [](const httplib::Request&, httplib::Response& response, const std::exception_ptr&) {
+        send(response, plainResponse(500));
+      });
 }
 
 // Ends the process with the program that started it: the system closes the

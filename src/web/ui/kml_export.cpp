@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kConversion = "/tools/qz2ge/";
 constexpr const char* kFormType = "application/x-www-form-urlencoded";
 constexpr std::chrono::seconds kSilenceLimit{30};
-constexpr qint64 kChunk = 64 * 1024;
+constexpr qint64 kChunk = qint64{64} * 1024;
 // What may wait in the network's buffer beside the answer itself.
 constexpr qint64 kReadBuffer = 1 << 20;
 
