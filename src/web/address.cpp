@@ -99,10 +99,6 @@ std::vector<std::string> flightEngineLabels(SearchWindow window, const Settings&
 
 std::vector<std::string> icao24EngineLabels() { return {"Airframes", "libhomeradar", "KLOTH"}; }
 
-DefaultSearches defaultSearches(const Services& services, std::string_view homepage) {
-  return {join(services.airliner, kAirlinerPath), join(homepage, kHomepagePath)};
-}
-
 std::optional<std::string> photoAddress(const Services& services, const Settings& settings,
                                         SearchWindow window, int position,
                                         std::string_view registration) {

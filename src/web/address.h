@@ -38,11 +38,6 @@ enum FlightEngine : int {
                                                           const Settings& settings);
 [[nodiscard]] std::vector<std::string> icao24EngineLabels();
 
-/// The prefixes that the user's own engines start from. With an empty
-/// `homepage` the flight prefix is "/?F=" alone, which flightAddress and
-/// flightSample complete with the host of the moment.
-[[nodiscard]] DefaultSearches defaultSearches(const Services& services, std::string_view homepage);
-
 /// The address for a photo search; nothing for a position without an engine.
 [[nodiscard]] std::optional<std::string> photoAddress(const Services& services,
                                                       const Settings& settings, SearchWindow window,

@@ -243,13 +243,14 @@ TEST_F(Address, EntriesOfTheLists) {
 }
 
 TEST_F(Address, TheUsersEnginesStartFromTheAirlinerAndHomepageTemplates) {
-  const DefaultSearches defaults = defaultSearches(services_, "https://home.example");
+  services_.homepage = "https://home.example";
+  const DefaultSearches defaults = services_.defaultSearches();
   EXPECT_EQ(defaults.regDefUrl0, "https://www.airliners.net/search/photo.search?regsearch=");
   EXPECT_EQ(defaults.fltDefUrl0, "https://home.example/?F=");
 }
 
 TEST_F(Address, AUserEngineOfTheOwnSiteFollowsItsHost) {
-  settings_.env_FltDefUrl0 = defaultSearches(services_, services_.homepage).fltDefUrl0;
+  settings_.env_FltDefUrl0 = services_.defaultSearches().fltDefUrl0;
   EXPECT_EQ(settings_.env_FltDefUrl0, "/?F=");
   EXPECT_EQ(flight(4, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
   settings_.env_fltSchZsp = 1;
