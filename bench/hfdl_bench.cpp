@@ -27,6 +27,7 @@
 #include "hfdl/activity_load.h"
 #include "hfdl/frequency_chart.h"
 #include "hfdl/frequency_load.h"
+#include "hfdl/hfdl_list_reader.h"
 #include "hfdl/hfdl_row.h"
 
 namespace vel {
@@ -39,6 +40,9 @@ struct Clock {
 };
 using std::chrono::local_days;
 using namespace std::chrono_literals;
+
+// As the window reads: so long at a time.
+constexpr auto kSlice = 8ms;
 
 constexpr int kTableLines = 20000;
 constexpr int kSubRecords = 10000;
@@ -258,14 +262,11 @@ void HfdlDay(benchmark::State& state) {
   const auto program = [&] {
     FolderIndex photos(files.folders.pics);
     RowStore rows(kHfdlSeparator);
-    HfdlReader reader(InputFile::open(files.listLog).value(), encoding);
-    piece.begin();
-    while (true) {
-      const HfdlReader::Step step = *reader.step();
-      if (step == HfdlReader::Step::end) break;
-      if (step == HfdlReader::Step::record) {
-        rows.append(*SetLVline(reader.record(), rows.size(), tables, photos));
-      }
+    HfdlListReader reader(InputFile::open(files.listLog).value(), encoding, tables, photos);
+    bool more = true;
+    while (more) {
+      piece.begin();
+      more = *reader.step(std::chrono::steady_clock::now() + kSlice, rows);
       piece.end();
     }
     if (rows.size() != kSubRecords) state.SkipWithError("not every record was read");

@@ -164,13 +164,22 @@ bool isSafeFileName(std::string_view name) {
   });
 }
 
-std::optional<std::filesystem::path> FolderIndex::find(std::string_view name) {
-  refresh();
-  const std::string key = lowerAscii(name);
+FolderIndex::Names::const_iterator FolderIndex::firstOf(const std::string& key) const {
   const auto first = std::lower_bound(
       names_.begin(), names_.end(), key,
       [](const auto& entry, const std::string& wanted) { return entry.first < wanted; });
-  if (first == names_.end() || first->first != key) return std::nullopt;
+  return first == names_.end() || first->first != key ? names_.end() : first;
+}
+
+bool FolderIndex::holds(std::string_view name) const {
+  return firstOf(lowerAscii(name)) != names_.end();
+}
+
+std::optional<std::filesystem::path> FolderIndex::find(std::string_view name) {
+  refresh();
+  const std::string key = lowerAscii(name);
+  const auto first = firstOf(key);
+  if (first == names_.end()) return std::nullopt;
   for (auto entry = first; entry != names_.end() && entry->first == key; ++entry) {
     if (entry->second == name) return folder_ / toPath(entry->second);
   }

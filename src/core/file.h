@@ -112,16 +112,23 @@ class FolderIndex {
  public:
   explicit FolderIndex(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-  /// The path of the file of that name, or nothing.
+  /// Lists the folder anew if it changed.
+  void refresh();
+
+  /// True when the folder held a file of that name at the last refresh.
+  [[nodiscard]] bool holds(std::string_view name) const;
+
+  /// The path of the file of that name, or nothing; refreshes before.
   [[nodiscard]] std::optional<std::filesystem::path> find(std::string_view name);
 
  private:
-  void refresh();
+  using Names = std::vector<std::pair<std::string, std::string>>;  // lower-case name, name
+  [[nodiscard]] Names::const_iterator firstOf(const std::string& key) const;
 
   std::filesystem::path folder_;
   std::filesystem::file_time_type listedAt_{};
   bool settled_ = false;
-  std::vector<std::pair<std::string, std::string>> names_;  // lower-case name, name; sorted
+  Names names_;  // sorted
 };
 
 }  // namespace vel

@@ -13,6 +13,7 @@ HfdlListReader::HfdlListReader(InputFile file, const Encoding& encoding, const T
     : reader_(std::move(file), encoding), tables_(tables), photos_(photos) {}
 
 Result<bool> HfdlListReader::step(std::chrono::steady_clock::time_point deadline, RowStore& rows) {
+  photos_.refresh();
   do {
     const Result<HfdlReader::Step> read = reader_.step();
     if (!read) return read.error();

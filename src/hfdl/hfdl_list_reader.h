@@ -8,9 +8,9 @@
 
 namespace vel {
 
-/// Reads a formatted log into list rows: every record is joined with the
-/// tables afresh. Rows hold columns 1 to 11 in UTF-8, separated by
-/// kHfdlSeparator.
+/// Reads a formatted log into list rows: every record is joined with the tables
+/// afresh, the photo folder is looked at afresh in every step. Rows hold
+/// columns 1 to 11 in UTF-8, separated by kHfdlSeparator.
 class HfdlListReader : public LogReader {
  public:
   /// Tables and photos outlive the reader.

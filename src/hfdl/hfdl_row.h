@@ -40,11 +40,11 @@ constexpr char kHfdlSeparator = '\n';
 
 /// Joins a record with the reference tables and gives its list line: twelve
 /// fields in UTF-8, separated by kHfdlSeparator. `linesBefore` is the number of
-/// lines that the list already has. An error ends the program: a missing
-/// ICAO24.csv, or a missing flight.csv where there is a flight ID, with their
-/// messages.
+/// lines that the list already has; the photos are those of their last
+/// refresh. An error ends the program: a missing ICAO24.csv, or a missing
+/// flight.csv where there is a flight ID, with their messages.
 Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
-                              const Tables& tables, FolderIndex& photos);
+                              const Tables& tables, const FolderIndex& photos);
 
 /// The aircraft column of an ICAO24 record: the lead (" " from the table, "*"
 /// after an edit), then registration, 3-letter code, 2-letter code and

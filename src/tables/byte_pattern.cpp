@@ -3,7 +3,6 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
-#include <optional>
 #include <utility>
 
 #include "core/helpers.h"
@@ -11,82 +10,89 @@
 namespace vel {
 namespace {
 
-// How much of a block is looked at to choose the probe. A choice that leads to
-// too many wrong places is made again from more of a later block, and then more
-// is put up with.
-constexpr std::size_t kFirstSample = 4096;
-constexpr std::size_t kLaterSample = 16384;
+// A block is sampled in pieces from all over it to choose the probe: tables are
+// sorted, neighbouring lines are alike. A choice that leads to too many wrong
+// places is made again from more of a later block, and then more is put up with.
+constexpr std::size_t kPiece = 512;
+constexpr std::size_t kFirstPieces = 8;
+constexpr std::size_t kLaterPieces = 32;
 constexpr std::size_t kToleratedFactor = 4;
 // Looking for a better probe than one with so few wrong places in the sample
 // costs more than it saves.
-constexpr std::size_t kFewEnough = 1;
+constexpr std::size_t kFewEnough = 2;
 
-// So many bytes at the end of the pattern, where keys differ most, may become
-// part of the probe; and the first one, which may be the line end.
-constexpr std::size_t kTriedBytes = 7;
+// So many probes are tried from the end of the pattern, where keys differ most;
+// and the one at its beginning.
+constexpr std::size_t kTriedProbes = 7;
+
+// The fractions of its multiples are spread evenly, without a period.
+constexpr std::uint32_t kGoldenRatio = 0x9E3779B1;  // of 2^32
 
 }  // namespace
 
 BytePattern::BytePattern(std::string bytes, ByteSearcher searcher)
     : bytes_(std::move(bytes)), search_(searcher) {
-  if (bytes_.size() >= 2) probe_ = probeAt(0, 1);
+  if (bytes_.size() >= ByteProbe::kShortest) probe_ = probeAt(0);
 }
 
-ByteProbe BytePattern::probeAt(std::size_t first, std::size_t second) const {
-  ByteProbe probe{
-      .first = bytes_[first], .second = bytes_[second], .firstAt = first, .secondAt = second};
+ByteProbe BytePattern::probeAt(std::size_t at) const {
+  ByteProbe probe{.size = MinOf(bytes_.size() - at, ByteProbe::kLongest), .at = at};
+  std::memcpy(probe.bytes.data(), bytes_.data() + at, probe.size);
   std::memcpy(&probe.head, bytes_.data(), MinOf(bytes_.size(), sizeof probe.head));
   std::memset(&probe.headMask, 0xFF, MinOf(bytes_.size(), sizeof probe.headMask));
   return probe;
 }
 
-std::size_t BytePattern::falseHitsIn(std::string_view sample, const ByteProbe& probe) const {
-  const char* const end = sample.data() + sample.size();
+// The wrong places in so many pieces of the block; no exact number where there
+// are `enough`.
+std::size_t BytePattern::falseHitsIn(std::string_view block, std::size_t pieces,
+                                     const ByteProbe& probe, std::size_t enough) const {
+  const std::size_t length = MinOf(block.size(), kPiece);
+  const std::uint64_t room = block.size() - length;
   std::size_t count = 0;
   std::uint64_t hits = 0;
-  for (const char* place = sample.data(); place < end; place += kSearchStride) {
-    place = search_(place, end, probe, hits, count);
+  std::uint32_t fraction = 0;
+  for (std::size_t i = 0; i < pieces && count < enough; ++i, fraction += kGoldenRatio) {
+    const char* place = block.data() + (room * fraction >> 32);
+    const char* const end = place + length;
+    for (; place < end; place += kSearchStride) place = search_(place, end, probe, hits, count);
   }
   return count;
 }
 
 void BytePattern::prepare(std::string_view block) {
-  if (bytes_.size() <= 2 || (prepared_ && falseHits_ < tolerated_)) return;
+  if (bytes_.size() <= ByteProbe::kLongest || (prepared_ && falseHits_ < tolerated_)) return;
   const bool isFirst = !std::exchange(prepared_, true);
   if (!isFirst) tolerated_ *= kToleratedFactor;
   falseHits_ = 0;
 
-  const std::string_view sample = block.substr(0, isFirst ? kFirstSample : kLaterSample);
-  const std::size_t last = MinOf(bytes_.size(), kSearchReach) - 1;
-  const std::size_t lowest = last > kTriedBytes ? last - kTriedBytes : 0;
-  std::optional<std::size_t> fewest;
-  const auto tryProbe = [&](std::size_t first, std::size_t second) {
-    const ByteProbe probe = probeAt(first, second);
-    const std::size_t count = falseHitsIn(sample, probe);
-    if (fewest && count >= *fewest) return;
+  const std::size_t pieces = isFirst ? kFirstPieces : kLaterPieces;
+  const std::size_t highest = MinOf(bytes_.size(), kSearchReach) - ByteProbe::kLongest;
+  std::size_t fewest = SIZE_MAX;
+  const auto tryProbe = [&](std::size_t at) {
+    const ByteProbe probe = probeAt(at);
+    const std::size_t count = falseHitsIn(block, pieces, probe, fewest);
+    if (count >= fewest) return;
     fewest = count;
     probe_ = probe;
   };
-  const auto isGood = [&fewest] { return fewest && *fewest <= kFewEnough; };
-  for (std::size_t second = last; second > lowest && !isGood(); --second) {
-    for (std::size_t first = second; first > lowest && !isGood(); --first) {
-      tryProbe(first - 1, second);
-    }
-    if (lowest > 0 && !isGood()) tryProbe(0, second);
+  for (std::size_t i = 0; i < kTriedProbes && i <= highest && fewest > kFewEnough; ++i) {
+    tryProbe(highest - i);
   }
+  if (fewest > kFewEnough) tryProbe(0);
 }
 
 const char* BytePattern::find(const char* begin, const char* end) {
   const auto available = static_cast<std::size_t>(end - begin);
   if (available < bytes_.size()) return end;
-  if (bytes_.size() == 1) {
-    const void* const found = std::memchr(begin, bytes_[0], available);
-    return found == nullptr ? end : static_cast<const char*>(found);
+  if (bytes_.size() < ByteProbe::kShortest) {
+    const std::size_t at = std::string_view(begin, available).find(bytes_);
+    return at == std::string_view::npos ? end : begin + at;
   }
   const char* const last = end - bytes_.size();
-  // So that the first of the two reads is an aligned one.
+  // So that the wide searchers read from aligned places, as far as they can.
   const char* place = begin;
-  place -= reinterpret_cast<std::uintptr_t>(place + probe_.firstAt) % kSearchStride;
+  place -= reinterpret_cast<std::uintptr_t>(place + probe_.at + 1) % kSearchStride;
   std::uint64_t hits = 0;
   for (; place <= last; place += kSearchStride) {
     place = search_(place, last + 1, probe_, hits, falseHits_);

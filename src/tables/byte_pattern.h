@@ -18,23 +18,24 @@ class BytePattern {
   /// At least one byte; by default searched for in the fastest way.
   explicit BytePattern(std::string bytes, ByteSearcher searcher = byteSearchers().front());
 
-  /// Gets ready for a block with the slack around it: chooses the two bytes
-  /// that tell the pattern best apart in the block, the first time and whenever
-  /// the choice proved to be bad since.
+  /// Gets ready for a block with the slack around it: chooses the bytes
+  /// that tell the pattern apart in the block, the first time and whenever the
+  /// choice proved to be bad since.
   void prepare(std::string_view block);
 
   /// The first place in [begin, end) where the bytes stand, or `end`.
   [[nodiscard]] const char* find(const char* begin, const char* end);
 
  private:
-  [[nodiscard]] ByteProbe probeAt(std::size_t first, std::size_t second) const;
-  [[nodiscard]] std::size_t falseHitsIn(std::string_view sample, const ByteProbe& probe) const;
+  [[nodiscard]] ByteProbe probeAt(std::size_t at) const;
+  [[nodiscard]] std::size_t falseHitsIn(std::string_view block, std::size_t pieces,
+                                        const ByteProbe& probe, std::size_t enough) const;
 
   std::string bytes_;
   ByteSearcher search_;
   ByteProbe probe_;
   bool prepared_ = false;
-  std::size_t falseHits_ = 0;   // since the probe was chosen
+  std::size_t falseHits_ = 0;    // since the probe was chosen
   std::size_t tolerated_ = 256;  // before it is chosen anew
 };
 

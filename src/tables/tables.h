@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -96,6 +97,12 @@ class Tables {
  private:
   Folders folders_;
   Encoding encoding_;
+  // The tables by their usual names.
+  std::filesystem::path aircraft_;
+  std::filesystem::path flight_;
+  std::filesystem::path airport_;
+  std::filesystem::path letter_;
+  std::filesystem::path icao24_;
 };
 
 }  // namespace vel

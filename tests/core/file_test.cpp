@@ -197,6 +197,19 @@ TEST(FolderIndexTest, FindsAPhotoWhateverTheCaseOfItsName) {
   EXPECT_EQ(index.find(""), std::nullopt);
 }
 
+TEST(FolderIndexTest, HoldsWhatStoodThereAtTheLastRefresh) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "JA8089.JPG", "photo");
+  FolderIndex index(folder.path());
+  EXPECT_FALSE(index.holds("ja8089.jpg"));
+  index.refresh();
+  EXPECT_TRUE(index.holds("ja8089.jpg"));
+  writeBytes(folder / "JA8090.jpg", "photo");
+  EXPECT_FALSE(index.holds("JA8090.jpg"));
+  index.refresh();
+  EXPECT_TRUE(index.holds("JA8090.jpg"));
+}
+
 TEST(FolderIndexTest, SeesANewPhotoAndARemovedOneAtOnce) {
   const TemporaryFolder folder;
   FolderIndex index(folder.path());

@@ -23,6 +23,7 @@ class HfdlRowTest : public ::testing::Test {
   std::vector<std::string> line(const HfdlRecord& record, std::size_t linesBefore = 0) {
     const Tables tables(base_.folders, Encoding::codePage932());
     FolderIndex photos(base_.folders.pics);
+    photos.refresh();
     const auto row = SetLVline(record, linesBefore, tables, photos);
     if (!row.ok()) {
       ADD_FAILURE() << row.error().text();
@@ -39,6 +40,7 @@ class HfdlRowTest : public ::testing::Test {
   std::string errorOf(const HfdlRecord& record) {
     const Tables tables(base_.folders, Encoding::codePage932());
     FolderIndex photos(base_.folders.pics);
+    photos.refresh();
     const auto row = SetLVline(record, 0, tables, photos);
     return row.ok() ? "" : row.error().text();
   }
