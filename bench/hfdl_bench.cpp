@@ -15,13 +15,14 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/hfdl_day_files.h"
 #include "core/row_store.h"
 #include "hfdl/activity_chart.h"
 #include "hfdl/activity_load.h"
@@ -44,8 +45,6 @@ using namespace std::chrono_literals;
 // As the window reads: so long at a time.
 constexpr auto kSlice = 8ms;
 
-constexpr int kTableLines = 20000;
-constexpr int kSubRecords = 10000;
 constexpr int kMessagesADay = 20000;
 constexpr local_days kStart{2026y / 11 / 14};
 
@@ -72,16 +71,6 @@ double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-void write(const std::filesystem::path& path, const std::string& bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file << bytes;
-  file.close();
-  if (!file) {
-    std::fprintf(stderr, "cannot write %s\n", path.string().c_str());
-    std::exit(1);
-  }
-}
-
 // A station's folders with made-up tables and logs, removed at the end.
 class Base {
  public:
@@ -90,8 +79,7 @@ class Base {
     for (const auto& folder : {folders.program, folders.data, folders.logs, folders.pics}) {
       std::filesystem::create_directories(folder);
     }
-    writeTables();
-    writeListLog();
+    hfdlDay = std::make_unique<bench::HfdlDayFiles>(folders);
     for (int day = 0; day < 7; ++day) writeWeekLog(kStart + std::chrono::days(day));
     // A photo folder that nobody has just changed.
     std::filesystem::last_write_time(
@@ -100,59 +88,9 @@ class Base {
   ~Base() { std::filesystem::remove_all(folders.base); }
 
   Folders folders;
-  std::filesystem::path listLog;
-  // Bytes that each record's look-ups pass: to the end of the line that is
-  // found, or all.
-  std::vector<std::size_t> addressBytes;
-  std::vector<std::size_t> flightBytes;
+  std::unique_ptr<bench::HfdlDayFiles> hfdlDay;
 
  private:
-  template <typename... Values>
-  static std::string format(const char* form, Values... values) {
-    char text[256];
-    std::snprintf(text, sizeof text, form, values...);
-    return text;
-  }
-
-  void writeTables() {
-    std::string addresses;
-    std::string flights;
-    for (int i = 0; i < kTableLines; ++i) {
-      addresses += format("%06X,AAL,AA,N%05d,B77W\r\n", addressOf(i), i);
-      addressEnds_.push_back(addresses.size());
-      flights += format("%s,RJTTKJFK,-\r\n", flightOf(i).c_str());
-      flightEnds_.push_back(flights.size());
-    }
-    write(folders.data / "ICAO24.csv", addresses);
-    write(folders.data / "FLIGHT.csv", flights);
-  }
-
-  void writeListLog() {
-    // One in ten stands in no table.
-    std::uniform_int_distribution<int> line(0, kTableLines * 10 / 9);
-    std::string log;
-    for (int i = 0; i < kSubRecords; ++i) {
-      if (i % 2 == 0) {
-        log += format("[3]------------------------[2026/11/01 %02d:%02d:%02d]\r\n", i / 417,
-                      i / 7 % 60, i % 60);
-        log += " DOWN LINK\r\n  GS NAME         = Agana, Guam\r\n";
-      }
-      const int address = line(random_);
-      const int flight = line(random_);
-      log += format("   ICAO24 ADDRESS = %06X\r\n   REGISTRATION   = N%05d\r\n", addressOf(address),
-                    address);
-      log += format("   FLIGHT ID      = %s\r\n   POSITION       = N35.123 E139.456\r\n",
-                    flightOf(flight).c_str());
-      log += "  ..............................\r\n";
-      addressBytes.push_back(
-          addressEnds_[static_cast<std::size_t>(std::min(address, kTableLines - 1))]);
-      flightBytes.push_back(
-          flightEnds_[static_cast<std::size_t>(std::min(flight, kTableLines - 1))]);
-    }
-    listLog = folders.logs / "200111010000_HFDL_FMT.log";
-    write(listLog, log);
-  }
-
   // A third of the messages are squitters with the lists of three stations.
   void writeWeekLog(local_days day) {
     constexpr const char* kStations[] = {
@@ -165,14 +103,16 @@ class Base {
     for (int i = 0; i < kMessagesADay; ++i) {
       const int second = static_cast<int>(86400LL * i / kMessagesADay);
       const std::string digits = dayDigits(day);
-      log += format("[3]------------------------[%s/%s/%s %02d:%02d:%02d]\r\n",
-                    digits.substr(0, 4).c_str(), digits.substr(4, 2).c_str(),
-                    digits.substr(6, 2).c_str(), second / 3600, second / 60 % 60, second % 60);
+      log += bench::formatted("[3]------------------------[%s/%s/%s %02d:%02d:%02d]\r\n",
+                              digits.substr(0, 4).c_str(), digits.substr(4, 2).c_str(),
+                              digits.substr(6, 2).c_str(), second / 3600, second / 60 % 60,
+                              second % 60);
       if (i % 3 != 0) {
         log += " DOWN LINK\r\n  GS NAME         = Reykjavik, Iceland\r\n";
-        log += format("   ICAO24 ADDRESS = %06X\r\n   REGISTRATION   = N%05d\r\n", i * 7, i);
-        log += format("   FLIGHT ID      = AA%04d\r\n   POSITION       = N35.123 E139.456\r\n",
-                      i % 10000);
+        log +=
+            bench::formatted("   ICAO24 ADDRESS = %06X\r\n   REGISTRATION   = N%05d\r\n", i * 7, i);
+        log += bench::formatted(
+            "   FLIGHT ID      = AA%04d\r\n   POSITION       = N35.123 E139.456\r\n", i % 10000);
         log += "  ..............................\r\n";
         continue;
       }
@@ -187,19 +127,10 @@ class Base {
         log += std::string(" ] (") + kStations[of] + ")\r\n";
       }
     }
-    write(folders.logs / (dayDigits(day) + "0000_HFDL_FMT.log"), log);
-  }
-
-  static unsigned addressOf(int line) {
-    return static_cast<unsigned>((line * 7919LL + 12345) % 0x1000000);
-  }
-  static std::string flightOf(int line) {
-    return format("%c%c%04d", 'A' + line / 10000 % 26, 'A' + line / 1000 % 26, line % 10000);
+    bench::writeFile(folders.logs / (dayDigits(day) + "0000_HFDL_FMT.log"), log);
   }
 
   std::mt19937 random_{20261117};
-  std::vector<std::size_t> addressEnds_;
-  std::vector<std::size_t> flightEnds_;
 };
 
 Base& base() {
@@ -262,21 +193,22 @@ void HfdlDay(benchmark::State& state) {
   const auto program = [&] {
     FolderIndex photos(files.folders.pics);
     RowStore rows(kHfdlSeparator);
-    HfdlListReader reader(InputFile::open(files.listLog).value(), encoding, tables, photos);
+    HfdlListReader reader(InputFile::open(files.hfdlDay->log()).value(), encoding, tables, photos);
     bool more = true;
     while (more) {
       piece.begin();
       more = *reader.step(std::chrono::steady_clock::now() + kSlice, rows);
       piece.end();
     }
-    if (rows.size() != kSubRecords) state.SkipWithError("not every record was read");
+    if (rows.size() != bench::HfdlDayFiles::kSubRecords)
+      state.SkipWithError("not every record was read");
   };
   const auto plain = [&] {
     const std::filesystem::path addresses = files.folders.data / "ICAO24.csv";
     const std::filesystem::path flights = files.folders.data / "FLIGHT.csv";
-    for (std::size_t i = 0; i < kSubRecords; ++i) {
-      plainRead(addresses, files.addressBytes[i], false);
-      plainRead(flights, files.flightBytes[i], false);
+    for (std::size_t i = 0; i < bench::HfdlDayFiles::kSubRecords; ++i) {
+      plainRead(addresses, files.hfdlDay->addressBytes()[i], false);
+      plainRead(flights, files.hfdlDay->flightBytes()[i], false);
     }
   };
   compare(state, 1.5, program, plain);
