@@ -263,6 +263,20 @@ toggleMaximised
 expectPlace "a move between two maximisings counts" "normal $normal" \
   "$(maximised FMT) $(outer FMT)"
 
+echo "== resized, and maximised at once"
+IFS=, read -r x y w h <<< "$(outer FMT)"
+id=$(windowOf FMT)
+read -r inW inH <<< "$(xdotool getwindowgeometry --shell "$id" | awk -F= '
+  /WIDTH/ {w = $2} /HEIGHT/ {print w, $2}')"
+xdotool windowsize "$id" $((inW - 50)) $((inH - 30)) sleep 0.1 key --clearmodifiers super+x
+settle
+expectEqual "maximised" maximised "$(maximised FMT)"
+switchTo LIST
+toggleMaximised
+normal=$x,$y,$((w - 50)),$((h - 30))
+expectPlace "restored in the new size" "normal $normal" "$(maximised LIST) $(outer LIST)"
+switchTo FMT
+
 echo "== minimised and back"
 id=$(windowOf FMT)
 xdotool key --clearmodifiers super+i

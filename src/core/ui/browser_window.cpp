@@ -2,36 +2,21 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QScreen>
 #include <QWindow>
 
-#include "core/ui/outer_placement.h"
 #include "core/ui/twips.h"
 
 namespace vel {
-namespace {
-
-// Time enough for a window manager to dress and place a window. Some looks in a
-// row at the right place end it early; more of them as long as no frame is seen.
-constexpr int kSettleInterval = 40;
-constexpr int kSettleTicks = 12;
-constexpr int kSettledTicks = 2;
-constexpr int kFramelessTicks = 5;
-// A window manager reports the maximised size up to so many milliseconds before
-// the maximised state.
-constexpr qint64 kStateDelay = 200;
-// How far such a size may differ from that of the maximised window, in twips.
-constexpr int kFrameTolerance = 900;
-
-}  // namespace
 
 BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smallestSize)
-    : program_(program), designedSize_(designedSize) {
+    : program_(program), designedSize_(designedSize), placement_(new OuterPlacement(*this)) {
   setMinimumSize(toPixels(smallestSize.width()), toPixels(smallestSize.height()));
   resize(toPixels(designedSize.width()), toPixels(designedSize.height()));
-  clock_.start();
-  settleTimer_.setInterval(kSettleInterval);
-  connect(&settleTimer_, &QTimer::timeout, this, &BrowserWindow::settleFrame);
+  connect(placement_, &OuterPlacement::looking, this, &BrowserWindow::noticeFrame);
+  connect(placement_, &OuterPlacement::settled, this, [this] {
+    sizeUnset_ = false;
+    recordPlace();
+  });
   connect(qApp, &QApplication::focusWindowChanged, this,
           [this, last = QPointer<QWindow>()](QWindow* focused) mutable {
             if (focused == nullptr) return;
@@ -47,69 +32,26 @@ BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smalles
           });
 }
 
-QRect BrowserWindow::outerGeometry() const { return geometry().marginsAdded(ownFrame()); }
-
-QMargins BrowserWindow::ownFrame() const {
-  const QWindow* handle = windowHandle();
-  return handle != nullptr ? handle->frameMargins() : QMargins();
-}
-
-void BrowserWindow::takeDesignedSize() {
-  sizeUnset_ = false;
-  const QSize designed(toPixels(designedSize_.width()), toPixels(designedSize_.height()));
-  // Somebody was quicker.
-  if (state() != kNormal || size() != designed) return;
-  wantedOuter_ = QRect(outerGeometry().topLeft(), designed);
-  applyOuter();
-}
-
-bool BrowserWindow::isOnScreen() const {
-  const QWindow* handle = windowHandle();
-  return handle != nullptr && handle->isExposed();
-}
+QRect BrowserWindow::outerGeometry() const { return outerPixels(*this); }
 
 void BrowserWindow::setOuterTwips(const QRect& outer) {
-  wantedOuter_ = reachable(toPixelRect(outer));
-  applyOuter();
-  if (isVisible()) startSettling();
+  placement_->place(outer, program_.place().frame);
 }
 
-void BrowserWindow::startSettling() {
-  settleTicks_ = 0;
-  settledTicks_ = 0;
-  settleTimer_.start();
-}
-
-void BrowserWindow::applyOuter() {
-  // A window that is not on the screen has no frame yet; it will get the one
-  // that the other browser has.
-  const QMargins own = ownFrame();
-  setGeometry(wantedOuter_.marginsRemoved(own.isNull() ? program_.place().frame : own));
-}
-
-void BrowserWindow::settleFrame() {
-  // Until the window manager shows the window, nothing of it can be judged.
-  if (!isOnScreen() || !settleTimer_.isActive()) return;
-  if (ownFrame() != laidOutFrame_) Form_Resize();
-  if (sizeUnset_ && !ownFrame().isNull()) takeDesignedSize();
-  const bool placed =
-      wantedOuter_.isNull() || state() != kNormal || outerGeometry() == wantedOuter_;
-  settledTicks_ = placed ? settledTicks_ + 1 : 0;
-  const int neededTicks = ownFrame().isNull() ? kFramelessTicks : kSettledTicks;
-  if (settledTicks_ >= neededTicks || ++settleTicks_ > kSettleTicks) {
-    settleTimer_.stop();
-    wantedOuter_ = QRect();
-    sizeUnset_ = false;
-    recordPlace();
-    return;
+void BrowserWindow::noticeFrame() {
+  if (frameOf(*this) != laidOutFrame_) Form_Resize();
+  if (!sizeUnset_ || frameOf(*this).isNull()) return;
+  sizeUnset_ = false;
+  const QSize designed(toPixels(designedSize_.width()), toPixels(designedSize_.height()));
+  // Unless somebody was quicker.
+  if (state() == kNormal && size() == designed) {
+    setOuterTwips(toTwipRect(QRect(outerGeometry().topLeft(), designed)));
   }
-  if (!placed) applyOuter();
 }
 
 WindowState BrowserWindow::state() const {
   if (isMinimized()) return kMinimised;
-  if (isMaximized() || isFullScreen()) return kMaximised;
-  return kNormal;
+  return isNormal(*this) ? kNormal : kMaximised;
 }
 
 void BrowserWindow::Form_Activate() { takePlace(false); }
@@ -118,16 +60,18 @@ void BrowserWindow::takePlace(bool showing) {
   const ScreenPlace place = program_.place();
   const bool maximise = place.state == kMaximised;
   takingPlace_ = true;
+  normalPlace_ = NormalPlace();
+  if (!place.normal.isNull()) normalPlace_.record(place.normal);
   if (showing || maximise != isMaximized()) {
     // While it is hidden, a window forgets to where it is restored: it is
     // given its normal place before every maximising.
     setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
     if (!place.normal.isNull()) setOuterTwips(place.normal);
     if (maximise) {
-      normalUncertain_ = ownFrame().isNull() && place.frame.isNull();
+      normalUncertain_ = frameOf(*this).isNull() && place.frame.isNull();
       setWindowState(windowState() | Qt::WindowMaximized);
     }
-  } else if (!maximise && !place.normal.isNull() && toTwipRect(outerGeometry()) != place.normal) {
+  } else if (!maximise && !place.normal.isNull() && outerTwips(*this) != place.normal) {
     setOuterTwips(place.normal);
   }
   takingPlace_ = false;
@@ -135,7 +79,7 @@ void BrowserWindow::takePlace(bool showing) {
 
 void BrowserWindow::Form_Resize() {
   if (program_.startingUp) return;
-  laidOutFrame_ = ownFrame();
+  laidOutFrame_ = frameOf(*this);
   layOutFrames(toTwips(outerGeometry().height()), toTwips(outerGeometry().width()));
   recordPlace();
 }
@@ -144,18 +88,19 @@ void BrowserWindow::recordPlace() {
   // A hidden window follows the shown one; it never sets the place itself.
   if (program_.startingUp || !isVisible() || takingPlace_) return;
   ScreenPlace& place = program_.place();
-  const bool frameMissing = ownFrame().isNull() && !place.frame.isNull();
-  const bool settled = wantedOuter_.isNull() && isOnScreen() && !frameMissing && !sizeUnset_;
-  if (settleTimer_.isActive() && !settled) return;
+  const bool frameMissing = frameOf(*this).isNull() && !place.frame.isNull();
+  const bool judged = windowHandle()->isExposed() && !frameMissing && !sizeUnset_;
+  if (placement_->isWatching() && (placement_->isSettling() || !judged)) return;
   place.state = state();
   settings().env_Form1_WinS = place.state;
-  if (place.state != kNormal) return;
-  place.frame = ownFrame();
-  setNormalPlace(toTwipRect(outerGeometry()));
-  while (recent_.size() > 1 && clock_.elapsed() - recent_[1].time > kStateDelay) {
-    recent_.removeFirst();
+  const QRect outer = outerTwips(*this);
+  if (place.state == kNormal) {
+    place.frame = frameOf(*this);
+    normalPlace_.record(outer);
+  } else if (place.state == kMaximised) {
+    normalPlace_.windowMaximised(outer.size());
   }
-  recent_.append({clock_.elapsed(), program_.place().normal});
+  if (!normalPlace_.latest().isNull()) setNormalPlace(normalPlace_.latest());
 }
 
 void BrowserWindow::setNormalPlace(const QRect& outer) {
@@ -165,27 +110,6 @@ void BrowserWindow::setNormalPlace(const QRect& outer) {
   env.env_Form1_Left = outer.x();
   env.env_Form1_Height = outer.height();
   env.env_Form1_Width = outer.width();
-}
-
-// What was recorded just now as the normal place can have been that of the
-// maximised window already.
-void BrowserWindow::dropMaximisedRecords() {
-  if (recent_.isEmpty()) return;
-  const QSize maximised = toTwipRect(outerGeometry()).size();
-  const QSize before = recent_.first().outer.size();
-  const auto isMaximised = [&](const RecentPlace& place) {
-    const QSize size = place.outer.size();
-    return clock_.elapsed() - place.time <= kStateDelay && size != before &&
-           qAbs(size.width() - maximised.width()) < kFrameTolerance &&
-           qAbs(size.height() - maximised.height()) < kFrameTolerance;
-  };
-  for (auto place = recent_.crbegin(); place != recent_.crend(); ++place) {
-    if (isMaximised(*place)) continue;
-    setNormalPlace(place->outer);
-    break;
-  }
-  recent_.clear();
-  if (!program_.place().normal.isNull()) recent_.append({0, program_.place().normal});
 }
 
 void BrowserWindow::resizeEvent(QResizeEvent* event) {
@@ -202,27 +126,15 @@ void BrowserWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (event->spontaneous()) return;
   sizeUnset_ = program_.place().normal.isNull();
-  startSettling();
-  windowHandle()->installEventFilter(this);
+  placement_->windowShown();
   takePlace(true);
   Form_Activate();
   Form_Resize();
 }
 
-bool BrowserWindow::eventFilter(QObject* watched, QEvent* event) {
-  // The frame is known as soon as the window is on the screen: it then need not
-  // be seen in a wrong place until the next look.
-  if (event->type() == QEvent::Expose && watched == windowHandle() && settleTimer_.isActive()) {
-    QMetaObject::invokeMethod(this, &BrowserWindow::settleFrame, Qt::QueuedConnection);
-  }
-  return QMainWindow::eventFilter(watched, event);
-}
-
 void BrowserWindow::hideEvent(QHideEvent* event) {
   QMainWindow::hideEvent(event);
-  if (event->spontaneous()) return;
-  settleTimer_.stop();
-  wantedOuter_ = QRect();
+  if (!event->spontaneous()) placement_->windowHidden();
 }
 
 void BrowserWindow::changeEvent(QEvent* event) {
@@ -230,7 +142,6 @@ void BrowserWindow::changeEvent(QEvent* event) {
   if (event->type() != QEvent::WindowStateChange || !isVisible() || takingPlace_) return;
   const bool wasMaximised =
       (static_cast<QWindowStateChangeEvent*>(event)->oldState() & Qt::WindowMaximized) != 0;
-  if (state() == kMaximised && !wasMaximised) dropMaximisedRecords();
   if (state() == kNormal && wasMaximised && normalUncertain_) {
     normalUncertain_ = false;
     setOuterTwips(program_.place().normal);

@@ -1,11 +1,9 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QList>
 #include <QMainWindow>
 #include <QMargins>
-#include <QTimer>
 
+#include "core/ui/outer_placement.h"
 #include "core/ui/program.h"
 
 namespace vel {
@@ -49,7 +47,6 @@ class BrowserWindow : public QMainWindow {
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void showEvent(QShowEvent* event) override;
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
@@ -58,33 +55,17 @@ class BrowserWindow : public QMainWindow {
   [[nodiscard]] Settings& settings() { return program_.settings(); }
 
  private:
-  // A normal place that was recorded lately, in twips.
-  struct RecentPlace {
-    qint64 time;
-    QRect outer;
-  };
-
   [[nodiscard]] WindowState state() const;
-  [[nodiscard]] QMargins ownFrame() const;
-  [[nodiscard]] bool isOnScreen() const;
+  void noticeFrame();
   void recordPlace();
   void setNormalPlace(const QRect& outer);
-  void dropMaximisedRecords();
   void takePlace(bool showing);
-  void startSettling();
-  void settleFrame();
-  void applyOuter();
-  void takeDesignedSize();
 
   Program& program_;
   QSize designedSize_;
-  QRect wantedOuter_;   // pixels; null when the window stands where it should
-  QTimer settleTimer_;  // the frame's width arrives some time after the window
-  int settleTicks_ = 0;
-  int settledTicks_ = 0;
+  OuterPlacement* placement_;
+  NormalPlace normalPlace_;
   QMargins laidOutFrame_;
-  QElapsedTimer clock_;
-  QList<RecentPlace> recent_;     // oldest first
   bool sizeUnset_ = false;        // shown without a place: the designed size holds
   bool normalUncertain_ = false;  // was maximised before its frame was known
   bool takingPlace_ = false;

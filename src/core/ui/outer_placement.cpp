@@ -16,13 +16,30 @@ constexpr int kSettleInterval = 40;
 constexpr int kSettleTicks = 12;
 constexpr int kSettledTicks = 2;
 constexpr int kFramelessTicks = 5;
-// A window manager reports a new size a moment before the new state.
-constexpr int kSteadyMilliseconds = 250;
 // In pixels, beyond every wall of screens: a damaged setting must not ask for a
 // window of many gigabytes.
 constexpr QSize kLargestWindow(16384, 16384);
 
+// A window manager reports the maximised size at most so many milliseconds before
+// or after the maximised state.
+constexpr qint64 kStateDelay = 200;
+// How far such a size may differ from that of the maximised window, in twips.
+constexpr int kFrameTolerance = 900;
+
 }  // namespace
+
+QMargins frameOf(const QWidget& window) {
+  const QWindow* handle = window.windowHandle();
+  return handle != nullptr ? handle->frameMargins() : QMargins();
+}
+
+QRect outerPixels(const QWidget& window) { return window.geometry().marginsAdded(frameOf(window)); }
+
+QRect outerTwips(const QWidget& window) { return toTwipRect(outerPixels(window)); }
+
+bool isNormal(const QWidget& window) {
+  return !window.isMinimized() && !window.isMaximized() && !window.isFullScreen();
+}
 
 QRect reachable(QRect rect) {
   rect.setSize(rect.size().boundedTo(kLargestWindow));
@@ -36,15 +53,14 @@ QRect reachable(QRect rect) {
   return rect;
 }
 
-QRect outerTwips(const QWidget& window) { return toTwipRect(window.frameGeometry()); }
-
 OuterPlacement::OuterPlacement(QWidget& window) : QObject(&window), window_(window) {
   timer_.setInterval(kSettleInterval);
   connect(&timer_, &QTimer::timeout, this, &OuterPlacement::settle);
 }
 
-void OuterPlacement::place(const QRect& outer) {
+void OuterPlacement::place(const QRect& outer, const QMargins& expectedFrame) {
   wanted_ = reachable(toPixelRect(outer));
+  expectedFrame_ = expectedFrame;
   apply();
   if (window_.isVisible()) windowShown();
 }
@@ -53,24 +69,36 @@ void OuterPlacement::windowShown() {
   ticks_ = 0;
   settledTicks_ = 0;
   timer_.start();
+  window_.windowHandle()->installEventFilter(this);
+}
+
+void OuterPlacement::windowHidden() {
+  timer_.stop();
+  wanted_ = QRect();
+}
+
+bool OuterPlacement::eventFilter(QObject* watched, QEvent* event) {
+  // The frame is known as soon as the window is on the screen: it then need not
+  // be seen in a wrong place until the next look.
+  if (event->type() == QEvent::Expose && timer_.isActive()) {
+    QMetaObject::invokeMethod(this, &OuterPlacement::settle, Qt::QueuedConnection);
+  }
+  return QObject::eventFilter(watched, event);
 }
 
 void OuterPlacement::apply() {
-  const QWindow* handle = window_.windowHandle();
-  const QMargins frame = handle != nullptr ? handle->frameMargins() : QMargins();
-  window_.resize(wanted_.marginsRemoved(frame).size());
-  window_.move(wanted_.topLeft());
+  const QMargins own = frameOf(window_);
+  window_.setGeometry(wanted_.marginsRemoved(own.isNull() ? expectedFrame_ : own));
 }
 
 void OuterPlacement::settle() {
-  const QWindow* handle = window_.windowHandle();
   // Until the window manager shows the window, nothing of it can be judged.
-  if (window_.isVisible() && !handle->isExposed()) return;
-  const bool normal = !window_.isMinimized() && !window_.isMaximized() && !window_.isFullScreen();
-  const bool placed = wanted_.isNull() || !normal || window_.frameGeometry() == wanted_;
+  if (!timer_.isActive() || !window_.windowHandle()->isExposed()) return;
+  Q_EMIT looking();
+  const bool placed = wanted_.isNull() || !isNormal(window_) || outerPixels(window_) == wanted_;
   settledTicks_ = placed ? settledTicks_ + 1 : 0;
-  const int needed = handle->frameMargins().isNull() ? kFramelessTicks : kSettledTicks;
-  if (!window_.isVisible() || settledTicks_ >= needed || ++ticks_ > kSettleTicks) {
+  const int needed = frameOf(window_).isNull() ? kFramelessTicks : kSettledTicks;
+  if (settledTicks_ >= needed || ++ticks_ > kSettleTicks) {
     timer_.stop();
     wanted_ = QRect();
     Q_EMIT settled();
@@ -79,16 +107,42 @@ void OuterPlacement::settle() {
   if (!placed) apply();
 }
 
-void SteadyPlace::replacing(const QRect& before) {
-  if (!sinceReplaced_.isValid() || sinceReplaced_.elapsed() > kSteadyMilliseconds) {
-    steady_ = before;
+void NormalPlace::record(const QRect& outer) {
+  if (maximised_.isValid()) {
+    const QRect normal = latest();
+    maximised_ = QSize();
+    records_.clear();
+    if (!normal.isNull()) records_.append({0, normal});
   }
-  sinceReplaced_.start();
+  // The newest of those that stood long enough is kept.
+  while (records_.size() > 1 && clock_.elapsed() - records_[1].time > kStateDelay) {
+    records_.removeFirst();
+  }
+  records_.append({clock_.elapsed(), outer});
 }
 
-QRect SteadyPlace::placeToGoBackTo() const {
-  const bool justNow = sinceReplaced_.isValid() && sinceReplaced_.elapsed() <= kSteadyMilliseconds;
-  return justNow ? steady_ : QRect();
+void NormalPlace::windowMaximised(QSize outer) {
+  if (!maximised_.isValid()) {
+    maximisedAt_ = clock_.elapsed();
+  } else if (clock_.elapsed() - maximisedAt_ > kStateDelay) {
+    return;
+  }
+  maximised_ = outer;
+}
+
+bool NormalPlace::isOfMaximised(const Record& record) const {
+  const QSize size = record.outer.size();
+  return maximised_.isValid() && maximisedAt_ - record.time <= kStateDelay &&
+         size != records_.first().outer.size() &&
+         qAbs(size.width() - maximised_.width()) < kFrameTolerance &&
+         qAbs(size.height() - maximised_.height()) < kFrameTolerance;
+}
+
+QRect NormalPlace::latest() const {
+  for (auto record = records_.crbegin(); record != records_.crend(); ++record) {
+    if (!isOfMaximised(*record)) return record->outer;
+  }
+  return {};
 }
 
 }  // namespace vel

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QList>
+#include <QMargins>
 #include <QObject>
 #include <QRect>
 #include <QTimer>
@@ -9,8 +11,18 @@ class QWidget;
 
 namespace vel {
 
-/// A window's outer rectangle, title bar included, in twips.
+/// Widths of the frame that the window manager puts around a window, in pixels;
+/// null before it has said so.
+[[nodiscard]] QMargins frameOf(const QWidget& window);
+
+/// A window's outer rectangle, title bar included, in pixels.
+[[nodiscard]] QRect outerPixels(const QWidget& window);
+
+/// The same in twips.
 [[nodiscard]] QRect outerTwips(const QWidget& window);
+
+/// True in neither the minimised nor the maximised nor the full-screen state.
+[[nodiscard]] bool isNormal(const QWidget& window);
 
 /// An outer rectangle in pixels, of a sane size and moved so that its title bar
 /// can be reached on some screen.
@@ -27,16 +39,25 @@ class OuterPlacement : public QObject {
   explicit OuterPlacement(QWidget& window);
 
   /// Moves and sizes the window so that its outer rectangle is this one, in
-  /// twips, moved so that its title bar can be reached on some screen.
-  void place(const QRect& outer);
+  /// twips, moved so that its title bar can be reached on some screen. The
+  /// expected frame counts until the window manager has said how wide it is.
+  void place(const QRect& outer, const QMargins& expectedFrame = {});
 
   /// To be called when the window is shown.
   void windowShown();
+  /// To be called when the window is hidden: nothing is wanted any more.
+  void windowHidden();
 
+  /// True from the showing or placing of a window until it has settled.
+  [[nodiscard]] bool isWatching() const { return timer_.isActive(); }
   /// True while the window does not stand where it is wanted yet.
   [[nodiscard]] bool isSettling() const { return !wanted_.isNull() && timer_.isActive(); }
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  Q_SIGNALS:
+  /// The window is on the screen and is about to be judged: its frame may be new.
+  void looking();
   /// The window stands where it is wanted with its frame, or will not go there.
   void settled();
 
@@ -46,26 +67,43 @@ class OuterPlacement : public QObject {
 
   QWidget& window_;
   QRect wanted_;  // pixels; null when the window stands where it should
+  QMargins expectedFrame_;
   QTimer timer_;
   int ticks_ = 0;
   int settledTicks_ = 0;
 };
 
-/// Tells a normal place that stood for a while from one that was recorded the
-/// moment before the window left the normal state: a window manager reports a
-/// new size before the new state.
-class SteadyPlace {
+/// The place that a window goes back to from the maximised state. A window
+/// manager may report the maximised size a moment before the maximised state, or
+/// after it: what was recorded last need not be the normal place.
+class NormalPlace {
  public:
-  /// `before` is about to be replaced as the window's normal place.
-  void replacing(const QRect& before);
+  NormalPlace() { clock_.start(); }
 
-  /// The window left the normal state: the place to go back to when the last
-  /// one was recorded only just now, else null.
-  [[nodiscard]] QRect placeToGoBackTo() const;
+  /// The window stands here in the normal state; twips.
+  void record(const QRect& outer);
+
+  /// The window is maximised and of this outer size, in twips; to be called at
+  /// the change of state and at every change of size from then on.
+  void windowMaximised(QSize outer);
+
+  /// The last place recorded, or, when the window is maximised, the last one
+  /// that was not that of the maximised window already; twips. Null when none
+  /// was recorded.
+  [[nodiscard]] QRect latest() const;
 
  private:
-  QRect steady_;
-  QElapsedTimer sinceReplaced_;
+  struct Record {
+    qint64 time;
+    QRect outer;
+  };
+
+  [[nodiscard]] bool isOfMaximised(const Record& record) const;
+
+  QElapsedTimer clock_;
+  QList<Record> records_;  // oldest first
+  QSize maximised_;        // invalid in the normal state
+  qint64 maximisedAt_ = 0;
 };
 
 }  // namespace vel

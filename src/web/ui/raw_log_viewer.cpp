@@ -168,7 +168,7 @@ void RawLogViewer::Form_Load() {
   const QSize size = QSize(whole(env.env_Form3_Width, designed.env_Form3_Width),
                            whole(env.env_Form3_Height, designed.env_Form3_Height))
                          .boundedTo(screens * kTwipsPerPixel);
-  normalPlace_ = QRect();
+  normalPlace_ = NormalPlace();
   placement_->place(QRect(QPoint(whole(env.env_Form3_Left, designed.env_Form3_Left),
                                  whole(env.env_Form3_Top, designed.env_Form3_Top)),
                           size));
@@ -199,21 +199,24 @@ void RawLogViewer::Form_Resize() {
 }
 
 void RawLogViewer::recordPlace() {
-  const bool normal = !isMinimized() && !isMaximized() && !isFullScreen();
-  if (!isVisible() || !normal || placement_->isSettling()) return;
-  steadyPlace_.replacing(normalPlace_);
-  normalPlace_ = outerTwips(*this);
+  if (!isVisible() || isMinimized() || placement_->isSettling()) return;
+  if (isNormal(*this)) {
+    normalPlace_.record(outerTwips(*this));
+  } else {
+    normalPlace_.windowMaximised(outerTwips(*this).size());
+  }
 }
 
 void RawLogViewer::Form_Unload() {
   export_->cancel();
   recordPlace();
-  if (normalPlace_.isNull()) return;
+  const QRect place = normalPlace_.latest();
+  if (place.isNull()) return;
   Settings& env = program_.settings();
-  env.env_Form3_Top = single(normalPlace_.y());
-  env.env_Form3_Left = single(normalPlace_.x());
-  env.env_Form3_Height = single(normalPlace_.height());
-  env.env_Form3_Width = single(normalPlace_.width());
+  env.env_Form3_Top = single(place.y());
+  env.env_Form3_Left = single(place.x());
+  env.env_Form3_Height = single(place.height());
+  env.env_Form3_Width = single(place.width());
 }
 
 void RawLogViewer::Command1_Click() { export_->start(rawText()); }
@@ -277,13 +280,14 @@ void RawLogViewer::showEvent(QShowEvent* event) {
   Form_Resize();
 }
 
+void RawLogViewer::hideEvent(QHideEvent* event) {
+  QWidget::hideEvent(event);
+  if (!event->spontaneous()) placement_->windowHidden();
+}
+
 void RawLogViewer::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || !isVisible()) return;
-  const bool normal = !isMinimized() && !isMaximized() && !isFullScreen();
-  const QRect steady = steadyPlace_.placeToGoBackTo();
-  // The size just recorded as normal was already that of the new state.
-  if (!normal && !steady.isNull()) normalPlace_ = steady;
   Form_Resize();
 }
 

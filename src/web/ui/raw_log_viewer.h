@@ -56,6 +56,7 @@ class RawLogViewer : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void moveEvent(QMoveEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
@@ -83,8 +84,7 @@ class RawLogViewer : public QWidget {
   QPushButton* cancel_;     // Command3
   KmlExport* export_;
   OuterPlacement* placement_;
-  SteadyPlace steadyPlace_;
-  QRect normalPlace_;  // twips; null before the window was shown
+  NormalPlace normalPlace_;
   Focus focus_ = Focus::elsewhere;
   QElapsedTimer sinceShowLog_;
   bool loading_ = false;
