@@ -45,7 +45,7 @@ TourWindow::TourWindow(const TourHost& host, TourState& state)
   buildControls();
   buildKeys();
   fitToFont();
-  resize(sizeHint());
+  resize(TourWindow::sizeHint());
   host_.window()->installEventFilter(this);
 }
 
