@@ -61,7 +61,7 @@ constexpr int kChooserWidth = 150;
 
 // The tour stands beside the titles: Flight ends left of 116 pixels, Pict left
 // of 152, the route left of 364, and Equipment begins right of 346.
-const QList<int> kColumnWidths = {42, 62, 36, 96, 56, 56, 130, 300, 80};
+const QList<int> kColumnWidths = {42, 62, 36, 96, 58, 58, 130, 296, 80};
 
 }  // namespace
 

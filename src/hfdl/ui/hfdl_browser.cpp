@@ -44,7 +44,7 @@ const QStringList& columnTitles() {
 
 const QString kLongestLogName = QStringLiteral("202601310000_HFDL_FMT.log");
 
-const QList<int> kColumnWidths = {44, 142, 38, 36, 170, 66, 76, 66, 160, 36, 50, 50};
+const QList<int> kColumnWidths = {44, 142, 38, 36, 170, 66, 76, 66, 160, 36, 58, 58};
 
 // A row's texts come from a log and two tables: the list keeps them as UTF-8.
 Encoding rowEncoding(const Encoding& otherwise) {
