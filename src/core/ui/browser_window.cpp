@@ -80,7 +80,7 @@ void BrowserWindow::takePlace(bool showing) {
 void BrowserWindow::Form_Resize() {
   if (program_.startingUp) return;
   laidOutFrame_ = frameOf(*this);
-  layOutFrames(toTwips(outerGeometry().height()), toTwips(outerGeometry().width()));
+  layOutFrames(outerTwips(*this).height(), outerTwips(*this).width());
   recordPlace();
 }
 

@@ -183,8 +183,8 @@ void RawLogViewer::Form_Activate() {
 }
 
 void RawLogViewer::Form_Resize() {
-  const int height = toTwips(frameGeometry().height());
-  const int width = toTwips(frameGeometry().width());
+  const int height = outerTwips(*this).height();
+  const int width = outerTwips(*this).width();
   const int textWidth = toPixels(MaxOf(0, width - kTextWidthOffset));
   const int side = MaxOf(0, (this->width() - textWidth) / 2);
   // A desktop with a tall title bar leaves less below the button frame's top
