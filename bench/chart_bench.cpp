@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "app/ui/program.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_lines.h"
 #include "hfdl/ui/activity_window.h"
@@ -106,8 +107,8 @@ bool measure() {
     writeLog(folders.logs / newest, date);
   }
   vel::Program program(desktop, folders);
-  vel::ActivityWindow activity(program, [&] { return newest; });
-  vel::FrequencyWindow frequencies(program);
+  vel::ActivityWindow activity(program.context(), [&] { return newest; });
+  vel::FrequencyWindow frequencies(program.context());
   const bool kept =
       measureRedraw("ground stations, redraw on resize, median", activity, activity.picture());
   return measureRedraw("frequencies, redraw on resize, median", frequencies,

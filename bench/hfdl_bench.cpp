@@ -23,13 +23,13 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/hfdl_day_files.h"
-#include "core/row_store.h"
 #include "hfdl/activity_chart.h"
 #include "hfdl/activity_load.h"
 #include "hfdl/frequency_chart.h"
 #include "hfdl/frequency_load.h"
 #include "hfdl/hfdl_list_reader.h"
 #include "hfdl/hfdl_row.h"
+#include "log/row_store.h"
 
 namespace vel {
 namespace {

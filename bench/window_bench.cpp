@@ -86,7 +86,7 @@ class Folder {
   // Reads what stands in the folders by then.
   void start() {
     program_ = std::make_unique<vel::Program>(desktop_, folders_);
-    web_ = std::make_unique<vel::WebAccess>(*program_);
+    web_ = std::make_unique<vel::WebAccess>(program_->context());
   }
   vel::Program& program() { return *program_; }
   vel::WebAccess& web() { return *web_; }

@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "acars/ui/acars_browser.h"
+#include "app/ui/program.h"
 #include "core/platform.h"
-#include "core/ui/program.h"
 #include "core/ui/qt_desktop.h"
 #include "core/version.h"
 #include "hfdl/ui/activity_window.h"
@@ -56,7 +56,8 @@ int main(int argc, char** argv) {
 
   vel::QtDesktop desktop;
   vel::Program program(desktop, vel::Folders::of(folder));
-  vel::WebAccess web(program);
+  vel::WebAccess web(program.context());
+  program.addUnloadStep([&web] { web.rawLogs().close(); });
   vel::TourState tour;
   std::unique_ptr<vel::ActivityWindow> activity;
   std::unique_ptr<vel::FrequencyWindow> frequencies;
@@ -75,12 +76,12 @@ int main(int argc, char** argv) {
         browser->showActivityChart = [&activity, &owner, window = browser.get()] {
           if (!activity) {
             activity = std::make_unique<vel::ActivityWindow>(
-                owner, [window] { return window->shownLog(); });
+                owner.context(), [window] { return window->shownLog(); });
           }
           activity->open();
         };
         browser->showFrequencyChart = [&frequencies, &owner] {
-          if (!frequencies) frequencies = std::make_unique<vel::FrequencyWindow>(owner);
+          if (!frequencies) frequencies = std::make_unique<vel::FrequencyWindow>(owner.context());
           frequencies->open();
         };
         return browser;

@@ -7,10 +7,10 @@
 #include <string_view>
 
 #include "core/line_reader.h"
-#include "core/log_reader.h"
 #include "core/result.h"
-#include "core/row_store.h"
 #include "core/text.h"
+#include "log/log_reader.h"
+#include "log/row_store.h"
 #include "tables/tables.h"
 
 namespace vel {

@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "core/dated_logs.h"
 #include "core/file.h"
 #include "hfdl/hfdl_log.h"
+#include "log/dated_logs.h"
 
 namespace vel {
 namespace {

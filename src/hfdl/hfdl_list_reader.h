@@ -1,9 +1,9 @@
 #pragma once
 
 #include "core/file.h"
-#include "core/log_reader.h"
 #include "core/text.h"
 #include "hfdl/hfdl_log.h"
+#include "log/log_reader.h"
 #include "tables/tables.h"
 
 namespace vel {

@@ -1,6 +1,6 @@
 #include "hfdl/hfdl_log.h"
 
-#include "core/dated_logs.h"
+#include "log/dated_logs.h"
 
 namespace vel {
 

@@ -6,7 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/core/heap_meter.h"
+#include "tests/support/heap_meter.h"
 #include "tests/support/test_files.h"
 
 namespace vel {

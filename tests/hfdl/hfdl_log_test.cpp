@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/dated_logs.h"
+#include "log/dated_logs.h"
 #include "tests/support/test_files.h"
 
 namespace vel {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/row_store.h"
+#include "log/row_store.h"
 #include "tests/support/test_files.h"
 
 namespace vel::test {

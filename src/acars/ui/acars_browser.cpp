@@ -85,7 +85,7 @@ AcarsBrowser::AcarsBrowser(Program& program, WebAccess& web)
                program.encoding(), ListLogReader::kSeparator, columnTitles(),
                [](std::size_t number) { return toQString(listLineNumber(number)); }, this),
            kColumnWidths);
-  panel_ = new DetailPanel(program, tables_, list(), model(), canvas);
+  panel_ = new DetailPanel(program.context(), tables_, list(), model(), canvas);
 
   connect(filters_, &FilterFrame::Combo4_Click, this, &AcarsBrowser::GetLogData);
   connect(filters_, &FilterFrame::Combo5_Click, this, &AcarsBrowser::GetLogData);
@@ -229,12 +229,13 @@ void AcarsBrowser::searchPhoto() {
 }
 
 void AcarsBrowser::searchFlight() {
-  openFlightSearch(program(), web_, tables_, servicePosition(panel_->flightSearch()->chooser()),
+  openFlightSearch(program().context(), web_, tables_,
+                   servicePosition(panel_->flightSearch()->chooser()),
                    FlightValues::fromAcars(list()->selectedText(kListFlight)));
 }
 
 void AcarsBrowser::Command10_Click() {
-  ConffigDialog dialog(program(), web_, this);
+  ConffigDialog dialog(program().context(), web_, this);
   dialog.exec();
 }
 

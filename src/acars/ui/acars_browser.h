@@ -8,7 +8,7 @@
 #include "acars/list_log.h"
 #include "acars/ui/detail_panel.h"
 #include "acars/ui/filter_frame.h"
-#include "core/ui/log_browser.h"
+#include "log/ui/log_browser.h"
 #include "tables/tables.h"
 #include "web/ui/web_access.h"
 

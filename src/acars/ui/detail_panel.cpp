@@ -45,14 +45,14 @@ void keepPlaceWhenHidden(QWidget* widget) {
 
 }  // namespace
 
-DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
-                         QWidget* parent)
+DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* list,
+                         LogListModel* model, QWidget* parent)
     : QWidget(parent),
-      program_(program),
+      context_(context),
       list_(list),
       model_(model),
       busy_(new BusyLabels(QStringLiteral("Processing"), this)),
-      editing_(program.desktop(), tables, *busy_) {
+      editing_(context.desktop, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
 
   QWidget* photoColumn = makePhotoColumn();
@@ -101,7 +101,7 @@ DetailPanel::DetailPanel(Program& program, const Tables& tables, xLView* list, L
 QWidget* DetailPanel::makePhotoColumn() {
   auto* column = new QWidget(this);
   column->setFixedWidth(kPhotoColumnWidth);
-  photo_ = new PhotoPane(program_.folders(), kPhotoSearchIndex, {}, column);
+  photo_ = new PhotoPane(context_.folders, kPhotoSearchIndex, {}, column);
   photo_->setFixedHeight(kPhotoHeight);
 
   aircraftFrame_ = new QGroupBox(column);
@@ -187,14 +187,14 @@ void DetailPanel::hideFrames() {
 }
 
 bool DetailPanel::overtaken(int generation) const {
-  return generation != generation_ || program_.desktop().isEnding();
+  return generation != generation_ || context_.desktop.isEnding();
 }
 
 void DetailPanel::showSelection() {
   if (list_->listIndex() < 0) return;
   const int generation = ++generation_;
   busy_->showProcessing();
-  program_.desktop().processEvents();
+  context_.desktop.processEvents();
   if (overtaken(generation)) return;
   if (list_->listIndex() < 0) {
     busy_->hideProcessing();
@@ -211,18 +211,18 @@ void DetailPanel::showSelection() {
   equipment_->clear();
   const std::string equipment =
       editing_.valueOrEnd(editing_.tables().SearchAircraft(registration_));
-  if (program_.desktop().isEnding()) return;
+  if (context_.desktop.isEnding()) return;
   equipment_->setText(toQString(equipment));
-  program_.desktop().processEvents();
+  context_.desktop.processEvents();
   if (overtaken(generation)) return;
 
   flight_->setFlight(flight);
   flight_->setRoute(std::nullopt);
   const auto route = editing_.valueOrEnd(editing_.tables().flightRoute(flight));
-  if (program_.desktop().isEnding()) return;
+  if (context_.desktop.isEnding()) return;
   flight_->setRoute(route);
-  if (program_.desktop().isEnding()) return;
-  program_.desktop().processEvents();
+  if (context_.desktop.isEnding()) return;
+  context_.desktop.processEvents();
   if (overtaken(generation)) return;
 
   if (!airline_->AirLineLoad(prefix)) return;
@@ -240,13 +240,13 @@ void DetailPanel::showFrames() {
 void DetailPanel::openSelectedPhoto() {
   const int line = list_->listIndex();
   if (line < 0) return;
-  openPhoto(program_.desktop(), program_.folders(), model_->cell(line, kListRegistration));
+  openPhoto(context_.desktop, context_.folders, model_->cell(line, kListRegistration));
   model_->setCell(line, kListPict, "*");
 }
 
 void DetailPanel::openAirportDialog(const QString& name) {
   const auto searchAddress = [this](std::string_view code) {
-    return airportSearchAddress(program_.services(), code);
+    return airportSearchAddress(context_.services, code);
   };
   AirportDialog dialog(editing_, name, searchAddress, window());
   if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();

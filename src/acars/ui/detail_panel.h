@@ -9,10 +9,10 @@
 #include <string>
 
 #include "acars/ui/airline_editor.h"
+#include "core/context.h"
 #include "core/ui/busy_labels.h"
-#include "core/ui/log_list_model.h"
-#include "core/ui/program.h"
-#include "core/ui/xlview.h"
+#include "log/ui/log_list_model.h"
+#include "log/ui/xlview.h"
 #include "tables/ui/airport_group.h"
 #include "tables/ui/flight_editor.h"
 #include "web/ui/engine_row.h"
@@ -26,7 +26,7 @@ class DetailPanel : public QWidget {
   Q_OBJECT
 
  public:
-  DetailPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
+  DetailPanel(const Context& context, const Tables& tables, xLView* list, LogListModel* model,
               QWidget* parent);
 
   /// Looks everything up for the selected line; nothing without one. A later
@@ -58,7 +58,7 @@ class DetailPanel : public QWidget {
   [[nodiscard]] QWidget* makeFlightColumn();
   [[nodiscard]] bool overtaken(int generation) const;
 
-  Program& program_;
+  const Context& context_;
   xLView* list_;
   LogListModel* model_;
   BusyLabels* busy_;

@@ -29,8 +29,8 @@ local_seconds endOfDay(local_seconds moment) { return std::chrono::floor<days>(m
 
 }  // namespace
 
-ActivityWindow::ActivityWindow(Program& program, std::function<std::string()> shownLog)
-    : ChartWindow(program), shownLog_(std::move(shownLog)) {
+ActivityWindow::ActivityWindow(const Context& context, std::function<std::string()> shownLog)
+    : ChartWindow(context), shownLog_(std::move(shownLog)) {
   setObjectName(QStringLiteral("ActivityChart"));
   setWindowTitle(QStringLiteral("VEL Ground stations"));
   buildControls();
@@ -153,12 +153,12 @@ void ActivityWindow::loadOnce() {
   reference_ = wanted.reference.value_or(endOfDay(desktop().now()));
   if (log.empty()) return;
 
-  Result<InputFile> file = InputFile::open(program().folders().logs / toPath(log));
+  Result<InputFile> file = InputFile::open(context().folders.logs / toPath(log));
   if (!file) {
     desktop().showMessage(file.error().text());
     return;
   }
-  ActivityLoad load(*std::move(file), program().encoding(), wanted, stations_);
+  ActivityLoad load(*std::move(file), context().encoding, wanted, stations_);
   Result<bool> more = load.step();
   while (more && *more) {
     desktop().processEvents();

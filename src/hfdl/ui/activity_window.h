@@ -24,7 +24,7 @@ class ActivityWindow : public ChartWindow {
  public:
   /// `shownLog` gives the name of the log selected in the HFDL browser, or an
   /// empty text when none is.
-  ActivityWindow(Program& program, std::function<std::string()> shownLog);
+  ActivityWindow(const Context& context, std::function<std::string()> shownLog);
 
   void Form_Load() override;
   void Form_Activate() override;

@@ -5,7 +5,7 @@
 
 namespace vel {
 
-ChartWindow::ChartWindow(Program& program) : program_(program) {}
+ChartWindow::ChartWindow(const Context& context) : context_(context) {}
 
 void ChartWindow::open() {
   if (!open_) {

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "core/ui/program.h"
+#include "core/context.h"
 
 namespace vel {
 
@@ -13,7 +13,7 @@ class ChartWindow : public QWidget {
 
  public:
   /// The program outlives the window.
-  explicit ChartWindow(Program& program);
+  explicit ChartWindow(const Context& context);
 
   /// Brings the window to the front; loads it first unless it is open already.
   void open();
@@ -27,8 +27,8 @@ class ChartWindow : public QWidget {
   bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
-  [[nodiscard]] Program& program() const { return program_; }
-  [[nodiscard]] Desktop& desktop() const { return program_.desktop(); }
+  [[nodiscard]] const Context& context() const { return context_; }
+  [[nodiscard]] Desktop& desktop() const { return context_.desktop; }
   /// False once the window was closed or the program ends: what was under way
   /// stops then.
   [[nodiscard]] bool isOpen() const { return open_ && !desktop().isEnding(); }
@@ -36,7 +36,7 @@ class ChartWindow : public QWidget {
  private:
   void activateSoon();
 
-  Program& program_;
+  const Context& context_;
   bool open_ = false;
 };
 

@@ -31,8 +31,8 @@ QToolButton* makeButton(QAction* action, QWidget* parent) {
 
 }  // namespace
 
-FrequencyWindow::FrequencyWindow(Program& program)
-    : ChartWindow(program), tables_(program.encoding()) {
+FrequencyWindow::FrequencyWindow(const Context& context)
+    : ChartWindow(context), tables_(context.encoding) {
   setObjectName(QStringLiteral("FrequencyChart"));
   setWindowTitle(QStringLiteral("VEL Frequencies of the last seven days"));
   buildControls();
@@ -110,7 +110,7 @@ void FrequencyWindow::loadFMTlog(local_days start) {
   loading_ = true;
   const int number = ++load_;
   start_ = start;
-  FrequencyLoad load(program().folders(), tables_, start);
+  FrequencyLoad load(context().folders, tables_, start);
   showProgress(load.progressText());
   const bool complete = readLogs(load);
   // After a newer load the window belongs to that one.

@@ -9,7 +9,7 @@
 #include "hfdl/frequency_tables.h"
 #include "hfdl/ui/chart_picture.h"
 #include "hfdl/ui/chart_window.h"
-#include "web/ui/magnifier.h"
+#include "hfdl/ui/magnifier.h"
 
 namespace vel {
 
@@ -19,7 +19,7 @@ class FrequencyWindow : public ChartWindow {
   Q_OBJECT
 
  public:
-  explicit FrequencyWindow(Program& program);
+  explicit FrequencyWindow(const Context& context);
 
   void Form_Load() override;
   /// The first activation loads and draws, later ones do nothing.

@@ -72,7 +72,7 @@ HfdlBrowser::HfdlBrowser(Program& program, WebAccess& web)
                rowEncoding(program.encoding()), kHfdlSeparator, columnTitles(),
                [](std::size_t number) { return toQString(hfdlLineNumber(number)); }, this),
            kColumnWidths);
-  panel_ = new HfdlPanel(program, tables_, list(), model(), canvas_);
+  panel_ = new HfdlPanel(program.context(), tables_, list(), model(), canvas_);
 
   connect(list(), &xLView::listIndexChanged, panel_, &HfdlPanel::showSelection);
   connect(panel_->addressSearch()->button(), &QPushButton::clicked, this,
@@ -152,7 +152,8 @@ void HfdlBrowser::searchPhoto() {
 }
 
 void HfdlBrowser::searchFlight() {
-  openFlightSearch(program(), web_, tables_, panel_->flightSearch()->chooser()->currentIndex(),
+  openFlightSearch(program().context(), web_, tables_,
+                   panel_->flightSearch()->chooser()->currentIndex(),
                    {panel_->flight()->flight(), list()->selectedText(kHfdlFlight),
                     list()->selectedText(kHfdlTime)});
 }

@@ -4,8 +4,8 @@
 #include <functional>
 
 #include "core/file.h"
-#include "core/ui/log_browser.h"
 #include "hfdl/ui/hfdl_panel.h"
+#include "log/ui/log_browser.h"
 #include "tables/tables.h"
 #include "web/ui/web_access.h"
 

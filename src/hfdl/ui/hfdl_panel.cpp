@@ -38,17 +38,17 @@ QVBoxLayout* makeRows(QWidget* column) {
 
 }  // namespace
 
-HfdlPanel::HfdlPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
-                     QWidget* parent)
+HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, xLView* list,
+                     LogListModel* model, QWidget* parent)
     : QWidget(parent),
-      program_(program),
+      context_(context),
       list_(list),
       model_(model),
       busy_(new BusyLabels(QStringLiteral("Loading"), this)),
-      editing_(program.desktop(), tables, *busy_) {
+      editing_(context.desktop, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
-  photo_ = new PhotoPane(program.folders(), kPhotoSearchIndex,
-                         photoEngineLabels(SearchWindow::hfdl, program.settings()), this);
+  photo_ = new PhotoPane(context.folders, kPhotoSearchIndex,
+                         photoEngineLabels(SearchWindow::hfdl, context.settings), this);
   // A larger font takes more.
   photo_->setFixedWidth(qMax(kPhotoColumnWidth, photo_->minimumSizeHint().width()));
   auto* columns = new QHBoxLayout(this);
@@ -95,7 +95,7 @@ QWidget* HfdlPanel::makeFlightColumn() {
   hint_->setAlignment(Qt::AlignCenter);
   hint_->setWordWrap(true);
   flightSearch_ = makeFlightSearchRow(
-      kFlightSearchIndex, flightEngineLabels(SearchWindow::hfdl, program_.settings()), column);
+      kFlightSearchIndex, flightEngineLabels(SearchWindow::hfdl, context_.settings), column);
   rawLog_ = makeRawLogButton(column);
   keepPlaceWhenHidden(flight_);
 
@@ -148,7 +148,7 @@ void HfdlPanel::hideLoading() {
 }
 
 bool HfdlPanel::overtaken(int generation) const {
-  return generation != generation_ || program_.desktop().isEnding();
+  return generation != generation_ || context_.desktop.isEnding();
 }
 
 void HfdlPanel::showSelection() {
@@ -157,7 +157,7 @@ void HfdlPanel::showSelection() {
   aircraft_->hide();
   hint_->hide();
   busy_->showProcessing();
-  program_.desktop().processEvents();
+  context_.desktop.processEvents();
   if (overtaken(generation)) return;
   if (list_->listIndex() < 0) {
     hideLoading();
@@ -171,9 +171,9 @@ void HfdlPanel::showSelection() {
 
   aircraft_->setAddress(address);
   const Icao24Record record = editing_.valueOrEnd(editing_.tables().icao24IfPresent(address));
-  if (program_.desktop().isEnding()) return;
+  if (context_.desktop.isEnding()) return;
   aircraft_->setAircraft(record);
-  program_.desktop().processEvents();
+  context_.desktop.processEvents();
   if (overtaken(generation)) return;
   aircraft_->show();
 
@@ -182,16 +182,16 @@ void HfdlPanel::showSelection() {
   if (flight.empty()) {
     flight_->hide();
     hideLoading();
-    program_.desktop().processEvents();
+    context_.desktop.processEvents();
     return;
   }
   flight_->show();
   flight_->setRoute(std::nullopt);
   const auto route = editing_.valueOrEnd(routeIfPresent(editing_.tables(), flight));
-  if (program_.desktop().isEnding()) return;
+  if (context_.desktop.isEnding()) return;
   flight_->setRoute(route);
-  if (program_.desktop().isEnding()) return;
-  program_.desktop().processEvents();
+  if (context_.desktop.isEnding()) return;
+  context_.desktop.processEvents();
   if (overtaken(generation)) return;
   hideLoading();
 }
@@ -222,12 +222,12 @@ std::function<void()> HfdlPanel::flightRowsUpdate() {
 
 void HfdlPanel::openSelectedPhoto() {
   if (list_->listIndex() < 0) return;
-  openPhoto(program_.desktop(), program_.folders(), list_->selectedText(kHfdlRegistration));
+  openPhoto(context_.desktop, context_.folders, list_->selectedText(kHfdlRegistration));
 }
 
 void HfdlPanel::openAirportDialog(const QString& name) {
   const auto searchAddress = [this](std::string_view code) {
-    return airportSearchAddress(program_.services(), code);
+    return airportSearchAddress(context_.services, code);
   };
   AirportDialog dialog(editing_, name, searchAddress, window());
   if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();

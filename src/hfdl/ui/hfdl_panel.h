@@ -6,11 +6,11 @@
 #include <QWidget>
 #include <string>
 
+#include "core/context.h"
 #include "core/ui/busy_labels.h"
-#include "core/ui/log_list_model.h"
-#include "core/ui/program.h"
-#include "core/ui/xlview.h"
 #include "hfdl/ui/icao24_editor.h"
+#include "log/ui/log_list_model.h"
+#include "log/ui/xlview.h"
 #include "tables/ui/airport_group.h"
 #include "tables/ui/flight_editor.h"
 #include "web/ui/engine_row.h"
@@ -24,7 +24,7 @@ class HfdlPanel : public QWidget {
   Q_OBJECT
 
  public:
-  HfdlPanel(Program& program, const Tables& tables, xLView* list, LogListModel* model,
+  HfdlPanel(const Context& context, const Tables& tables, xLView* list, LogListModel* model,
             QWidget* parent);
 
   /// Looks everything up for the selected line; nothing without one. A later
@@ -58,7 +58,7 @@ class HfdlPanel : public QWidget {
   void hideLoading();
   void openAirportDialog(const QString& name);
 
-  Program& program_;
+  const Context& context_;
   xLView* list_;
   LogListModel* model_;
   BusyLabels* busy_;

@@ -55,11 +55,11 @@ QPushButton* makeTestButton(QWidget* parent, int index) {
 
 }  // namespace
 
-ConffigDialog::ConffigDialog(Program& program, WebAccess& web, QWidget* parent)
-    : QDialog(parent), program_(program), web_(web) {
+ConffigDialog::ConffigDialog(const Context& context, WebAccess& web, QWidget* parent)
+    : QDialog(parent), context_(context), web_(web) {
   setObjectName(QStringLiteral("ConffigDialog"));
   setWindowTitle(QStringLiteral("Conffig"));
-  const Settings& env = program.settings();
+  const Settings& env = context.settings;
 
   auto* registrationFrame = new QGroupBox(QStringLiteral("Reg.No. search"), this);
   QPushButton* testRegistration = makeTestButton(registrationFrame, 0);
@@ -115,18 +115,19 @@ void ConffigDialog::OKButton_Click() {
   const std::string typed = (registrationName_->text() + registrationAddress_->text() +
                              flightName_->text() + flightAddress_->text())
                                 .toStdString();
-  if (!canBeStored(program_.encoding(), typed)) {
-    program_.desktop().showMessage(kIllegalCharacter);
+  if (!canBeStored(context_.encoding, typed)) {
+    context_.desktop.showMessage(kIllegalCharacter);
     return;
   }
-  Settings& env = program_.settings();
+  Settings& env = context_.settings;
   env.env_regDefName0 = registrationName_->text().toStdString();
   env.env_regDefUrl0 = registrationAddress_->text().toStdString();
   env.env_FltDefName0 = flightName_->text().toStdString();
   env.env_FltDefUrl0 = flightAddress_->text().toStdString();
   env.env_fltSchZsp = zeroSuppress_->isChecked() ? 1 : 0;
   env.env_keepCsrPos = keepCursor_->isChecked() ? 1 : 0;
-  program_.SaveEnv();
+  // Nothing is shown for any trouble with the settings.
+  static_cast<void>(SaveEnv(context_.folders.program / "vel.env", context_.encoding, env));
   accept();
 }
 
@@ -139,8 +140,8 @@ void ConffigDialog::Command1_Click(int index) {
     const std::string homepage = isHomepagePrefix(prefix) ? web_.homepage() : std::string();
     sample = flightSample(prefix, zeroSuppress_->isChecked(), homepage);
   }
-  program_.desktop().showMessage(sample.message);
-  ShellOpen(program_.desktop(), sample.address);
+  context_.desktop.showMessage(sample.message);
+  ShellOpen(context_.desktop, sample.address);
 }
 
 }  // namespace vel

@@ -4,7 +4,7 @@
 #include <QDialog>
 #include <QLineEdit>
 
-#include "core/ui/program.h"
+#include "core/context.h"
 #include "web/ui/web_access.h"
 
 namespace vel {
@@ -14,14 +14,14 @@ class ConffigDialog : public QDialog {
   Q_OBJECT
 
  public:
-  ConffigDialog(Program& program, WebAccess& web, QWidget* parent);
+  ConffigDialog(const Context& context, WebAccess& web, QWidget* parent);
 
   void OKButton_Click();
   /// Opens the sample of the registration (0) or of the flight (1) search.
   void Command1_Click(int index);
 
  private:
-  Program& program_;
+  const Context& context_;
   WebAccess& web_;
   QLineEdit* registrationName_;
   QLineEdit* registrationAddress_;

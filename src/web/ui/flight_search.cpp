@@ -12,22 +12,22 @@ constexpr const char* kNoService = "The service velweb can't be started. velwebã
 
 }  // namespace
 
-void openFlightSearch(Program& program, WebAccess& web, const Tables& tables, int position,
+void openFlightSearch(const Context& context, WebAccess& web, const Tables& tables, int position,
                       const FlightValues& values) {
-  const Settings& env = program.settings();
+  const Settings& env = context.settings;
   const bool ownSite = needsHomepage(env, position);
   const std::string homepage = ownSite ? web.homepage() : std::string();
   if (ownSite && homepage.empty()) {
-    program.desktop().showMessage(kNoService);
+    context.desktop.showMessage(kNoService);
     return;
   }
-  const auto address = flightAddress(program.services(), env, homepage, tables, position, values);
+  const auto address = flightAddress(context.services, env, homepage, tables, position, values);
   if (!address) {
     const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
-    program.desktop().showMessage(noNumber ? kNoNumber : address.error().text());
+    context.desktop.showMessage(noNumber ? kNoNumber : address.error().text());
     return;
   }
-  if (*address) ShellOpen(program.desktop(), **address);
+  if (*address) ShellOpen(context.desktop, **address);
 }
 
 }  // namespace vel

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ui/program.h"
+#include "core/context.h"
 #include "tables/tables.h"
 #include "web/address.h"
 #include "web/ui/web_access.h"
@@ -9,7 +9,7 @@ namespace vel {
 
 /// Opens the flight search of that position. Where nothing can be opened, the
 /// user is told why; a position without an engine does nothing.
-void openFlightSearch(Program& program, WebAccess& web, const Tables& tables, int position,
+void openFlightSearch(const Context& context, WebAccess& web, const Tables& tables, int position,
                       const FlightValues& values);
 
 }  // namespace vel

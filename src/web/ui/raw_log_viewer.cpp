@@ -40,13 +40,13 @@ double single(int twips) { return static_cast<double>(static_cast<float>(twips))
 
 }  // namespace
 
-RawLogViewer::RawLogViewer(Program& program, WebAccess& web) : program_(program) {
+RawLogViewer::RawLogViewer(const Context& context, WebAccess& web) : context_(context) {
   setObjectName(QStringLiteral("Form3"));
   text_ = new FindableText(this);
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(tr("Messages"));
   text_->setToolTip(tr("The aircraft's messages; Ctrl+F finds text\n機体別の受信ログ"));
-  export_ = new KmlExport(program.desktop(), web, program.folders().program / "temp.kml", this);
+  export_ = new KmlExport(context.desktop, web, context.folders.program / "temp.kml", this);
   buttons_ = makeButtonFrame();
   setTabOrder(text_, sendToMap_);
   placement_ = new OuterPlacement(*this);
@@ -133,7 +133,7 @@ bool RawLogViewer::load() {
   setWindowTitle(QStringLiteral("Log browser - ") + toQString(nativeText(path_)));
   RawLog log;
   Status read = ErrorNumber::fileNotFound;
-  if (fileExists(path_)) read = readRawLog(path_, program_.encoding(), log);
+  if (fileExists(path_)) read = readRawLog(path_, context_.encoding, log);
   const bool missing = !read && (read.error().number == ErrorNumber::fileNotFound ||
                                  read.error().number == ErrorNumber::pathNotFound);
   if (missing) {
@@ -147,17 +147,17 @@ bool RawLogViewer::load() {
   shortened_->setText(
       log_.more ? tr("First %L1 lines only").arg(static_cast<qulonglong>(log_.lines)) : QString());
   showExportRunning(export_->isRunning());
-  if (!read) program_.desktop().showMessage(read.error().text());
+  if (!read) context_.desktop.showMessage(read.error().text());
   return true;
 }
 
 void RawLogViewer::sayNotFound() {
-  program_.desktop().showMessage(kNoRawLog);
+  context_.desktop.showMessage(kNoRawLog);
   close();
 }
 
 void RawLogViewer::Form_Load() {
-  const Settings& env = program_.settings();
+  const Settings& env = context_.settings;
   const Settings designed;
   const auto whole = [](double twips, double otherwise) {
     return wholeTwips(twips, static_cast<int>(otherwise));
@@ -212,7 +212,7 @@ void RawLogViewer::Form_Unload() {
   recordPlace();
   const QRect place = normalPlace_.latest();
   if (place.isNull()) return;
-  Settings& env = program_.settings();
+  Settings& env = context_.settings;
   env.env_Form3_Top = single(place.y());
   env.env_Form3_Left = single(place.x());
   env.env_Form3_Height = single(place.height());
@@ -296,20 +296,20 @@ void RawLogViewer::closeEvent(QCloseEvent* event) {
   Form_Unload();
 }
 
-RawLogs::RawLogs(Program& program, WebAccess& web) : program_(program), web_(web) {
-  program.addUnloadStep([this] {
-    if (viewer_ != nullptr) viewer_->close();
-  });
+RawLogs::RawLogs(const Context& context, WebAccess& web) : context_(context), web_(web) {}
+
+void RawLogs::close() {
+  if (viewer_ != nullptr) viewer_->close();
 }
 
 void RawLogs::open(const std::string& name) {
   if (!isSafeFileName(name)) {
-    program_.desktop().showMessage(kNoRawLog);
-    if (viewer_ != nullptr) viewer_->close();
+    context_.desktop.showMessage(kNoRawLog);
+    close();
     return;
   }
-  if (viewer_ == nullptr) viewer_ = std::make_unique<RawLogViewer>(program_, web_);
-  viewer_->showLog(fileIn(program_.folders().eachLogs, name + ".log"));
+  if (viewer_ == nullptr) viewer_ = std::make_unique<RawLogViewer>(context_, web_);
+  viewer_->showLog(fileIn(context_.folders.eachLogs, name + ".log"));
 }
 
 }  // namespace vel

@@ -9,8 +9,8 @@
 #include <memory>
 #include <string>
 
+#include "core/context.h"
 #include "core/ui/outer_placement.h"
-#include "core/ui/program.h"
 #include "web/raw_log.h"
 #include "web/ui/findable_text.h"
 #include "web/ui/kml_export.h"
@@ -27,7 +27,7 @@ class RawLogViewer : public QWidget {
 
  public:
   /// The program and the web access outlive the window.
-  RawLogViewer(Program& program, WebAccess& web);
+  RawLogViewer(const Context& context, WebAccess& web);
   ~RawLogViewer() override;
 
   /// Reads this log and shows the window, in front. Where there is no such
@@ -73,7 +73,7 @@ class RawLogViewer : public QWidget {
   void showProgress(qint64 done, qint64 total);
   void showExportRunning(bool running);
 
-  Program& program_;
+  const Context& context_;
   std::filesystem::path path_;
   RawLog log_;
   FindableText* text_;      // Text1
@@ -94,7 +94,7 @@ class RawLogViewer : public QWidget {
 /// are saved.
 class RawLogs {
  public:
-  RawLogs(Program& program, WebAccess& web);
+  RawLogs(const Context& context, WebAccess& web);
   RawLogs(const RawLogs&) = delete;
   RawLogs& operator=(const RawLogs&) = delete;
 
@@ -103,11 +103,14 @@ class RawLogs {
   /// the folder counts as having none.
   void open(const std::string& name);
 
+  /// Closes the viewer, which gives its place to the settings.
+  void close();
+
   /// The viewer, null before the first use.
   [[nodiscard]] RawLogViewer* viewer() const { return viewer_.get(); }
 
  private:
-  Program& program_;
+  const Context& context_;
   WebAccess& web_;
   std::unique_ptr<RawLogViewer> viewer_;
 };

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/ui/program.h"
+#include "core/context.h"
 #include "web/ui/companion.h"
 #include "web/ui/raw_log_viewer.h"
 
@@ -15,13 +15,14 @@ namespace vel {
 class WebAccess {
  public:
   /// The program outlives this object. `companion` is velweb's path.
-  explicit WebAccess(Program& program, const QString& companion = Companion::defaultExecutable())
-      : program_(program), companion_(program.folders(), companion), rawLogs_(program, *this) {}
+  explicit WebAccess(const Context& context,
+                     const QString& companion = Companion::defaultExecutable())
+      : context_(context), companion_(context.folders, companion), rawLogs_(context, *this) {}
 
   /// Scheme and host for the flight page; starts the companion service where
   /// no host is named. Empty when there is none.
   std::string homepage() {
-    const std::string& named = program_.services().homepage;
+    const std::string& named = context_.services.homepage;
     return named.empty() ? companion_.address() : named;
   }
 
@@ -29,7 +30,7 @@ class WebAccess {
   /// there is none; from the event loop where the companion service has to
   /// answer, and not when `context` is gone by then.
   void requestConversion(QObject* context, const Companion::Ready& ready) {
-    const std::string& named = program_.services().conversion;
+    const std::string& named = context_.services.conversion;
     if (named.empty()) {
       companion_.request(context, ready);
     } else {
@@ -40,7 +41,7 @@ class WebAccess {
   [[nodiscard]] RawLogs& rawLogs() { return rawLogs_; }
 
  private:
-  Program& program_;
+  const Context& context_;
   Companion companion_;
   RawLogs rawLogs_;
 };

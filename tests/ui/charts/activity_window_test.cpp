@@ -84,7 +84,7 @@ class ActivityWindowTest : public testing::Test {
 
   ChartStation station_;
   std::string shown_ = kLog;
-  ActivityWindow window_{station_.program, [this] { return shown_; }};
+  ActivityWindow window_{station_.context(), [this] { return shown_; }};
 };
 
 TEST_F(ActivityWindowTest, OpensWithAllStationsAndTheLast24Hours) {

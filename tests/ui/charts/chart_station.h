@@ -9,33 +9,19 @@
 
 #include <gtest/gtest.h>
 
-#include "core/ui/program.h"
 #include "hfdl/shapes.h"
-#include "tests/support/recording_desktop.h"
-#include "tests/support/test_files.h"
+#include "tests/ui/support/test_station.h"
 
 namespace vel::test {
 
-/// A host whose window events really run.
-class LiveDesktop : public RecordingDesktop {
- public:
-  void processEvents() override {
-    RecordingDesktop::processEvents();
-    QCoreApplication::processEvents();
-  }
-};
-
-/// A station with a base folder of its own, at noon on 17 November 2026.
-class ChartStation {
+/// A station at noon on 17 November 2026.
+class ChartStation : public TestStation {
  public:
   ChartStation() {
+    use();
     desktop.time = std::chrono::local_days(std::chrono::year(2026) / 11 / 17) +
                    std::chrono::hours(12) + std::chrono::minutes(5) + std::chrono::seconds(30);
   }
-
-  TemporaryBase base;
-  LiveDesktop desktop;
-  Program program{desktop, base.folders};
 };
 
 inline QColor toQColor(Colour colour) { return QColor(colour.red, colour.green, colour.blue); }

@@ -91,7 +91,7 @@ class FrequencyWindowTest : public testing::Test {
   }
 
   ChartStation station_;
-  FrequencyWindow window_{station_.program};
+  FrequencyWindow window_{station_.context()};
   QImage square_;
 };
 

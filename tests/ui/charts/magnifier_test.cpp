@@ -1,4 +1,4 @@
-#include "web/ui/magnifier.h"
+#include "hfdl/ui/magnifier.h"
 
 #include <gtest/gtest.h>
 

@@ -78,7 +78,7 @@ TEST_F(ProgramEnd, AfterAFatalErrorTheOldSettingsStand) {
 
 TEST_F(ProgramEnd, ClosingTheOtherBrowserEndsTheProgramToo) {
   program_ = std::make_unique<Program>(desktop_, base_.folders);
-  web_ = std::make_unique<WebAccess>(*program_);
+  web_ = std::make_unique<WebAccess>(program_->context());
   program_->setBrowsers(
       [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
       [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });

@@ -1,4 +1,4 @@
-#include "core/ui/log_list_model.h"
+#include "log/ui/log_list_model.h"
 
 #include <QAbstractItemModelTester>
 #include <QColor>

@@ -20,7 +20,7 @@ class ProgramStart : public test::AcarsWindowTest {
   /// Starts the program with a second browser.
   void startBoth() {
     program_ = std::make_unique<Program>(desktop_, base_.folders);
-    web_ = std::make_unique<WebAccess>(*program_);
+    web_ = std::make_unique<WebAccess>(program_->context());
     program_->setBrowsers(
         [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
         [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });

@@ -1,4 +1,4 @@
-#include "core/ui/xlview.h"
+#include "log/ui/xlview.h"
 
 #include <QHeaderView>
 #include <QSignalSpy>

@@ -19,11 +19,12 @@ LogWindowTest::LogWindowTest() {
   writeBytes(base_.folders.program / "services.ini", "homepage=http://home.example\n");
 }
 
-LogWindowTest::~LogWindowTest() = default;
+LogWindowTest::~LogWindowTest() { drivenJobs = nullptr; }
 
 void LogWindowTest::launch() {
   program_ = std::make_unique<Program>(desktop_, base_.folders);
-  web_ = std::make_unique<WebAccess>(*program_);
+  drivenJobs = &program_->context().jobs;
+  web_ = std::make_unique<WebAccess>(program_->context());
   setBrowsers();
   ASSERT_TRUE(program_->Main());
 }

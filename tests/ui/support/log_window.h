@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/ui/log_browser.h"
+#include "log/ui/log_browser.h"
 #include "tests/support/test_files.h"
 #include "tests/ui/support/window_driver.h"
 #include "web/ui/web_access.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/ui/browser_window.h"
+#include "app/ui/browser_window.h"
 
 namespace vel::test {
 

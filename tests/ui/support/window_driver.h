@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/job.h"
 #include "tests/support/recording_desktop.h"
 
 namespace vel::test {
@@ -26,6 +27,15 @@ class WindowDesktop : public RecordingDesktop {
     QCoreApplication::processEvents();
   }
 };
+
+/// The jobs of the program under test; null while there is none. What a user
+/// does below waits until they are done, as a user waits for the window.
+inline const JobRunner* drivenJobs = nullptr;
+
+/// Lets events run until no job is left.
+inline void finishJobs() {
+  while (drivenJobs != nullptr && !drivenJobs->isIdle()) QCoreApplication::processEvents();
+}
 
 /// The control of that object name below a window; the test fails without one.
 template <typename T>
@@ -40,12 +50,14 @@ inline void commitText(QWidget& box, const std::string& text) {
   QInputMethodEvent commit;
   commit.setCommitString(QString::fromStdString(text));
   QApplication::sendEvent(&box, &commit);
+  finishJobs();
 }
 
 /// Types a text with the keys.
 inline void typeKeys(QLineEdit& box, const std::string& ascii) {
   box.setFocus();
   QTest::keyClicks(&box, QString::fromStdString(ascii));
+  finishJobs();
 }
 
 /// Selects all that a box holds and types over it; an empty text deletes it.
@@ -60,9 +72,13 @@ inline void typeOver(QLineEdit& box, const std::string& text) {
   } else {
     commitText(box, text);
   }
+  finishJobs();
 }
 
-inline void press(QPushButton& button) { QTest::mouseClick(&button, Qt::LeftButton); }
+inline void press(QPushButton& button) {
+  QTest::mouseClick(&button, Qt::LeftButton);
+  finishJobs();
+}
 
 /// Selects an entry of a chooser with the arrow keys.
 inline void choose(QComboBox& chooser, int entry) {
@@ -71,6 +87,7 @@ inline void choose(QComboBox& chooser, int entry) {
     QTest::keyClick(&chooser, chooser.currentIndex() < entry ? Qt::Key_Down : Qt::Key_Up);
   }
   EXPECT_EQ(chooser.currentIndex(), entry);
+  finishJobs();
 }
 
 /// Runs `trigger`, which opens a dialog or a menu of that object name, and

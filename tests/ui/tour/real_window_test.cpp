@@ -15,7 +15,7 @@
 #include <gtest/gtest.h>
 
 #include "acars/ui/acars_browser.h"
-#include "core/ui/program.h"
+#include "app/ui/program.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 #include "tests/ui/tour/tour_geometry.h"
@@ -291,7 +291,7 @@ class RealTourTest : public testing::Test {
   test::TemporaryBase base_;
   test::RecordingDesktop desktop_;
   Program program_{desktop_, base_.folders};
-  WebAccess web_{program_};
+  WebAccess web_{program_.context()};
   TourState state_;
   AcarsBrowser* browser_ = nullptr;
 };

@@ -10,8 +10,8 @@
 #include <gmock/gmock.h>
 
 #include "acars/ui/acars_browser.h"
+#include "app/ui/browser_window.h"
 #include "core/helpers.h"
-#include "core/ui/browser_window.h"
 #include "core/ui/twips.h"
 #include "tests/ui/web/web_fixture.h"
 

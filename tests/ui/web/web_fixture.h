@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "core/ui/program.h"
+#include "app/ui/program.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 #include "web/ui/web_access.h"
@@ -39,7 +39,7 @@ class WebWindowTest : public testing::Test {
   /// Makes the program; to be called after services.ini was written.
   void makeProgram(const QString& velweb = QStringLiteral("/nowhere/velweb")) {
     program_ = std::make_unique<Program>(desktop_, base_.folders);
-    web_ = std::make_unique<WebAccess>(*program_, velweb);
+    web_ = std::make_unique<WebAccess>(program_->context(), velweb);
   }
   void TearDown() override {
     web_.reset();

@@ -1,0 +1,159 @@
+#include "app/ui/browser_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QWindow>
+
+#include "core/ui/twips.h"
+
+namespace vel {
+
+BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smallestSize)
+    : program_(program), designedSize_(designedSize), placement_(new OuterPlacement(*this)) {
+  setMinimumSize(toPixels(smallestSize.width()), toPixels(smallestSize.height()));
+  resize(toPixels(designedSize.width()), toPixels(designedSize.height()));
+  connect(placement_, &OuterPlacement::looking, this, &BrowserWindow::noticeFrame);
+  connect(placement_, &OuterPlacement::settled, this, [this] {
+    sizeUnset_ = false;
+    recordPlace();
+  });
+  connect(qApp, &QApplication::focusWindowChanged, this,
+          [this, last = QPointer<QWindow>()](QWindow* focused) mutable {
+            if (focused == nullptr) return;
+            const QWindow* previous = last;
+            last = focused;
+            // Coming back from a dialog of its own is not an activation.
+            const bool ownDialog =
+                previous != nullptr && previous->transientParent() == windowHandle();
+            if (focused == windowHandle() && previous != nullptr && previous != focused &&
+                !ownDialog && isVisible()) {
+              Form_Activate();
+            }
+          });
+}
+
+QRect BrowserWindow::outerGeometry() const { return outerPixels(*this); }
+
+void BrowserWindow::setOuterTwips(const QRect& outer) {
+  placement_->place(outer, program_.place().frame);
+}
+
+void BrowserWindow::noticeFrame() {
+  if (frameOf(*this) != laidOutFrame_) Form_Resize();
+  if (!sizeUnset_ || frameOf(*this).isNull()) return;
+  sizeUnset_ = false;
+  const QSize designed(toPixels(designedSize_.width()), toPixels(designedSize_.height()));
+  // Unless somebody was quicker.
+  if (state() == kNormal && size() == designed) {
+    setOuterTwips(toTwipRect(QRect(outerGeometry().topLeft(), designed)));
+  }
+}
+
+WindowState BrowserWindow::state() const {
+  if (isMinimized()) return kMinimised;
+  return isNormal(*this) ? kNormal : kMaximised;
+}
+
+void BrowserWindow::Form_Activate() { takePlace(false); }
+
+void BrowserWindow::takePlace(bool showing) {
+  const ScreenPlace place = program_.place();
+  const bool maximise = place.state == kMaximised;
+  takingPlace_ = true;
+  normalPlace_ = NormalPlace();
+  if (!place.normal.isNull()) normalPlace_.record(place.normal);
+  if (showing || maximise != isMaximized()) {
+    // While it is hidden, a window forgets to where it is restored: it is
+    // given its normal place before every maximising.
+    setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
+    if (!place.normal.isNull()) setOuterTwips(place.normal);
+    if (maximise) {
+      normalUncertain_ = frameOf(*this).isNull() && place.frame.isNull();
+      setWindowState(windowState() | Qt::WindowMaximized);
+    }
+  } else if (!maximise && !place.normal.isNull() && outerTwips(*this) != place.normal) {
+    setOuterTwips(place.normal);
+  }
+  takingPlace_ = false;
+}
+
+void BrowserWindow::Form_Resize() {
+  if (program_.startingUp) return;
+  laidOutFrame_ = frameOf(*this);
+  layOutFrames(outerTwips(*this).height(), outerTwips(*this).width());
+  recordPlace();
+}
+
+void BrowserWindow::recordPlace() {
+  // A hidden window follows the shown one; it never sets the place itself.
+  if (program_.startingUp || !isVisible() || takingPlace_) return;
+  ScreenPlace& place = program_.place();
+  const bool frameMissing = frameOf(*this).isNull() && !place.frame.isNull();
+  const bool judged = windowHandle()->isExposed() && !frameMissing && !sizeUnset_;
+  if (placement_->isWatching() && (placement_->isSettling() || !judged)) return;
+  place.state = state();
+  settings().env_Form1_WinS = place.state;
+  const QRect outer = outerTwips(*this);
+  if (place.state == kNormal) {
+    place.frame = frameOf(*this);
+    normalPlace_.record(outer);
+  } else if (place.state == kMaximised) {
+    normalPlace_.windowMaximised(outer.size());
+  }
+  if (!normalPlace_.latest().isNull()) setNormalPlace(normalPlace_.latest());
+}
+
+void BrowserWindow::setNormalPlace(const QRect& outer) {
+  program_.place().normal = outer;
+  Settings& env = settings();
+  env.env_Form1_Top = outer.y();
+  env.env_Form1_Left = outer.x();
+  env.env_Form1_Height = outer.height();
+  env.env_Form1_Width = outer.width();
+}
+
+void BrowserWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  Form_Resize();
+}
+
+void BrowserWindow::moveEvent(QMoveEvent* event) {
+  QMainWindow::moveEvent(event);
+  recordPlace();
+}
+
+void BrowserWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (event->spontaneous()) return;
+  sizeUnset_ = program_.place().normal.isNull();
+  placement_->windowShown();
+  takePlace(true);
+  Form_Activate();
+  Form_Resize();
+}
+
+void BrowserWindow::hideEvent(QHideEvent* event) {
+  QMainWindow::hideEvent(event);
+  if (!event->spontaneous()) placement_->windowHidden();
+}
+
+void BrowserWindow::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() != QEvent::WindowStateChange || !isVisible() || takingPlace_) return;
+  const bool wasMaximised =
+      (static_cast<QWindowStateChangeEvent*>(event)->oldState() & Qt::WindowMaximized) != 0;
+  if (state() == kNormal && wasMaximised && normalUncertain_) {
+    normalUncertain_ = false;
+    setOuterTwips(program_.place().normal);
+  }
+  Form_Resize();
+}
+
+void BrowserWindow::closeEvent(QCloseEvent* event) {
+  event->accept();
+  Form_Unload();
+}
+
+void BrowserWindow::Form_Unload() { program_.unload(*this); }
+
+}  // namespace vel

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QMargins>
+
+#include "app/ui/program.h"
+#include "core/ui/outer_placement.h"
+
+namespace vel {
+
+/// What the two browsers are to the application frame: a window that loads
+/// hidden, shares one place on the screen with the other one, lays its frames
+/// out by its outer size in twips, and ends the program when it is closed.
+class BrowserWindow : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// The designed and the smallest size are outer sizes in twips.
+  BrowserWindow(Program& program, QSize designedSize, QSize smallestSize);
+
+  /// Fills the window; called once, before it is shown.
+  virtual void Form_Load() = 0;
+  /// The number of list rows, as the splash shows it.
+  [[nodiscard]] virtual int shownRows() const = 0;
+
+  /// Takes the common place over; runs when the window comes to the front from
+  /// another window of the program or is shown.
+  virtual void Form_Activate();
+  /// Lays the frames out and records the place.
+  virtual void Form_Resize();
+  void Form_Unload();
+
+  [[nodiscard]] Program& program() { return program_; }
+  [[nodiscard]] QSize designedSize() const { return designedSize_; }
+
+  /// The window's outer rectangle in logical pixels, title bar included.
+  [[nodiscard]] QRect outerGeometry() const;
+
+  /// Moves and sizes the window so that its outer rectangle is this one, in
+  /// twips; kept up until the window manager has said how wide its frame is.
+  void setOuterTwips(const QRect& outer);
+
+ protected:
+  /// Puts the frames where the outer height and width (twips) want them.
+  virtual void layOutFrames(int height, int width) = 0;
+
+  void resizeEvent(QResizeEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+  [[nodiscard]] Desktop& desktop() { return program_.desktop(); }
+  [[nodiscard]] Settings& settings() { return program_.settings(); }
+
+ private:
+  [[nodiscard]] WindowState state() const;
+  void noticeFrame();
+  void recordPlace();
+  void setNormalPlace(const QRect& outer);
+  void takePlace(bool showing);
+
+  Program& program_;
+  QSize designedSize_;
+  OuterPlacement* placement_;
+  NormalPlace normalPlace_;
+  QMargins laidOutFrame_;
+  bool sizeUnset_ = false;        // shown without a place: the designed size holds
+  bool normalUncertain_ = false;  // was maximised before its frame was known
+  bool takingPlace_ = false;
+};
+
+}  // namespace vel

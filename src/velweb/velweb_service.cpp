@@ -1,0 +1,99 @@
+#include "velweb/velweb_service.h"
+
+#include "core/file.h"
+#include "tables/tables.h"
+#include "velweb/flight_page.h"
+#include "velweb/text_scan.h"
+
+namespace vel {
+namespace {
+
+constexpr const char* kKmlType = "application/vnd.google-earth.kml+xml";
+
+WebResponse notAllowed(std::string allow) {
+  WebResponse response = plainResponse(405);
+  response.allow = std::move(allow);
+  return response;
+}
+
+}  // namespace
+
+bool Conversion::add(std::string_view piece) {
+  size_ += piece.size();
+  if (size_ > kLargestPost) return false;
+  track_.add(field_.decode(piece));
+  return true;
+}
+
+WebResponse Conversion::finish() {
+  if (size_ > kLargestPost) return plainResponse(413);
+  if (!field_.found()) return plainResponse(400);
+  track_.add(field_.finish());
+  return {200, kKmlType, kmlDocument(track_.finish())};
+}
+
+std::optional<WebResponse> VelwebService::answer(const WebRequest& request) const {
+  if (loopbackOnly_ && !isLoopbackHost(request.host)) return plainResponse(403);
+  const std::string_view target = request.target;
+  const std::size_t mark = target.find('?');
+  const std::string_view path = target.substr(0, mark);
+  if (path == kConversionPath) {
+    if (request.method != "POST") return notAllowed("POST");
+    return std::nullopt;
+  }
+  if (path != "/") return plainResponse(404);
+  if (request.method != "GET" && request.method != "HEAD") return notAllowed("GET, HEAD");
+  std::string_view query;
+  if (mark != std::string_view::npos) query = target.substr(mark + 1);
+  FormFieldDecoder field("F");
+  std::string flight = field.decode(query);
+  flight += field.finish();
+  return WebResponse{200, "text/html; charset=utf-8",
+                     flightPage(Tables(folders_, encoding()), flight)};
+}
+
+Encoding VelwebService::encoding() const {
+  // One for each request: an Encoding belongs to one thread.
+  Result<Encoding> chosen = Encoding::named(encodingName_);
+  return chosen ? *chosen : Encoding::codePage932();
+}
+
+bool isLoopbackHost(std::string_view hostHeader) {
+  constexpr std::size_t kLongestPort = 5;
+  TextScan scan(hostHeader);
+  const std::string_view name = hostHeader.substr(0, 9);
+  if (!scan.take("127.0.0.1") && !scan.take("[::1]")) {
+    if (!equalIgnoringCase(name, "localhost")) return false;
+    scan = TextScan(hostHeader.substr(name.size()));
+  }
+  if (scan.atEnd()) return true;
+  if (!scan.take(":")) return false;
+  const std::size_t digits = scan.countDigits();
+  return digits > 0 && digits <= kLongestPort && digits == scan.rest().size();
+}
+
+bool isLoopbackAddress(std::string_view host) {
+  return host == "::1" || host.starts_with("127.") || equalIgnoringCase(host, "localhost");
+}
+
+WebResponse plainResponse(int status) {
+  const auto text = [status] {
+    switch (status) {
+      case 400:
+        return "Bad request. 要求が正しくありません。\n";
+      case 403:
+        return "Forbidden. このホスト名では利用できません。\n";
+      case 404:
+        return "Not found. ページがありません。\n";
+      case 405:
+        return "Method not allowed. この方法では利用できません。\n";
+      case 413:
+        return "Too large. データが大きすぎます。\n";
+      default:
+        return "Error. エラーです。\n";
+    }
+  };
+  return {status, "text/plain; charset=utf-8", text()};
+}
+
+}  // namespace vel

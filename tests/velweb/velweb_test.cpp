@@ -1,0 +1,363 @@
+#include <atomic>
+#include <chrono>
+#include <set>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/support/test_files.h"
+#include "tests/velweb/velweb_process.h"
+#include "tests/velweb/xml_tree.h"
+#include "web/form_encoder.h"
+
+namespace vel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using std::chrono::steady_clock;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+constexpr const char* kForm = "application/x-www-form-urlencoded";
+constexpr const char* kKml = "application/vnd.google-earth.kml+xml";
+
+const std::string kLog =
+    "2026/11/20 01:00:11 131.450MHz <PRE>+*<SYN><SYN><SOH>2.JA212P<NAK>200<STX>M00AQS2697"
+    "POSN23457W159037,,211733,360,OTT<ETX><CRC><DEL>\r\n";
+
+class RunningVelweb : public testing::Test {
+ protected:
+  RunningVelweb() {
+    base_.writeData("FLIGHT.csv", {"JL0012,RJTTKLAX,臨時便"});
+    base_.writeData("airport.csv", {"RJTT,東京 羽田 Tokyo Haneda HND", "KLAX,Los Angeles LAX"});
+    base_.writeData("letter.csv", {"JL,JAL,Japan Airlines"});
+    EXPECT_GT(velweb_.port(), 0) << velweb_.line();
+  }
+
+  httplib::Client client() const {
+    httplib::Client made("127.0.0.1", velweb_.port());
+    made.set_read_timeout(20);
+    made.set_write_timeout(20);
+    return made;
+  }
+
+  /// What comes back for exactly these bytes.
+  std::string exchange(std::string_view bytes, milliseconds most = seconds(8)) const {
+    test::RawClient raw(velweb_.port());
+    EXPECT_TRUE(raw.connected());
+    raw.send(bytes);
+    return raw.receiveAll(most);
+  }
+
+  void expectAlive() const {
+    const auto answer = client().Get("/?F=JL0012");
+    ASSERT_TRUE(answer) << httplib::to_string(answer.error());
+    EXPECT_EQ(answer->status, 200);
+  }
+
+  test::TemporaryBase base_;
+  test::VelwebProcess velweb_{
+      {"--program-folder", base_.folders.program.string(), "--timeout", "3"}};
+};
+
+TEST_F(RunningVelweb, PrintsItsAddressAsOneLine) {
+  EXPECT_THAT(velweb_.line(), MatchesRegex("http://127\\.0\\.0\\.1:[0-9]+"));
+}
+
+TEST_F(RunningVelweb, AnswersAFlightPage) {
+  const auto answer = client().Get("/?F=JL0012");
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->status, 200);
+  EXPECT_EQ(answer->get_header_value("Content-Type"), "text/html; charset=utf-8");
+  EXPECT_EQ(answer->get_header_value("X-Content-Type-Options"), "nosniff");
+  EXPECT_THAT(answer->get_header_value("Content-Security-Policy"),
+              StartsWith("default-src 'none'"));
+  EXPECT_THAT(answer->body, HasSubstr("東京 羽田 Tokyo Haneda HND"));
+  EXPECT_THAT(answer->body, HasSubstr("Japan Airlines"));
+}
+
+TEST_F(RunningVelweb, AnswersARawLogWithKml) {
+  const auto answer = client().Post("/tools/qz2ge/", "dat=" + encodeForm(kLog), kForm);
+  ASSERT_TRUE(answer);
+  EXPECT_EQ(answer->status, 200);
+  EXPECT_EQ(answer->get_header_value("Content-Type"), kKml);
+  EXPECT_THAT(answer->body, HasSubstr("<coordinates>-159.061667,23.761667,10972.8</coordinates>"));
+  std::string problem;
+  EXPECT_NE(test::parseXml(answer->body, problem), nullptr) << problem;
+}
+
+TEST_F(RunningVelweb, TakesALogThatArrivesInManyPieces) {
+  std::string log;
+  for (int i = 0; i < 10'001; ++i) log += kLog;
+  const std::string form = "dat=" + encodeForm(log);
+  const auto answer = client().Post(
+      "/tools/qz2ge/",
+      [&form](std::size_t offset, httplib::DataSink& sink) {
+        if (offset >= form.size()) {
+          sink.done();
+          return true;
+        }
+        return sink.write(form.data() + offset, std::min<std::size_t>(1000, form.size() - offset));
+      },
+      kForm);
+  ASSERT_TRUE(answer) << httplib::to_string(answer.error());
+  EXPECT_EQ(answer->status, 200);
+  EXPECT_THAT(answer->body, HasSubstr("10001 position reports in 10001 messages"));
+}
+
+TEST_F(RunningVelweb, RefusesWrongMethodsAndPaths) {
+  httplib::Client asking = client();
+  EXPECT_EQ(asking.Get("/nothing")->status, 404);
+  EXPECT_EQ(asking.Get("/../../etc/passwd")->status, 404);
+  EXPECT_EQ(asking.Get("/tools/qz2ge/")->status, 405);
+  EXPECT_EQ(asking.Get("/tools/qz2ge/")->get_header_value("Allow"), "POST");
+  EXPECT_EQ(asking.Put("/tools/qz2ge/", "dat=", kForm)->status, 405);
+  EXPECT_EQ(asking.Delete("/")->status, 405);
+  EXPECT_EQ(asking.Options("/")->status, 405);
+  EXPECT_EQ(asking.Post("/", std::string(100'000, 'x'), kForm)->status, 405);
+  EXPECT_EQ(asking.Post("/tools/qz2ge/", "x=1", kForm)->status, 400);
+  httplib::MultipartFormDataItems parts = {{"dat", kLog, "", ""}};
+  EXPECT_EQ(asking.Post("/tools/qz2ge/", parts)->status, 400);
+  const auto head = asking.Head("/?F=JL0012");
+  EXPECT_EQ(head->status, 200);
+  EXPECT_EQ(head->body, "");
+  expectAlive();
+}
+
+TEST_F(RunningVelweb, AnswersOnlyItsOwnName) {
+  httplib::Client asking = client();
+  EXPECT_EQ(asking.Get("/", {{"Host", "evil.example"}})->status, 403);
+  EXPECT_EQ(asking.Get("/", {{"Host", "localhost:1"}})->status, 200);
+  EXPECT_EQ(asking.Post("/tools/qz2ge/", {{"Host", "evil.example"}}, "dat=", kForm)->status, 403);
+  EXPECT_THAT(exchange("GET / HTTP/1.1\r\n\r\n"), StartsWith("HTTP/1.1 403 "));
+  EXPECT_THAT(exchange("GET / HTTP/1.1\r\nHost: localhost\r\nHost: evil.example\r\n\r\n"),
+              StartsWith("HTTP/1.1 403 "));
+}
+
+TEST_F(RunningVelweb, TakesSixtyFourMebibytesAndRefusesMore) {
+  constexpr std::size_t kLimit = std::size_t{64} << 20;
+  std::string form = "dat=" + std::string(kLimit - 4, '~');
+  EXPECT_EQ(client().Post("/tools/qz2ge/", form, kForm)->status, 200);
+  form += '~';
+  const auto told = client().Post("/tools/qz2ge/", form, kForm);
+  ASSERT_TRUE(told) << httplib::to_string(told.error());
+  EXPECT_EQ(told->status, 413);
+  const auto untold = client().Post(
+      "/tools/qz2ge/",
+      [&form](std::size_t offset, httplib::DataSink& sink) {
+        if (offset >= form.size()) {
+          sink.done();
+          return true;
+        }
+        return sink.write(form.data() + offset,
+                          std::min<std::size_t>(1 << 20, form.size() - offset));
+      },
+      kForm);
+  ASSERT_TRUE(untold) << httplib::to_string(untold.error());
+  EXPECT_EQ(untold->status, 413);
+  expectAlive();
+}
+
+TEST_F(RunningVelweb, SurvivesWhatIsNoRequest) {
+  const std::string host = "Host: localhost\r\n";
+  EXPECT_THAT(exchange("GET /?F=JL0012 HTTP/1.0\r\n" + host + "\r\n"), HasSubstr("200 OK"));
+  EXPECT_THAT(exchange("GET /" + std::string(9000, 'x') + " HTTP/1.1\r\n" + host + "\r\n"),
+              HasSubstr(" 414 "));
+  for (const std::string& bytes : {
+           std::string("\r\n\r\n"),
+           std::string("GET\r\n\r\n"),
+           std::string("BREW / HTTP/1.1\r\n" + host + "\r\n"),
+           std::string("GET / HTTP/9.9\r\n" + host + "\r\n"),
+           std::string("\x16\x03\x01\x02\x00\x01\x00\x01\xFC\x03\x03\r\n\r\n", 15),
+           std::string(1000, '\0') + "\r\n\r\n",
+           "POST /tools/qz2ge/ HTTP/1.1\r\n" + host + "Content-Length: -5\r\n\r\ndat=",
+           "POST /tools/qz2ge/ HTTP/1.1\r\n" + host + "Content-Length: x\r\n\r\ndat=",
+           "POST /tools/qz2ge/ HTTP/1.1\r\n" + host +
+               "Content-Length: 99999999999999999999999\r\n\r\ndat=",
+           "POST /tools/qz2ge/ HTTP/1.1\r\n" + host +
+               "Transfer-Encoding: chunked\r\n\r\nzz\r\ndat=",
+           "POST /tools/qz2ge/ HTTP/1.1\r\n" + host +
+               "Transfer-Encoding: chunked\r\n\r\nFFFFFFFFFFFFFFFFFF\r\ndat=",
+           "POST /tools/qz2ge/ HTTP/1.1\r\n" + host +
+               "Content-Encoding: gzip\r\nContent-Length: 9\r\n\r\nnot gzip.",
+           "GET / HTTP/1.1\r\n" + host + "Range: bytes=0-1,0-1,0-1\r\n\r\n",
+       }) {
+    test::RawClient raw(velweb_.port());
+    raw.send(bytes);
+    raw.endSending();
+    EXPECT_THAT(raw.receiveAll(seconds(8)), testing::Not(EndsWith("(still open)"))) << bytes;
+    expectAlive();
+  }
+}
+
+TEST_F(RunningVelweb, AHeaderWithoutEndIsCutOff) {
+  for (const std::string& line : {std::string(1000, 'x'), std::string("X-Line: 1\r\n")}) {
+    test::RawClient raw(velweb_.port());
+    raw.send("GET / HTTP/1.1\r\nHost: localhost\r\n");
+    std::size_t sent = 0;
+    while (sent < (std::size_t{8} << 20) && raw.send(line)) sent += line.size();
+    EXPECT_THAT(raw.receiveAll(seconds(8)), testing::Not(HasSubstr("200 OK")));
+    expectAlive();
+  }
+}
+
+TEST_F(RunningVelweb, ABodyThatBreaksOffGivesNoDocument) {
+  test::RawClient raw(velweb_.port());
+  raw.send("POST /tools/qz2ge/ HTTP/1.1\r\nHost: localhost\r\nContent-Length: 100000\r\n\r\ndat=" +
+           encodeForm(kLog));
+  raw.endSending();
+  const std::string answer = raw.receiveAll(seconds(8));
+  EXPECT_THAT(answer, testing::Not(HasSubstr("200 OK")));
+  EXPECT_THAT(answer, testing::Not(HasSubstr("<kml")));
+  expectAlive();
+}
+
+TEST_F(RunningVelweb, SlowClientsAreCutOffAndHoldNobodyUp) {
+  std::vector<std::unique_ptr<test::RawClient>> slow;
+  for (int i = 0; i < 64; ++i) {
+    slow.push_back(std::make_unique<test::RawClient>(velweb_.port()));
+    ASSERT_TRUE(slow.back()->connected());
+    slow.back()->send(i % 2 == 0 ? "GET / HTTP/1.1\r\nHost: loc"
+                                 : "POST /tools/qz2ge/ HTTP/1.1\r\nHost: localhost\r\n"
+                                   "Content-Length: 1000\r\n\r\ndat=");
+  }
+  const auto start = steady_clock::now();
+  expectAlive();
+  EXPECT_LT(steady_clock::now() - start, seconds(2));
+  // A byte now and then does not buy more time than the three seconds.
+  while (steady_clock::now() - start < milliseconds(2500)) {
+    slow[0]->send("a");
+    slow[1]->send("a");
+    std::this_thread::sleep_for(milliseconds(250));
+  }
+  for (const auto& client : slow) {
+    EXPECT_THAT(client->receiveAll(seconds(6)), testing::Not(EndsWith("(still open)")));
+  }
+  EXPECT_LT(steady_clock::now() - start, seconds(8));
+  expectAlive();
+}
+
+TEST_F(RunningVelweb, SixtyFourAtOnceAreAllAnswered) {
+  std::string log;
+  for (int i = 0; i < 200; ++i) log += kLog;
+  const std::string form = "dat=" + encodeForm(log);
+  std::atomic<int> right = 0;
+  std::vector<std::thread> clients;
+  for (int i = 0; i < 64; ++i) {
+    clients.emplace_back([&, i] {
+      httplib::Client asking("127.0.0.1", velweb_.port());
+      asking.set_read_timeout(20);
+      const auto answer =
+          i % 2 == 0 ? asking.Get("/?F=JL0012") : asking.Post("/tools/qz2ge/", form, kForm);
+      const char* expected = i % 2 == 0 ? "<title>JL0012 - VEL</title>" : "200 position reports";
+      if (answer && answer->status == 200 && answer->body.find(expected) != std::string::npos) {
+        ++right;
+      }
+    });
+  }
+  for (std::thread& thread : clients) thread.join();
+  EXPECT_EQ(right, 64);
+}
+
+TEST_F(RunningVelweb, WritesNothingToDisk) {
+  const auto listing = [this] {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(base_.path())) {
+      names.insert(entry.path().string());
+    }
+    return names;
+  };
+  const auto before = listing();
+  expectAlive();
+  EXPECT_EQ(client().Post("/tools/qz2ge/", "dat=" + encodeForm(kLog), kForm)->status, 200);
+  EXPECT_EQ(listing(), before);
+}
+
+TEST_F(RunningVelweb, EndsWhenItsParentClosesThePipe) {
+  test::RawClient open(velweb_.port());
+  open.send("GET / HT");
+  velweb_.closePipe();
+  EXPECT_TRUE(velweb_.endsWithin(seconds(3))) << "also while a client is connected";
+  EXPECT_EQ(velweb_.status(), 0);
+  EXPECT_FALSE(test::RawClient(velweb_.port()).connected());
+}
+
+TEST_F(RunningVelweb, ASecondOneDoesNotTakeItsPort) {
+  test::VelwebProcess second({"--port", std::to_string(velweb_.port())});
+  EXPECT_TRUE(second.endsWithin(seconds(5)));
+  EXPECT_EQ(second.status(), 1);
+  EXPECT_EQ(second.line(), "");
+  expectAlive();
+}
+
+TEST_F(RunningVelweb, ReadsTheBaseFolderThatItIsGiven) {
+  test::VelwebProcess other({"--base", base_.path().string()});
+  ASSERT_GT(other.port(), 0);
+  const auto answer = httplib::Client("127.0.0.1", other.port()).Get("/?F=JL0012");
+  ASSERT_TRUE(answer);
+  EXPECT_THAT(answer->body, HasSubstr("東京 羽田 Tokyo Haneda HND"));
+}
+
+TEST_F(RunningVelweb, ReadsTheEncodingFromServicesIni) {
+  test::writeBytes(base_.folders.program / "services.ini", "encoding=UTF-8\n");
+  test::writeBytes(base_.folders.data / "airport.csv", "RJTT,羽田 HND\n");
+  test::VelwebProcess other({"--program-folder", base_.folders.program.string()});
+  ASSERT_GT(other.port(), 0);
+  const auto answer = httplib::Client("127.0.0.1", other.port()).Get("/?F=JL0012");
+  ASSERT_TRUE(answer);
+  EXPECT_THAT(answer->body, HasSubstr("</span>羽田 HND<br>"));
+}
+
+TEST(VelwebOptions, AWrongCommandLineIsRefused) {
+  for (const std::vector<std::string>& options : {std::vector<std::string>{"--port", "65536"},
+                                                  {"--port", "x"},
+                                                  {"--port"},
+                                                  {"--nonsense", "1"},
+                                                  {"--timeout", "0"},
+                                                  {"--host", ""},
+                                                  {"stray"}}) {
+    test::VelwebProcess velweb(options);
+    EXPECT_TRUE(velweb.endsWithin(seconds(5)));
+    EXPECT_EQ(velweb.status(), 2) << options[0];
+    EXPECT_EQ(velweb.line(), "");
+  }
+}
+
+TEST(VelwebParent, EndsWhenTheProgramThatStartedItIsKilled) {
+  int report[2];
+  ASSERT_EQ(::pipe(report), 0);
+  const pid_t parent = ::fork();
+  ASSERT_GE(parent, 0);
+  if (parent == 0) {
+    // This process stands for the browser: it starts the service and waits.
+    const test::VelwebProcess velweb({});
+    const int port = velweb.port();
+    if (::write(report[1], &port, sizeof port) != sizeof port) ::_exit(1);
+    while (true) ::pause();
+  }
+  ::close(report[1]);
+  int port = 0;
+  ASSERT_EQ(::read(report[0], &port, sizeof port), static_cast<ssize_t>(sizeof port));
+  ::close(report[0]);
+  ASSERT_GT(port, 0);
+  EXPECT_TRUE(test::RawClient(port).connected());
+  ASSERT_EQ(::kill(parent, SIGKILL), 0);
+  ASSERT_EQ(::waitpid(parent, nullptr, 0), parent);
+  bool gone = false;
+  for (int i = 0; i < 300 && !gone; ++i) {
+    std::this_thread::sleep_for(milliseconds(10));
+    gone = !test::RawClient(port).connected();
+  }
+  EXPECT_TRUE(gone);
+}
+
+}  // namespace
+}  // namespace vel
