@@ -40,6 +40,7 @@ class WebWindowTest : public testing::Test {
   void makeProgram(const QString& velweb = QStringLiteral("/nowhere/velweb")) {
     program_ = std::make_unique<Program>(desktop_, base_.folders);
     web_ = std::make_unique<WebAccess>(program_->context(), velweb);
+    program_->addUnloadStep([this] { web_->rawLogs().close(); });
   }
   void TearDown() override {
     web_.reset();
