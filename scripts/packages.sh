@@ -10,7 +10,7 @@ run_packages=("${build_packages[@]}" xdg-utils)
 test_packages=(
   "${build_packages[@]}"
   libgtest-dev libgmock-dev libbenchmark-dev
-  libxml2-utils xvfb xauth openbox xdotool x11-utils
+  libxml2-utils ripgrep mawk xvfb xauth openbox xdotool x11-utils
 )
 windows_test_packages=(
   cmake ninja-build googletest g++-mingw-w64-x86-64-posix wine wine64
