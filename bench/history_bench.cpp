@@ -180,6 +180,7 @@ double runTool(std::vector<std::string> command, const std::vector<std::string>&
   for (std::string& argument : command) arguments.push_back(argument.data());
   arguments.push_back(nullptr);
   const double before = processorSeconds(RUSAGE_CHILDREN);
+  std::fflush(stdout);  // not once more by the child
   const pid_t child = fork();
   if (child == 0) {
     if (std::freopen(output.c_str(), "w", stdout) == nullptr) _exit(127);
