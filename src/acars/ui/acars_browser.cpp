@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/helpers.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
 #include "core/version.h"
@@ -153,7 +154,7 @@ void AcarsBrowser::Form_Activate() {
   const auto fill = [](QComboBox* chooser, const std::vector<std::string>& engines, int selected) {
     const QSignalBlocker blocker(chooser);
     chooser->clear();
-    for (const std::string& engine : engines) chooser->addItem(toQString(engine));
+    for (const std::string& engine : engines) chooser->addItem(shownText(engine, kLongestEntry));
     chooser->setCurrentIndex(qBound(0, selected, chooser->count() - 1));
   };
   const Settings& env = settings();

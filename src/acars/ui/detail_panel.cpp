@@ -9,6 +9,7 @@
 
 #include "acars/list_log.h"
 #include "core/text.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
 #include "tables/ui/airport_dialog.h"
@@ -206,8 +207,7 @@ void DetailPanel::showSelection() {
   registration_ = list_->selectedText(kListRegistration);
   photo_->showPhoto(registration_);
 
-  aircraftFrame_->setTitle(
-      toQString(registration_).replace(QLatin1Char('&'), QStringLiteral("&&")));
+  aircraftFrame_->setTitle(frameTitle(registration_));
   equipment_->clear();
   const std::string equipment =
       editing_.valueOrEnd(editing_.tables().SearchAircraft(registration_));

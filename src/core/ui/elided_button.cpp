@@ -6,6 +6,8 @@
 #include <QStyleOptionFocusRect>
 #include <QToolTip>
 
+#include "core/ui/plain_text.h"
+
 namespace vel {
 
 ElidedButton::ElidedButton(QWidget* parent) : QPushButton(parent) {
@@ -16,8 +18,14 @@ ElidedButton::ElidedButton(QWidget* parent) : QPushButton(parent) {
 
 void ElidedButton::setHint(const QString& hint) { hint_ = hint; }
 
+void ElidedButton::showText(const QString& text) {
+  setText(text);
+  // The letter behind an ampersand has become one.
+  setShortcut({});
+}
+
 QSize ElidedButton::sizeHint() const {
-  return {fontMetrics().horizontalAdvance(text()) + 6, fontMetrics().height() + 2};
+  return {fontMetrics().horizontalAdvance(shownText(text())) + 6, fontMetrics().height() + 2};
 }
 
 QSize ElidedButton::minimumSizeHint() const { return {40, fontMetrics().height() + 2}; }
@@ -31,7 +39,7 @@ void ElidedButton::paintEvent(QPaintEvent*) {
   painter.setPen(
       palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
   painter.drawText(area, Qt::AlignVCenter | Qt::AlignLeft,
-                   fontMetrics().elidedText(text(), Qt::ElideMiddle, area.width()));
+                   fontMetrics().elidedText(shownText(text()), Qt::ElideMiddle, area.width()));
   if (hasFocus()) {
     QStyleOptionFocusRect option;
     option.initFrom(this);
@@ -50,7 +58,8 @@ void ElidedButton::keyPressEvent(QKeyEvent* event) {
 bool ElidedButton::event(QEvent* event) {
   if (event->type() == QEvent::ToolTip) {
     const auto* help = static_cast<QHelpEvent*>(event);
-    QToolTip::showText(help->globalPos(), text().isEmpty() ? hint_ : text() + '\n' + hint_, this);
+    const QString tip = text().isEmpty() ? hint_ : plainToolTip(text()) + QLatin1Char('\n') + hint_;
+    QToolTip::showText(help->globalPos(), tip, this);
     return true;
   }
   return QPushButton::event(event);

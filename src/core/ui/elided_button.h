@@ -5,14 +5,18 @@
 namespace vel {
 
 /// A flat button that looks like a label, shortens a long text in the middle
-/// and shows it whole in its tool tip. Enter and a click press it.
+/// and shows it whole in its tool tip. Its text is one from outside: never a
+/// shortcut, never markup. Enter and a click press it.
 class ElidedButton : public QPushButton {
   Q_OBJECT
 
  public:
   explicit ElidedButton(QWidget* parent);
 
+  /// The second line of the tool tip.
   void setHint(const QString& hint);
+  /// Shows a text; text() is then that text, unchanged.
+  void showText(const QString& text);
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
 

@@ -5,16 +5,22 @@
 #include <QDateTime>
 #include <QMessageBox>
 
+#include "core/ui/plain_text.h"
+
 namespace vel {
 namespace {
 
 QMessageBox::StandardButton ask(const std::string& text, QMessageBox::Icon icon,
                                 QMessageBox::StandardButtons buttons) {
-  QMessageBox box(icon, QString::fromLatin1(kProgramTitle), toQString(text), buttons,
-                  QApplication::activeWindow());
-  // Texts come from files and from the air: never taken as markup.
-  box.setTextFormat(Qt::PlainText);
+  QMessageBox box(QApplication::activeWindow());
   box.setObjectName(QStringLiteral("MessageBox"));
+  box.setWindowTitle(QString::fromLatin1(kProgramTitle));
+  box.setIcon(icon);
+  box.setStandardButtons(buttons);
+  // Texts come from files and from the air: never taken as markup. The box
+  // looks at its text as soon as it has it.
+  box.setTextFormat(Qt::PlainText);
+  box.setText(plainMessage(text));
   return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 

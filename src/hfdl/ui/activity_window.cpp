@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "core/file.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/activity_chart.h"
 
@@ -175,7 +176,7 @@ void ActivityWindow::take(const ActivityLoad& load, int station) {
   counts_ = load.counts();
   reference_ = load.reference().value_or(reference_);
   for (std::size_t i = stations_.size(); i < load.stations().size(); ++i) {
-    station_->addItem(toQString(load.stations()[i]).trimmed());
+    station_->addItem(shownText(toQString(load.stations()[i]).trimmed(), kLongestEntry));
   }
   stations_ = load.stations();
   // One chosen meanwhile is not the one that was counted.
@@ -184,8 +185,9 @@ void ActivityWindow::take(const ActivityLoad& load, int station) {
 }
 
 void ActivityWindow::nameDay(const std::string& log) {
-  setWindowTitle(QStringLiteral("VEL Ground stations") +
-                 (log.empty() ? QString() : QStringLiteral(" - ") + toQString(log)));
+  setWindowTitle(
+      QStringLiteral("VEL Ground stations") +
+      (log.empty() ? QString() : QStringLiteral(" - ") + plainWindowTitle(toQString(log))));
   const auto end = dayReference(log);
   if (!end) {
     option_[kDay]->setText(tr("&Day of the log"));
@@ -226,7 +228,8 @@ void ActivityWindow::showSlot(std::optional<std::size_t> slot, const QPoint& pos
   const QRectF bar(plot.slotLeft(*slot), plot.top(),
                    plot.slotLeft(*slot + 1) - plot.slotLeft(*slot), plot.base() - plot.top());
   const QString tip = toQString(slotTip(counts_, *slot, reference_));
-  QToolTip::showText(picture_->mapToGlobal(position), tip, picture_, bar.toAlignedRect());
+  QToolTip::showText(picture_->mapToGlobal(position), plainToolTip(tip), picture_,
+                     bar.toAlignedRect());
   picture_->setAccessibleDescription(tip);
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/text.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
 #include "hfdl/hfdl_row.h"
@@ -104,8 +105,7 @@ void Icao24Editor::write(std::initializer_list<std::pair<Box, std::string>> text
 }
 
 void Icao24Editor::setAddress(const std::string& address) {
-  // An ampersand in a caption is no shortcut.
-  setTitle(toQString(address).replace(QLatin1Char('&'), QStringLiteral("&&")));
+  setTitle(frameTitle(address));
   write({{kAddress, address},
          {kThreeLetter, {}},
          {kTwoLetter, {}},

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
@@ -77,9 +78,8 @@ int LogListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant LogListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rowCount()) return {};
-  if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
-    return toQString(cell(index.row(), index.column()));
-  }
+  if (role == Qt::DisplayRole) return toQString(cell(index.row(), index.column()));
+  if (role == Qt::ToolTipRole) return plainToolTip(toQString(cell(index.row(), index.column())));
   if (role == Qt::BackgroundRole && !backgrounds_.empty()) {
     const std::size_t row = rowAt(index.row());
     const auto found = std::find_if(backgrounds_.begin(), backgrounds_.end(),

@@ -5,6 +5,7 @@
 #include <QLabel>
 
 #include "core/text.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
@@ -89,7 +90,7 @@ std::string AirportGroup::selectedCode() const {
 
 void AirportGroup::List1_Click() {
   if (!candidates_->currentIndex().isValid()) return;
-  candidates_->setToolTip(toQString(selectedCode()));
+  candidates_->setToolTip(plainToolTip(toQString(selectedCode())));
 }
 
 void AirportGroup::Command3_Click(int index) {

@@ -7,6 +7,7 @@
 
 #include "core/text.h"
 #include "core/ui/elided_button.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
 #include "tables/route_paste.h"
@@ -98,8 +99,7 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
 
 void FlightEditor::setFlight(const std::string& flight) {
   flight_ = flight;
-  // An ampersand in a caption is no shortcut.
-  setTitle(toQString(flight).replace(QLatin1Char('&'), QStringLiteral("&&")));
+  setTitle(frameTitle(flight));
 }
 
 void FlightEditor::setRoute(const std::optional<FlightRoute>& route) {
@@ -125,7 +125,7 @@ void FlightEditor::showAirportNames() {
 void FlightEditor::Text2_Change(int index) {
   const QString code = (index == 0 ? departure_ : destination_)->text();
   const std::string name = editing_.valueOrEnd(editing_.tables().L4toName(code.toStdString()));
-  names_[static_cast<std::size_t>(index)]->setText(toQString(name));
+  names_[static_cast<std::size_t>(index)]->showText(toQString(name));
 }
 
 void FlightEditor::Command2_Click() {
@@ -164,7 +164,7 @@ void FlightEditor::Command13_Click() {
         ->setEnabled(false);
   }
   for (const std::string& route : routes) {
-    menu.addAction(toQString(route), this, [this, route] { takeRoute(route); });
+    menu.addAction(withoutShortcut(toQString(route)), this, [this, route] { takeRoute(route); });
   }
   menu.exec(paste_->mapToGlobal(QPoint(0, paste_->height())));
 }

@@ -13,6 +13,8 @@
 
 namespace vel {
 
+class ElidedButton;
+
 /// The flight frame of both browsers: departure, destination and remark of one
 /// flight, the names of the two airports, and the editor over FLIGHT.csv. The
 /// frame's caption is the flight.
@@ -60,12 +62,12 @@ class FlightEditor : public QGroupBox {
   IsLineSelected isLineSelected_;
   RowUpdate rowUpdate_;
   std::string flight_;
-  QLineEdit* departure_;                 // Text2(0)
-  QLineEdit* destination_;               // Text2(1)
-  QLineEdit* remark_;                    // Text2(2)
-  std::array<QPushButton*, 2> names_{};  // Label2(4), Label2(5)
-  QPushButton* enter_;                   // Command2
-  QPushButton* paste_;                   // Command13
+  QLineEdit* departure_;                  // Text2(0)
+  QLineEdit* destination_;                // Text2(1)
+  QLineEdit* remark_;                     // Text2(2)
+  std::array<ElidedButton*, 2> names_{};  // Label2(4), Label2(5)
+  QPushButton* enter_;                    // Command2
+  QPushButton* paste_;                    // Command13
 };
 
 }  // namespace vel

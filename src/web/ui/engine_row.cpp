@@ -2,6 +2,7 @@
 
 #include <QHBoxLayout>
 
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
@@ -19,7 +20,7 @@ EngineRow::EngineRow(const Texts& texts, const std::vector<std::string>& engines
   chooser_->setToolTip(texts.chooserAccessible);
   chooser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   chooser_->setMinimumContentsLength(4);
-  for (const std::string& engine : engines) chooser_->addItem(toQString(engine));
+  for (const std::string& engine : engines) chooser_->addItem(shownText(engine, kLongestEntry));
   button_ = makeLookUpButton(this, texts.buttonIndex, texts.buttonCaption, texts.buttonToolTip);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);

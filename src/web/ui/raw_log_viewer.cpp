@@ -10,6 +10,7 @@
 
 #include "core/file.h"
 #include "core/helpers.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
 #include "web/ui/web_access.h"
@@ -130,7 +131,7 @@ void RawLogViewer::showLog(const std::filesystem::path& file) {
 }
 
 bool RawLogViewer::load() {
-  setWindowTitle(QStringLiteral("Log browser - ") + toQString(nativeText(path_)));
+  setWindowTitle(QStringLiteral("Log browser - ") + plainWindowTitle(toQString(nativeText(path_))));
   RawLog log;
   Status read = ErrorNumber::fileNotFound;
   if (fileExists(path_)) read = readRawLog(path_, context_.encoding, log);
