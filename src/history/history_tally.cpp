@@ -20,12 +20,20 @@ std::size_t NameCounts::of(std::string_view name) const {
 }
 
 std::vector<std::pair<std::string, std::size_t>> NameCounts::mostFirst(std::size_t most) const {
-  std::vector<std::pair<std::string, std::size_t>> sorted(counts_.begin(), counts_.end());
-  std::sort(sorted.begin(), sorted.end(), [](const auto& left, const auto& right) {
-    return left.second != right.second ? left.second > right.second : left.first < right.first;
-  });
-  if (sorted.size() > most) sorted.resize(most);
-  return sorted;
+  // Of many names only a few are asked for: the others are not copied.
+  std::vector<const std::pair<const std::string, std::size_t>*> names;
+  names.reserve(counts_.size());
+  for (const auto& name : counts_) names.push_back(&name);
+  const std::size_t count = std::min(most, names.size());
+  std::partial_sort(names.begin(), names.begin() + static_cast<std::ptrdiff_t>(count), names.end(),
+                    [](const auto* left, const auto* right) {
+                      return left->second != right->second ? left->second > right->second
+                                                           : left->first < right->first;
+                    });
+  std::vector<std::pair<std::string, std::size_t>> first;
+  first.reserve(count);
+  for (std::size_t i = 0; i < count; ++i) first.emplace_back(*names[i]);
+  return first;
 }
 
 void HistoryTally::countNew(const FoundMessages& found) {

@@ -1,0 +1,144 @@
+#include "history/ui/history_words.h"
+
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QVBoxLayout>
+
+#include "core/ui/qt_desktop.h"
+
+namespace vel {
+namespace {
+
+constexpr int kButtons = 6;
+constexpr std::size_t kInMenu = 100;
+constexpr qsizetype kLongestName = 20;
+
+// The text of a button: no ampersand is a shortcut, and nothing is too long.
+QString shownName(const QString& name) {
+  QString shown = name.size() > kLongestName ? name.left(kLongestName) + QStringLiteral("…") : name;
+  return shown.replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QString toolTipText(const QString& text) { return text.toHtmlEscaped(); }
+
+constexpr const char* kName = "name";
+
+}  // namespace
+
+HistoryWords::HistoryWords(QWidget* parent) : QWidget(parent) {
+  auto* lines = new QVBoxLayout(this);
+  lines->setContentsMargins(0, 0, 0, 0);
+  lines->setSpacing(0);
+  auto* top = new QHBoxLayout;
+  const auto addDay = [&](const QString& caption, const QString& name) {
+    auto* label = new QLabel(caption, this);
+    label->setTextFormat(Qt::PlainText);
+    top->addWidget(label);
+    QToolButton* button = makeButton(name);
+    top->addWidget(button);
+    connect(button, &QToolButton::clicked, this,
+            [this, button] { Q_EMIT dayAsked(button->property(kName).toString().left(10)); });
+    return button;
+  };
+  first_ = addDay(tr("First heard 初受信"), QStringLiteral("FirstHeard"));
+  last_ = addDay(tr("Last heard 最終受信"), QStringLiteral("LastHeard"));
+  counts_ = new QLabel(this);
+  counts_->setObjectName(QStringLiteral("FoundCounts"));
+  counts_->setTextFormat(Qt::PlainText);
+  top->addSpacing(12);
+  top->addWidget(counts_);
+  top->addStretch();
+  lines->addLayout(top);
+  groups_.reserve(3);
+  for (const Group& group :
+       {makeGroup(QStringLiteral("Flight"), tr("Flights 便"), SearchMeaning::flight),
+        makeGroup(QStringLiteral("Aircraft"), tr("Aircraft 機体"), SearchMeaning::registration),
+        makeGroup(QStringLiteral("Route"), tr("Routes 路線"), SearchMeaning::anyText)}) {
+    groups_.push_back(group);
+  }
+  for (const Group& group : groups_) {
+    for (QToolButton* button : group.buttons) {
+      connect(button, &QToolButton::clicked, this,
+              [this, &group, button] { ask(group, button->property(kName).toString()); });
+    }
+  }
+  show(HistoryTally());
+}
+
+QToolButton* HistoryWords::makeButton(const QString& name) {
+  auto* button = new QToolButton(this);
+  button->setObjectName(name);
+  button->setAutoRaise(true);
+  button->setFocusPolicy(Qt::TabFocus);
+  return button;
+}
+
+HistoryWords::Group HistoryWords::makeGroup(const QString& name, const QString& caption,
+                                            SearchMeaning meaning) {
+  Group group{caption, meaning, new QLabel(this), {}, nullptr};
+  group.label->setTextFormat(Qt::PlainText);
+  group.label->setObjectName(name + QStringLiteral("Count"));
+  auto* line = new QHBoxLayout;
+  line->addWidget(group.label);
+  for (int i = 0; i < kButtons; ++i) {
+    group.buttons.push_back(makeButton(QStringLiteral("%1(%2)").arg(name).arg(i)));
+    line->addWidget(group.buttons.back());
+  }
+  group.more = makeButton(name + QStringLiteral("More"));
+  group.more->setText(tr("more..."));
+  group.more->setToolTip(tr("More of them\n続き"));
+  group.more->setPopupMode(QToolButton::InstantPopup);
+  group.more->setMenu(new QMenu(group.more));
+  line->addWidget(group.more);
+  line->addStretch();
+  static_cast<QVBoxLayout*>(layout())->addLayout(line);
+  return group;
+}
+
+void HistoryWords::show(const HistoryTally& tally) {
+  const auto setDay = [](QToolButton* button, const std::string& stamp) {
+    button->setText(stamp.empty() ? QStringLiteral("-") : toQString(stamp));
+    button->setProperty(kName, toQString(stamp));
+    button->setEnabled(!stamp.empty());
+    button->setToolTip(tr("Shows only this day\nこの日だけを表示"));
+    button->setAccessibleName(toQString(stamp));
+  };
+  setDay(first_, tally.firstHeard());
+  setDay(last_, tally.lastHeard());
+  counts_->setText(
+      tr("Messages 受信数 %1   Days 日数 %2").arg(tally.messages()).arg(tally.days().size()));
+  const NameCounts* const counts[] = {&tally.flights(), &tally.aircraft(), &tally.routes()};
+  for (std::size_t i = 0; i < groups_.size(); ++i) showGroup(groups_[i], *counts[i]);
+}
+
+void HistoryWords::showGroup(Group& group, const NameCounts& counts) {
+  group.label->setText(QStringLiteral("%1 %2").arg(group.caption).arg(counts.size()));
+  const auto names = counts.mostFirst(kInMenu);
+  std::size_t next = 0;
+  for (QToolButton* button : group.buttons) {
+    button->setVisible(next < names.size());
+    if (next == names.size()) continue;
+    const auto& [name, count] = names[next++];
+    button->setText(shownName(toQString(name)));
+    button->setProperty(kName, toQString(name));
+    button->setAccessibleName(toQString(name));
+    button->setToolTip(toolTipText(toQString(name)) + QStringLiteral(": %1").arg(count));
+  }
+  group.more->setVisible(next < names.size());
+  group.more->menu()->clear();
+  for (; next < names.size(); ++next) {
+    const QString name = toQString(names[next].first);
+    group.more->menu()->addAction(
+        QStringLiteral("%1: %2").arg(shownName(name)).arg(names[next].second), this,
+        [this, &group, name] { ask(group, name); });
+  }
+}
+
+void HistoryWords::ask(const Group& group, const QString& text) {
+  QString searched = text;
+  // As both airports stand side by side in a line of a list log.
+  if (group.meaning == SearchMeaning::anyText) searched.replace(QLatin1Char('-'), QLatin1Char(','));
+  Q_EMIT searchAsked(group.meaning, searched);
+}
+
+}  // namespace vel
