@@ -22,31 +22,38 @@ void appendCode(std::string& encoded, unsigned char high, unsigned char low) {
 
 }  // namespace
 
-std::string encodeForm(std::string_view bytes) {
-  std::string encoded;
-  encoded.reserve(bytes.size() * 2);
-  for (std::size_t i = 0; i < bytes.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
+void FormEncoder::add(std::string_view bytes, std::string& encoded) {
+  for (const char each : bytes) {
+    const auto byte = static_cast<unsigned char>(each);
+    const auto high = static_cast<unsigned char>(byte >> 4);
     const auto low = static_cast<unsigned char>(byte & 0x0F);
-    if (isLeadByte(byte)) {
-      appendCode(encoded, byte >> 4, low);
-      if (++i == bytes.size()) break;
-      const auto trail = static_cast<unsigned char>(bytes[i]);
+    if (lead_ != 0) {
+      const auto leadLow = static_cast<unsigned char>(lead_ & 0x0F);
+      lead_ = 0;
       // The one-digit code of a trail byte below 0x10 leaves the second digit
       // of the code before it in place; the conversion expects that.
-      if (trail < 0x10) {
-        appendCode(encoded, trail, low);
+      if (byte < 0x10) {
+        appendCode(encoded, low, leadLow);
       } else {
-        appendCode(encoded, trail >> 4, trail & 0x0F);
+        appendCode(encoded, high, low);
       }
+    } else if (isLeadByte(byte)) {
+      lead_ = byte;
+      appendCode(encoded, high, low);
     } else if (byte == ' ') {
       encoded += '+';
     } else if (staysAsItIs(byte)) {
-      encoded += static_cast<char>(byte);
+      encoded += each;
     } else {
-      appendCode(encoded, byte >> 4, low);
+      appendCode(encoded, high, low);
     }
   }
+}
+
+std::string encodeForm(std::string_view bytes) {
+  std::string encoded;
+  encoded.reserve(bytes.size() * 2);
+  FormEncoder().add(bytes, encoded);
   return encoded;
 }
 

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "core/file.h"
-#include "core/line_reader.h"
 
 namespace vel {
 namespace {
@@ -17,7 +16,16 @@ constexpr std::string_view kBreak = "<CR><VF>";
 constexpr std::string_view kSeparator = "---------------------------[";
 constexpr std::size_t kBodyPosition = 11;
 
+constexpr std::string_view kLineEnd = "\r\n";
+
 std::string text(std::string_view view) { return std::string(view); }
+
+// A number with a comma between its thousands.
+std::string grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t place = digits.size(); place > 3;) digits.insert(place -= 3, 1, ',');
+  return digits;
+}
 
 }  // namespace
 
@@ -67,27 +75,47 @@ std::string displayBlock(const RawMessage& message) {
   return block;
 }
 
-Status readRawLog(const std::filesystem::path& file, const Encoding& encoding, RawLog& log) {
-  log = {};
-  Result<InputFile> opened = InputFile::open(file);
-  if (!opened) return opened.error();
-  LineReader lines(std::move(*opened));
-  while (true) {
-    const auto line = lines.next();
+RawLogRead::RawLogRead(std::filesystem::path file, const Encoding& encoding, RawLog& log)
+    : file_(std::move(file)), encoding_(encoding), log_(log) {
+  log_ = {};
+}
+
+Result<JobProgress> RawLogRead::step(Clock::time_point deadline) {
+  if (!lines_) {
+    Result<InputFile> opened = InputFile::open(file_);
+    if (!opened) return opened.error();
+    lines_.emplace(std::move(*opened));
+  }
+  do {
+    const auto line = lines_->next();
     if (!line) return line.error();
-    if (!*line) return {};
-    if (log.lines == kRawLogLines || log.rawText.size() + (*line)->size() + 2 > kRawTextLimit) {
-      log.more = true;
-      return {};
+    if (!*line) return JobProgress::done;
+    const std::size_t size = (*line)->size() + kLineEnd.size();
+    if (log_.lines == kRawLogLines) {
+      log_.cut = RawLogCut::lines;
+    } else if (log_.rawText.size() + size > kRawTextLimit) {
+      log_.cut = RawLogCut::size;
     }
-    ++log.lines;
-    log.rawText.append(**line).append("\r\n");
+    if (log_.cut != RawLogCut::none) return JobProgress::done;
+    ++log_.lines;
+    log_.rawText.append(**line).append(kLineEnd);
     // Most lines of another form need no decoding: the marker is ASCII, and
     // bytes without it cannot decode to it.
     if ((*line)->find(kMarker) == std::string_view::npos) continue;
-    const std::optional<RawMessage> message = parseRawLine(encoding.decode(**line));
-    if (message) log.displayText += displayBlock(*message);
+    const std::optional<RawMessage> message = parseRawLine(encoding_.decode(**line));
+    if (message) log_.displayText += displayBlock(*message);
+  } while (Clock::now() < deadline);
+  return JobProgress::more;
+}
+
+std::string cutText(const RawLog& log) {
+  if (log.cut == RawLogCut::none) return {};
+  const std::string count = grouped(log.lines);
+  if (log.cut == RawLogCut::lines) {
+    return "First " + count + " lines only 先頭" + count + "行のみ";
   }
+  const std::string limit = std::to_string(kRawTextLimit >> 20) + " MiB";
+  return "First " + limit + " only (" + count + " lines) 先頭" + limit + "のみ(" + count + "行)";
 }
 
 std::string shownText(const RawLog& log) {

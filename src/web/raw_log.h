@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "core/job.h"
+#include "core/line_reader.h"
 #include "core/result.h"
 #include "core/text.h"
 
@@ -36,6 +38,9 @@ struct RawMessage {
 /// The body with every "<CR><VF>" turned into `lineBreak`.
 [[nodiscard]] std::string bodyWithBreaks(std::string_view body, std::string_view lineBreak);
 
+/// Why a raw log was not read to its end.
+enum class RawLogCut { none, lines, size };
+
 /// What the viewer holds of one raw log.
 struct RawLog {
   /// Every line read, as the bytes of the file, each followed by CR LF.
@@ -43,8 +48,7 @@ struct RawLog {
   /// The blocks of its messages, UTF-8; see shownText for what is displayed.
   std::string displayText;
   std::size_t lines = 0;
-  /// True when the file goes on after what was read.
-  bool more = false;
+  RawLogCut cut = RawLogCut::none;
 };
 
 /// At most so many lines are read.
@@ -53,9 +57,25 @@ constexpr std::size_t kRawLogLines = 10'001;
 /// for the conversion, then stays within what the conversion takes.
 constexpr std::size_t kRawTextLimit = std::size_t{20} << 20;
 
-/// Reads a raw log. A failure after the file was opened leaves what was read
-/// in `log` and gives the error; one on opening leaves `log` empty.
-Status readRawLog(const std::filesystem::path& file, const Encoding& encoding, RawLog& log);
+/// Reads a raw log in steps. A failure after the file was opened leaves what
+/// was read in the log.
+class RawLogRead : public Job {
+ public:
+  /// The log outlives the job, which empties it at once.
+  RawLogRead(std::filesystem::path file, const Encoding& encoding, RawLog& log);
+
+  Result<JobProgress> step(Clock::time_point deadline) override;
+
+ private:
+  std::filesystem::path file_;
+  Encoding encoding_;
+  RawLog& log_;
+  std::optional<LineReader> lines_;
+};
+
+/// What the viewer says of a log that it shows in part, in English and
+/// Japanese; empty for a whole one.
+[[nodiscard]] std::string cutText(const RawLog& log);
 
 /// What stands in the text area when a log holds no message.
 constexpr const char* kNoRawMessages =

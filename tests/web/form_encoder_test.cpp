@@ -48,6 +48,17 @@ TEST(FormEncoder, ATrailBelowSixteenReplacesOneDigitOfTheCodeBeforeIt) {
   EXPECT_EQ(encodeForm("\x82\x10"), "%82%10");
 }
 
+TEST(FormEncoder, WhereATextIsCutIntoPiecesMakesNoDifference) {
+  const std::string text = "a b\x83\x41\x82\x0A\xB1~\r\n\x9F";
+  for (std::size_t cut = 0; cut <= text.size(); ++cut) {
+    FormEncoder encoder;
+    std::string encoded;
+    encoder.add(text.substr(0, cut), encoded);
+    encoder.add(text.substr(cut), encoded);
+    EXPECT_EQ(encoded, "a+b%83%41%82%A2%B1%7E%0D%0A%9F") << cut;
+  }
+}
+
 TEST(FormEncoder, ALeadByteAtTheEndStandsAlone) { EXPECT_EQ(encodeForm("a\x82"), "a%82"); }
 
 TEST(FormEncoder, EveryByteGivesAtMostThreeCharacters) {

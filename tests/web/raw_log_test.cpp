@@ -1,5 +1,7 @@
 #include "web/raw_log.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "tests/support/test_files.h"
@@ -20,9 +22,17 @@ class RawLogViewer : public testing::Test {
   RawLog readBytes(std::string_view bytes) {
     test::writeBytes(folder_ / "JA8089.log", bytes);
     RawLog log;
-    const Status status = readRawLog(folder_ / "JA8089.log", Encoding::codePage932(), log);
-    EXPECT_TRUE(status.ok());
+    EXPECT_TRUE(readAll(folder_ / "JA8089.log", log).ok());
     return log;
+  }
+  /// Runs the whole job, with steps as short as can be.
+  static Status readAll(const std::filesystem::path& file, RawLog& log) {
+    RawLogRead job(file, Encoding::codePage932(), log);
+    while (true) {
+      const Result<JobProgress> progress = job.step(Job::Clock::now());
+      if (!progress) return progress.error();
+      if (*progress == JobProgress::done) return {};
+    }
   }
   /// What is displayed of one line alone.
   std::string shown(std::string_view line) { return read({line}).displayText; }
@@ -122,7 +132,8 @@ TEST_F(RawLogViewer, TwentyThousandLinesShowTheFirstTenThousandAndOne) {
   }
   const RawLog log = readBytes(bytes);
   EXPECT_EQ(log.lines, 10'001u);
-  EXPECT_TRUE(log.more);
+  EXPECT_EQ(log.cut, RawLogCut::lines);
+  EXPECT_EQ(cutText(log), "First 10,001 lines only 先頭10,001行のみ");
   EXPECT_EQ(log.rawText, bytes.substr(0, bytes.find("H10002>")));
   EXPECT_NE(log.displayText.find("[H10001]"), std::string::npos);
   EXPECT_EQ(log.displayText.find("[H10002]"), std::string::npos);
@@ -133,7 +144,8 @@ TEST_F(RawLogViewer, TenThousandAndOneLinesAreTheWholeFile) {
   for (int i = 0; i < 10'001; ++i) bytes += "x\r\n";
   const RawLog log = readBytes(bytes);
   EXPECT_EQ(log.rawText, bytes);
-  EXPECT_FALSE(log.more);
+  EXPECT_EQ(log.cut, RawLogCut::none);
+  EXPECT_EQ(cutText(log), "");
 }
 
 TEST_F(RawLogViewer, PositionsAreCharactersNotBytes) {
@@ -163,13 +175,30 @@ TEST_F(RawLogViewer, ARawTextStaysWithinWhatTheConversionTakes) {
   const RawLog log = readBytes(bytes);
   EXPECT_LE(log.rawText.size(), kRawTextLimit);
   EXPECT_EQ(log.lines, 19u);
-  EXPECT_TRUE(log.more);
+  EXPECT_EQ(log.cut, RawLogCut::size);
+  EXPECT_EQ(cutText(log), "First 20 MiB only (19 lines) 先頭20 MiBのみ(19行)");
+}
+
+TEST_F(RawLogViewer, AMillionLineBreaksAreReadInShortSteps) {
+  std::string body;
+  for (int i = 0; i < 100'000; ++i) body += "<CR><VF>";
+  std::string bytes;
+  for (int i = 0; i < 20; ++i)
+    bytes += message("2.JA8089<NAK>H13<STX>M01AJL0012" + body + "END<ETX>\r\n");
+  test::writeBytes(folder_ / "JA8089.log", bytes);
+  RawLog log;
+  RawLogRead job(folder_ / "JA8089.log", Encoding::codePage932(), log);
+  int steps = 1;
+  for (; *job.step(Job::Clock::now()) == JobProgress::more; ++steps)
+    EXPECT_LE(log.lines, static_cast<std::size_t>(steps));
+  EXPECT_GE(steps, 20);
+  EXPECT_EQ(std::count(log.displayText.begin(), log.displayText.end(), '\n'), 20 * (100'000 + 4));
 }
 
 TEST_F(RawLogViewer, AMissingFileIsAnError) {
   RawLog log;
   log.rawText = "of another file";
-  const Status status = readRawLog(folder_ / "none.log", Encoding::codePage932(), log);
+  const Status status = readAll(folder_ / "none.log", log);
   ASSERT_FALSE(status.ok());
   EXPECT_EQ(status.error().text(), "ERROR #53");
   EXPECT_EQ(log.rawText, "");

@@ -230,13 +230,13 @@ void AcarsBrowser::searchPhoto() {
 }
 
 void AcarsBrowser::searchFlight() {
-  openFlightSearch(program().context(), web_, tables_,
+  openFlightSearch(program().context(), web_.site(), tables_,
                    servicePosition(panel_->flightSearch()->chooser()),
-                   FlightValues::fromAcars(list()->selectedText(kListFlight)));
+                   FlightValues::fromAcars(list()->selectedText(kListFlight)), this);
 }
 
 void AcarsBrowser::Command10_Click() {
-  ConffigDialog dialog(program().context(), web_, this);
+  ConffigDialog dialog(program().context(), web_.site(), this);
   dialog.exec();
 }
 

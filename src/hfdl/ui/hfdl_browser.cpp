@@ -152,10 +152,11 @@ void HfdlBrowser::searchPhoto() {
 }
 
 void HfdlBrowser::searchFlight() {
-  openFlightSearch(program().context(), web_, tables_,
+  openFlightSearch(program().context(), web_.site(), tables_,
                    panel_->flightSearch()->chooser()->currentIndex(),
                    {panel_->flight()->flight(), list()->selectedText(kHfdlFlight),
-                    list()->selectedText(kHfdlTime)});
+                    list()->selectedText(kHfdlTime)},
+                   this);
 }
 
 void HfdlBrowser::openPhoto() { panel_->openSelectedPhoto(); }

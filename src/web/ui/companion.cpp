@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <utility>
 
 #include "core/file.h"
@@ -27,7 +26,8 @@ Companion::~Companion() {
   if (process_ == nullptr) return;
   process_->disconnect(this);
   process_->closeWriteChannel();
-  if (process_->waitForFinished(kEndMilliseconds)) return;
+  // One that has not come up by now may never listen to the pipe either.
+  if (!starting_ && process_->waitForFinished(kEndMilliseconds)) return;
   process_->kill();
   process_->waitForFinished(kEndMilliseconds);
 }
@@ -94,19 +94,6 @@ void Companion::request(QObject* context, Ready ready) {
     return;
   }
   begin();
-}
-
-std::string Companion::address() {
-  if (isUp()) return address_;
-  begin();
-  QElapsedTimer waited;
-  waited.start();
-  while (starting_) {
-    const int left = kStartMilliseconds - static_cast<int>(waited.elapsed());
-    if (left > 0 && process_->waitForReadyRead(left)) continue;
-    giveUp();
-  }
-  return address_;
 }
 
 }  // namespace vel

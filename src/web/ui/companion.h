@@ -36,9 +36,6 @@ class Companion : public QObject {
   /// `context` is gone by then.
   void request(QObject* context, Ready ready);
 
-  /// The same, waiting for the address: a few seconds at the most.
-  std::string address();
-
   [[nodiscard]] static QString defaultExecutable();
 
  private:

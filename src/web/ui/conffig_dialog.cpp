@@ -55,23 +55,23 @@ QPushButton* makeTestButton(QWidget* parent, int index) {
 
 }  // namespace
 
-ConffigDialog::ConffigDialog(const Context& context, WebAccess& web, QWidget* parent)
-    : QDialog(parent), context_(context), web_(web) {
+ConffigDialog::ConffigDialog(const Context& context, OwnSite& site, QWidget* parent)
+    : QDialog(parent), context_(context), site_(site) {
   setObjectName(QStringLiteral("ConffigDialog"));
   setWindowTitle(QStringLiteral("Conffig"));
   const Settings& env = context.settings;
 
   auto* registrationFrame = new QGroupBox(QStringLiteral("Reg.No. search"), this);
-  QPushButton* testRegistration = makeTestButton(registrationFrame, 0);
+  QPushButton* registrationTest = makeTestButton(registrationFrame, 0);
   const EngineBoxes registration =
-      addEngine(registrationFrame, 0, QStringLiteral("+ [Reg.No.]"), testRegistration);
+      addEngine(registrationFrame, 0, QStringLiteral("+ [Reg.No.]"), registrationTest);
   registrationName_ = registration.name;
   registrationAddress_ = registration.address;
 
   auto* flightFrame = new QGroupBox(QStringLiteral("Flight No. search"), this);
-  QPushButton* testFlight = makeTestButton(flightFrame, 1);
+  QPushButton* flightTest = makeTestButton(flightFrame, 1);
   const EngineBoxes flight =
-      addEngine(flightFrame, 1, QStringLiteral("+ [Flight No.]"), testFlight);
+      addEngine(flightFrame, 1, QStringLiteral("+ [Flight No.]"), flightTest);
   flightName_ = flight.name;
   flightAddress_ = flight.address;
   zeroSuppress_ =
@@ -105,13 +105,13 @@ ConffigDialog::ConffigDialog(const Context& context, WebAccess& web, QWidget* pa
   zeroSuppress_->setChecked(env.env_fltSchZsp == 1);
   keepCursor_->setChecked(env.env_keepCsrPos == 1);
 
-  connect(testRegistration, &QPushButton::clicked, this, [this] { Command1_Click(0); });
-  connect(testFlight, &QPushButton::clicked, this, [this] { Command1_Click(1); });
-  connect(ok, &QPushButton::clicked, this, &ConffigDialog::OKButton_Click);
+  connect(registrationTest, &QPushButton::clicked, this, &ConffigDialog::testRegistration);
+  connect(flightTest, &QPushButton::clicked, this, &ConffigDialog::testFlight);
+  connect(ok, &QPushButton::clicked, this, &ConffigDialog::store);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
-void ConffigDialog::OKButton_Click() {
+void ConffigDialog::store() {
   const std::string typed = (registrationName_->text() + registrationAddress_->text() +
                              flightName_->text() + flightAddress_->text())
                                 .toStdString();
@@ -131,15 +131,24 @@ void ConffigDialog::OKButton_Click() {
   accept();
 }
 
-void ConffigDialog::Command1_Click(int index) {
-  SearchSample sample;
-  if (index == 0) {
-    sample = registrationSample(registrationAddress_->text().toStdString());
+void ConffigDialog::testRegistration() {
+  openSample(registrationSample(registrationAddress_->text().toStdString()));
+}
+
+void ConffigDialog::testFlight() {
+  const std::string prefix = flightAddress_->text().toStdString();
+  const auto openAt = [this, prefix,
+                       zeroSuppress = zeroSuppress_->isChecked()](const std::string& homepage) {
+    openSample(flightSample(prefix, zeroSuppress, homepage));
+  };
+  if (isHomepagePrefix(prefix)) {
+    site_.requestHomepage(this, openAt);
   } else {
-    const std::string prefix = flightAddress_->text().toStdString();
-    const std::string homepage = isHomepagePrefix(prefix) ? web_.homepage() : std::string();
-    sample = flightSample(prefix, zeroSuppress_->isChecked(), homepage);
+    openAt({});
   }
+}
+
+void ConffigDialog::openSample(const SearchSample& sample) {
   context_.desktop.showMessage(sample.message);
   ShellOpen(context_.desktop, sample.address);
 }

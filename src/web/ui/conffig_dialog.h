@@ -5,7 +5,8 @@
 #include <QLineEdit>
 
 #include "core/context.h"
-#include "web/ui/web_access.h"
+#include "web/address.h"
+#include "web/ui/own_site.h"
 
 namespace vel {
 
@@ -14,15 +15,16 @@ class ConffigDialog : public QDialog {
   Q_OBJECT
 
  public:
-  ConffigDialog(const Context& context, WebAccess& web, QWidget* parent);
-
-  void OKButton_Click();
-  /// Opens the sample of the registration (0) or of the flight (1) search.
-  void Command1_Click(int index);
+  ConffigDialog(const Context& context, OwnSite& site, QWidget* parent);
 
  private:
+  void store();
+  void testRegistration();
+  void testFlight();
+  void openSample(const SearchSample& sample);
+
   const Context& context_;
-  WebAccess& web_;
+  OwnSite& site_;
   QLineEdit* registrationName_;
   QLineEdit* registrationAddress_;
   QLineEdit* flightName_;

@@ -9,6 +9,8 @@
 #include <QTextBlock>
 #include <QToolButton>
 #include <memory>
+#include <string_view>
+#include <utility>
 
 namespace vel {
 namespace {
@@ -17,8 +19,21 @@ namespace {
 // to lay a line out grows with its length, so longer ones are broken; memory
 // grows with their number, so what follows so many is left out. Real logs stay
 // far below both.
-constexpr qsizetype kLongestLine = 8000;
+constexpr std::size_t kLongestLine = 8000;  // bytes
 constexpr int kMostLines = 500'000;
+
+// So much is added at once: a few milliseconds of work.
+constexpr int kPieceLines = 1000;
+constexpr std::size_t kPieceSize = std::size_t{64} << 10;
+
+// Where a line that is longer than allowed is broken: between two characters,
+// and not between the two of a line end.
+std::size_t beforeBreak(std::string_view line) {
+  std::size_t size = kLongestLine;
+  while (size > 1 && (static_cast<unsigned char>(line[size]) & 0xC0) == 0x80) --size;
+  if (size > 1 && line[size - 1] == '\r') --size;
+  return size;
+}
 
 // A family in which a Japanese letter is as wide as two Latin ones.
 QFont fixedPitchFont() {
@@ -41,31 +56,6 @@ QFont fixedPitchFont() {
   // Half-width letters of these families are narrow and fine.
   font.setPointSizeF(QApplication::font().pointSizeF() + 1);
   return font;
-}
-
-QString withinLimits(const QString& text) {
-  QString broken;
-  qsizetype copied = 0;
-  qsizetype lineStart = 0;
-  int lines = 0;
-  while (lineStart < text.size()) {
-    if (++lines > kMostLines) {
-      broken += QStringView(text).mid(copied, lineStart - copied);
-      return broken + QStringLiteral("[The rest is not shown. 以降は表示されません。]");
-    }
-    const qsizetype within = QStringView(text).mid(lineStart, kLongestLine + 1).indexOf(u'\n');
-    qsizetype next = within < 0 ? text.size() : lineStart + within + 1;
-    if (within < 0 && next - lineStart > kLongestLine) {
-      next = lineStart + kLongestLine;
-      broken += QStringView(text).mid(copied, next - copied);
-      broken += QLatin1Char('\n');
-      copied = next;
-    }
-    lineStart = next;
-  }
-  if (copied == 0) return text;
-  broken += QStringView(text).mid(copied);
-  return broken;
 }
 
 }  // namespace
@@ -155,20 +145,58 @@ QWidget* FindableText::makeFindBar() {
   return bar;
 }
 
-void FindableText::showText(const QString& text) {
-  if (text == shown_) return;
-  const bool goesOn = !shown_.isEmpty() && text.startsWith(shown_);
-  // A cursor would follow the change to the beginning.
-  const int anchor = textCursor().anchor();
-  const int position = textCursor().position();
+void FindableText::takeText(std::string text) {
+  const bool goesOn = !text_.empty() && text.starts_with(text_);
+  text_ = std::move(text);
+  if (goesOn) return;
+  clear();
+  filled_ = 0;
+  lines_ = 0;
+  full_ = false;
+}
+
+bool FindableText::fill(std::chrono::steady_clock::time_point deadline) {
+  while (filled_ < text_.size() && !full_) {
+    append(QString::fromStdString(nextPiece()));
+    if (std::chrono::steady_clock::now() >= deadline) break;
+  }
+  return filled_ < text_.size() && !full_;
+}
+
+std::string FindableText::nextPiece() {
+  std::string piece;
+  for (int lines = 0; lines < kPieceLines && piece.size() < kPieceSize; ++lines) {
+    if (filled_ == text_.size()) break;
+    if (lines_ == kMostLines) {
+      full_ = true;
+      piece += "[The rest is not shown. 以降は表示されません。]";
+      break;
+    }
+    ++lines_;
+    const std::string_view ahead = std::string_view(text_).substr(filled_, kLongestLine + 1);
+    std::size_t size = ahead.find('\n') + 1;
+    const bool isWhole = size > 0 || ahead.size() <= kLongestLine;
+    if (size == 0) size = isWhole ? ahead.size() : beforeBreak(ahead);
+    piece += ahead.substr(0, size);
+    if (!isWhole) piece += '\n';
+    filled_ += size;
+  }
+  return piece;
+}
+
+void FindableText::append(const QString& piece) {
+  // A cursor at the end would follow what is added there.
+  QTextCursor reader = textCursor();
+  const int anchor = reader.anchor();
+  const int position = reader.position();
   const int down = verticalScrollBar()->value();
-  shown_ = text;
-  setPlainText(withinLimits(text));
-  if (!goesOn) return;
-  QTextCursor cursor = textCursor();
-  cursor.setPosition(anchor);
-  cursor.setPosition(position, QTextCursor::KeepAnchor);
-  setTextCursor(cursor);
+  QTextCursor end(document());
+  end.movePosition(QTextCursor::End);
+  end.insertText(piece);
+  if (textCursor().anchor() == anchor && textCursor().position() == position) return;
+  reader.setPosition(anchor);
+  reader.setPosition(position, QTextCursor::KeepAnchor);
+  setTextCursor(reader);
   verticalScrollBar()->setValue(down);
 }
 
@@ -249,7 +277,8 @@ void FindableText::findFrom(QTextCursor start, bool backward) {
     start.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
     found = document()->find(searched, start, direction);
     if (!found.isNull()) {
-      outcome_->setText(backward ? tr("Went on from the end") : tr("Went on from the beginning"));
+      outcome_->setText(backward ? tr("Went on from the end. 末尾から検索しました。")
+                                 : tr("Went on from the beginning. 先頭から検索しました。"));
     }
   }
   if (found.isNull()) {

@@ -4,6 +4,9 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QShortcut>
+#include <chrono>
+#include <cstddef>
+#include <string>
 
 namespace vel {
 
@@ -16,9 +19,14 @@ class FindableText : public QPlainTextEdit {
  public:
   explicit FindableText(QWidget* parent);
 
-  /// Puts a text in place of the present one. Keeps the reader's place where
-  /// the text is the old one or goes on from it; else shows the beginning.
-  void showText(const QString& text);
+  /// Takes a text (UTF-8) in place of the present one; fill() shows it. Keeps
+  /// the reader's place where the text is the old one or goes on from it; else
+  /// nothing is shown until fill() is called.
+  void takeText(std::string text);
+
+  /// Shows more of the text taken, until about the deadline. False when all of
+  /// it is shown.
+  bool fill(std::chrono::steady_clock::time_point deadline);
 
   void openFindBar();
   void closeFindBar();
@@ -35,7 +43,13 @@ class FindableText : public QPlainTextEdit {
   void findTyped();
   void findFrom(QTextCursor start, bool backward);
 
-  QString shown_;
+  [[nodiscard]] std::string nextPiece();
+  void append(const QString& piece);
+
+  std::string text_;
+  std::size_t filled_ = 0;  // bytes of the text that are shown
+  int lines_ = 0;
+  bool full_ = false;
   QWidget* bar_;         // Frame2
   QLineEdit* searched_;  // Text2
   QLabel* outcome_;      // Label2

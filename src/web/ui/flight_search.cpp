@@ -8,26 +8,25 @@ namespace {
 constexpr const char* kNoNumber =
     "The flight number is not numeric. 便名の番号部分が数値ではありません";
 
-constexpr const char* kNoService = "The service velweb can't be started. velwebを起動できません";
-
 }  // namespace
 
-void openFlightSearch(const Context& context, WebAccess& web, const Tables& tables, int position,
-                      const FlightValues& values) {
-  const Settings& env = context.settings;
-  const bool ownSite = needsHomepage(env, position);
-  const std::string homepage = ownSite ? web.homepage() : std::string();
-  if (ownSite && homepage.empty()) {
-    context.desktop.showMessage(kNoService);
-    return;
+void openFlightSearch(const Context& context, OwnSite& site, const Tables& tables, int position,
+                      const FlightValues& values, QWidget* window) {
+  const auto openAt = [&context, &tables, position, values](const std::string& homepage) {
+    const auto address =
+        flightAddress(context.services, context.settings, homepage, tables, position, values);
+    if (!address) {
+      const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
+      context.desktop.showMessage(noNumber ? kNoNumber : address.error().text());
+      return;
+    }
+    if (*address) ShellOpen(context.desktop, **address);
+  };
+  if (needsHomepage(context.settings, position)) {
+    site.requestHomepage(window, openAt);
+  } else {
+    openAt({});
   }
-  const auto address = flightAddress(context.services, env, homepage, tables, position, values);
-  if (!address) {
-    const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
-    context.desktop.showMessage(noNumber ? kNoNumber : address.error().text());
-    return;
-  }
-  if (*address) ShellOpen(context.desktop, **address);
 }
 
 }  // namespace vel

@@ -3,13 +3,15 @@
 #include "core/context.h"
 #include "tables/tables.h"
 #include "web/address.h"
-#include "web/ui/web_access.h"
+#include "web/ui/own_site.h"
 
 namespace vel {
 
-/// Opens the flight search of that position. Where nothing can be opened, the
-/// user is told why; a position without an engine does nothing.
-void openFlightSearch(const Context& context, WebAccess& web, const Tables& tables, int position,
-                      const FlightValues& values);
+/// Opens the flight search of that position for a window, once the own web
+/// site's address is known where the search leads there. Where nothing can be
+/// opened, the user is told why; a position without an engine does nothing.
+/// The tables outlive the window.
+void openFlightSearch(const Context& context, OwnSite& site, const Tables& tables, int position,
+                      const FlightValues& values, QWidget* window);
 
 }  // namespace vel

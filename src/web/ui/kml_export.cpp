@@ -4,13 +4,17 @@
 #include <QNetworkProxy>
 #include <QNetworkRequest>
 #include <QUrl>
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 #include "core/file.h"
 #include "core/helpers.h"
 #include "core/ui/qt_desktop.h"
 #include "web/form_encoder.h"
-#include "web/ui/web_access.h"
+#include "web/ui/own_site.h"
 
 namespace vel {
 namespace {
@@ -49,29 +53,85 @@ bool isAnswer(QNetworkReply::NetworkError error) {
   }
 }
 
-Status writeWhole(const std::filesystem::path& file, std::string_view bytes) {
-  Result<OutputFile> output = OutputFile::create(file);
-  if (!output) return output.error();
-  if (const Status written = output->write(bytes); !written) return written;
-  return output->finish();
-}
+// Encodes a raw text behind what the form holds already.
+class EncodeJob : public Job {
+ public:
+  // The form outlives the job.
+  EncodeJob(std::string rawText, QByteArray& form) : rawText_(std::move(rawText)), form_(form) {}
 
-// Takes the target's place only when every byte is on the disk.
-Status replaceWhole(const std::filesystem::path& target, std::string_view bytes) {
-  std::filesystem::path part = target;
-  part += ".part";
-  Status done = writeWhole(part, bytes);
-  if (done) done = replaceFile(part, target);
-  // What is left of a failed attempt helps nobody; it may also never have been.
-  if (!done) static_cast<void>(removeFile(part));
-  return done;
-}
+  Result<JobProgress> step(Clock::time_point deadline) override {
+    do {
+      std::string codes;
+      encoder_.add(std::string_view(rawText_).substr(encoded_, kEncodedAtOnce), codes);
+      form_.append(codes.data(), static_cast<qsizetype>(codes.size()));
+      encoded_ = std::min(encoded_ + kEncodedAtOnce, rawText_.size());
+      if (encoded_ == rawText_.size()) return JobProgress::done;
+    } while (Clock::now() < deadline);
+    return JobProgress::more;
+  }
+
+ private:
+  static constexpr std::size_t kEncodedAtOnce = std::size_t{64} << 10;
+
+  std::string rawText_;
+  QByteArray& form_;
+  FormEncoder encoder_;
+  std::size_t encoded_ = 0;
+};
+
+// Writes a file that takes the target's place only when every byte is on the
+// disk. What is left of a failed or stopped attempt goes: it helps nobody.
+class StoreJob : public Job {
+ public:
+  StoreJob(std::filesystem::path target, std::string bytes)
+      : target_(std::move(target)), part_(target_), bytes_(std::move(bytes)) {
+    part_ += ".part";
+  }
+  ~StoreJob() override {
+    if (stored_) return;
+    output_.reset();
+    static_cast<void>(removeFile(part_));
+  }
+  StoreJob(const StoreJob&) = delete;
+  StoreJob& operator=(const StoreJob&) = delete;
+
+  Result<JobProgress> step(Clock::time_point deadline) override {
+    if (!output_) {
+      Result<OutputFile> output = OutputFile::create(part_);
+      if (!output) return output.error();
+      output_.emplace(std::move(*output));
+    }
+    while (written_ < bytes_.size()) {
+      const auto piece = std::string_view(bytes_).substr(written_, kWrittenAtOnce);
+      if (const Status written = output_->write(piece); !written) return written.error();
+      written_ += piece.size();
+      if (Clock::now() >= deadline) return JobProgress::more;
+    }
+    if (const Status finished = output_->finish(); !finished) return finished.error();
+    if (const Status replaced = replaceFile(part_, target_); !replaced) return replaced.error();
+    stored_ = true;
+    return JobProgress::done;
+  }
+
+ private:
+  static constexpr std::size_t kWrittenAtOnce = std::size_t{1} << 20;
+
+  std::filesystem::path target_;
+  std::filesystem::path part_;
+  std::string bytes_;
+  std::optional<OutputFile> output_;
+  std::size_t written_ = 0;
+  bool stored_ = false;
+};
 
 }  // namespace
 
-KmlExport::KmlExport(Desktop& desktop, WebAccess& web, std::filesystem::path target,
-                     QObject* parent)
-    : QObject(parent), desktop_(desktop), web_(web), target_(std::move(target)) {
+KmlExport::KmlExport(const Context& context, OwnSite& site, QObject* parent)
+    : QObject(parent),
+      context_(context),
+      site_(site),
+      target_(context.folders.program / "temp.kml"),
+      work_(context.jobs) {
   silence_.setSingleShot(true);
   silence_.setInterval(kSilenceLimit);
   connect(&silence_, &QTimer::timeout, this, &KmlExport::failOnSilence);
@@ -83,15 +143,19 @@ KmlExport::~KmlExport() {
 
 void KmlExport::setSilenceLimit(std::chrono::milliseconds limit) { silence_.setInterval(limit); }
 
-void KmlExport::start(std::string_view rawText) {
+void KmlExport::start(std::string rawText) {
   if (running_) return;
   running_ = true;
-  const std::string encoded = encodeForm(rawText);
+  ++run_;
   form_ = "dat=";
-  form_.append(encoded.data(), static_cast<qsizetype>(encoded.size()));
   answer_.clear();
   Q_EMIT started();
-  web_.requestConversion(this, [this, run = ++run_](const std::string& host) {
+  work_.start(std::make_unique<EncodeJob>(std::move(rawText), form_),
+              {.ended = [this](const Status&) { requestHost(); }});
+}
+
+void KmlExport::requestHost() {
+  site_.requestConversion(this, [this, run = run_](const std::string& host) {
     // The service may come up after a cancel.
     if (running_ && run == run_) post(host);
   });
@@ -169,39 +233,47 @@ void KmlExport::finish() {
 }
 
 void KmlExport::store() {
-  const Status stored = replaceWhole(target_, std::exchange(answer_, {}));
+  endTransfer();
+  work_.start(std::make_unique<StoreJob>(target_, std::exchange(answer_, {})),
+              {.ended = [this](const Status& stored) { takeStored(stored); }});
+}
+
+void KmlExport::takeStored(const Status& stored) {
   if (!stored) {
     fail("the file could not be written (" + stored.error().text() + ")",
          "ファイルに書き込めませんでした(" + stored.error().text() + ")。");
     return;
   }
   stop();
-  if (desktop_.isEnding()) return;
-  if (desktop_.askYesNo(kOpenQuestion)) ShellOpen(desktop_, nativeText(target_));
+  if (context_.desktop.askYesNo(kOpenQuestion)) ShellOpen(context_.desktop, nativeText(target_));
 }
 
 void KmlExport::cancel() {
   if (running_) stop();
 }
 
-void KmlExport::stop() {
-  running_ = false;
+void KmlExport::endTransfer() {
   silence_.stop();
-  form_.clear();
-  answer_ = {};
   if (QNetworkReply* reply = std::exchange(reply_, nullptr); reply != nullptr) {
     reply->disconnect(this);
     reply->abort();
     reply->deleteLater();
   }
+  form_ = {};
+}
+
+void KmlExport::stop() {
+  running_ = false;
+  work_.stop();
+  endTransfer();
+  answer_ = {};
   Q_EMIT ended();
 }
 
 void KmlExport::fail(const std::string& english, const std::string& japanese) {
   stop();
-  if (desktop_.isEnding()) return;
-  desktop_.showMessage("KML export failed: " + english + ". temp.kml was left as it was. " +
-                       "KMLの出力に失敗しました。" + japanese + "temp.kmlは元のままです。");
+  context_.desktop.showMessage("KML export failed: " + english + ". temp.kml was left as it was. " +
+                               "KMLの出力に失敗しました。" + japanese + "temp.kmlは元のままです。");
 }
 
 void KmlExport::failOnSilence() {

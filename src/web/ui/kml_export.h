@@ -7,29 +7,28 @@
 #include <cstddef>
 #include <filesystem>
 #include <string>
-#include <string_view>
 
-#include "core/desktop.h"
+#include "core/context.h"
+#include "core/job.h"
 
 namespace vel {
 
-class WebAccess;
+class OwnSite;
 
 /// Posts a raw log to the KML conversion, stores the answer as temp.kml and
-/// offers to open it. One export at a time; everything happens in events on
-/// the caller's thread.
+/// offers to open it. One export at a time; encoding and storing are jobs, the
+/// transfer comes in events.
 class KmlExport : public QObject {
   Q_OBJECT
 
  public:
-  /// `target` is the file that takes the answer. The desktop and the web
-  /// access outlive this object.
-  KmlExport(Desktop& desktop, WebAccess& web, std::filesystem::path target, QObject* parent);
+  /// The context and the site outlive this object.
+  KmlExport(const Context& context, OwnSite& site, QObject* parent);
   ~KmlExport() override;
 
   /// Starts an export of these bytes and returns at once; does nothing while
   /// one runs. The user is told once when it fails; temp.kml is then as it was.
-  void start(std::string_view rawText);
+  void start(std::string rawText);
 
   /// Gives the running export up without a word; temp.kml stays as it was.
   void cancel();
@@ -47,20 +46,24 @@ class KmlExport : public QObject {
   void ended();
 
  private:
+  void requestHost();
   void post(const std::string& host);
   void takeHeaders();
   void takeAnswer();
   void finish();
   void store();
+  void takeStored(const Status& stored);
+  void endTransfer();
   void stop();
   void fail(const std::string& english, const std::string& japanese);
   void failOnSilence();
   void failOnSize();
   void failOnNetwork();
 
-  Desktop& desktop_;
-  WebAccess& web_;
-  std::filesystem::path target_;
+  const Context& context_;
+  OwnSite& site_;
+  std::filesystem::path target_;  // temp.kml
+  JobSlot work_;
   QNetworkAccessManager manager_;
   QNetworkReply* reply_ = nullptr;
   QTimer silence_;

@@ -7,13 +7,15 @@
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
 
 #include "core/file.h"
 #include "core/helpers.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
-#include "web/ui/web_access.h"
+#include "web/ui/own_site.h"
 
 namespace vel {
 namespace {
@@ -36,25 +38,30 @@ int wholeTwips(double twips, int otherwise) {
   return static_cast<int>(std::lround(std::clamp(twips, -kFarthest, kFarthest)));
 }
 
+QString captionOf(const std::string& path) {
+  return QStringLiteral("Log browser - ") + plainWindowTitle(toQString(path));
+}
+
 // The settings hold single-precision numbers.
 double single(int twips) { return static_cast<double>(static_cast<float>(twips)); }
 
 }  // namespace
 
-RawLogViewer::RawLogViewer(const Context& context, WebAccess& web) : context_(context) {
+RawLogViewer::RawLogViewer(const Context& context, OwnSite& site)
+    : context_(context), reading_(context.jobs), filling_(context.jobs) {
   setObjectName(QStringLiteral("Form3"));
   text_ = new FindableText(this);
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(tr("Messages"));
   text_->setToolTip(tr("The aircraft's messages; Ctrl+F finds text\n機体別の受信ログ"));
-  export_ = new KmlExport(context.desktop, web, context.folders.program / "temp.kml", this);
+  export_ = new KmlExport(context, site, this);
   buttons_ = makeButtonFrame();
   setTabOrder(text_, sendToMap_);
   placement_ = new OuterPlacement(*this);
 
   connect(placement_, &OuterPlacement::settled, this, [this] {
     // The frame may have come without a change of size.
-    Form_Resize();
+    layOutFrames();
     recordPlace();
   });
   connect(export_, &KmlExport::started, this, [this] { showExportRunning(true); });
@@ -73,20 +80,18 @@ RawLogViewer::~RawLogViewer() { disconnect(qGuiApp, nullptr, this, nullptr); }
 QWidget* RawLogViewer::makeButtonFrame() {
   auto* frame = new QWidget(this);
   frame->setObjectName(QStringLiteral("Frame1"));
-  const auto makeButton = [&](const QString& text, const QString& name, const QString& toolTip,
-                              void (RawLogViewer::*handler)()) {
+  const auto makeButton = [&](const QString& text, const QString& name, const QString& toolTip) {
     auto* button = new QPushButton(text, frame);
     button->setObjectName(name);
     button->setAccessibleName(toolTip.section(QLatin1Char('\n'), 0, 0));
     button->setToolTip(toolTip);
-    connect(button, &QPushButton::clicked, this, handler);
     return button;
   };
   sendToMap_ = makeButton(QStringLiteral("Send to QZ2GE && Open with Google Earth"),
                           QStringLiteral("Command1"),
                           tr("Converts the positions in this log to temp.kml and opens it\n"
-                             "ログの位置情報をKMLに変換して開く"),
-                          &RawLogViewer::Command1_Click);
+                             "ログの位置情報をKMLに変換して開く"));
+  connect(sendToMap_, &QPushButton::clicked, this, &RawLogViewer::exportLog);
   shortened_ = new QLabel(frame);
   shortened_->setObjectName(QStringLiteral("Label1"));
   shortened_->setToolTip(
@@ -97,12 +102,12 @@ QWidget* RawLogViewer::makeButtonFrame() {
   progress_->setToolTip(tr("Progress of the KML export\nKML出力の進行状況"));
   progress_->setMinimumWidth(kProgressWidth);
   progress_->setMaximumWidth(2 * kProgressWidth);
-  cancel_ =
-      makeButton(QStringLiteral("Cancel"), QStringLiteral("Command3"),
-                 tr("Stops the KML export\nKML出力を中止する"), &RawLogViewer::Command3_Click);
-  QPushButton* close =
-      makeButton(QStringLiteral("Close"), QStringLiteral("Command2"),
-                 tr("Closes this window\nこの画面を閉じる"), &RawLogViewer::Command2_Click);
+  cancel_ = makeButton(QStringLiteral("Cancel"), QStringLiteral("Command3"),
+                       tr("Stops the KML export\nKML出力を中止する"));
+  connect(cancel_, &QPushButton::clicked, export_, &KmlExport::cancel);
+  QPushButton* close = makeButton(QStringLiteral("Close"), QStringLiteral("Command2"),
+                                  tr("Closes this window\nこの画面を閉じる"));
+  connect(close, &QPushButton::clicked, this, &QWidget::close);
 
   auto* line = new QHBoxLayout(frame);
   line->setContentsMargins(0, 0, 0, 0);
@@ -116,12 +121,11 @@ QWidget* RawLogViewer::makeButtonFrame() {
 }
 
 void RawLogViewer::showLog(const std::filesystem::path& file) {
+  // The text of another log goes at once; that of the same one may go on.
+  if (file != path_) text_->takeText({});
   path_ = file;
-  if (!load()) {
-    sayNotFound();
-    return;
-  }
-  // The file was read just now: the activation that follows need not.
+  if (!read()) return;
+  // The file is being read already: the activation that follows need not.
   sinceShowLog_.start();
   focus_ = Focus::here;
   if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
@@ -130,60 +134,79 @@ void RawLogViewer::showLog(const std::filesystem::path& file) {
   activateWindow();
 }
 
-bool RawLogViewer::load() {
-  setWindowTitle(QStringLiteral("Log browser - ") + plainWindowTitle(toQString(nativeText(path_))));
-  RawLog log;
-  Status read = ErrorNumber::fileNotFound;
-  if (fileExists(path_)) read = readRawLog(path_, context_.encoding, log);
-  const bool missing = !read && (read.error().number == ErrorNumber::fileNotFound ||
-                                 read.error().number == ErrorNumber::pathNotFound);
-  if (missing) {
-    text_->showText({});
+void RawLogViewer::showMissingLog(const std::filesystem::path& folder, const std::string& name) {
+  path_.clear();
+  setWindowTitle(captionOf(nativeText(folder / "") + name));
+  showMissing();
+}
+
+bool RawLogViewer::read() {
+  setWindowTitle(captionOf(nativeText(path_)));
+  if (!fileExists(path_)) {
+    showMissing();
     return false;
   }
-  log_ = std::move(log);
-  // Where nothing could be read, nothing can be said of the file's form.
-  const bool nothingRead = !read && log_.lines == 0;
-  text_->showText(nothingRead ? QString() : toQString(shownText(log_)));
-  shortened_->setText(
-      log_.more ? tr("First %L1 lines only").arg(static_cast<qulonglong>(log_.lines)) : QString());
-  showExportRunning(export_->isRunning());
-  if (!read) context_.desktop.showMessage(read.error().text());
+  filling_.stop();
+  reading_.start(std::make_unique<RawLogRead>(path_, context_.encoding, read_),
+                 {.ended = [this](const Status& outcome) { takeRead(outcome); }});
   return true;
 }
 
-void RawLogViewer::sayNotFound() {
+void RawLogViewer::takeRead(const Status& outcome) {
+  const bool missing = !outcome && (outcome.error().number == ErrorNumber::fileNotFound ||
+                                    outcome.error().number == ErrorNumber::pathNotFound);
+  if (missing) {
+    showMissing();
+    return;
+  }
+  log_ = std::exchange(read_, {});
+  // Where nothing could be read, nothing can be said of the file's form.
+  const bool nothingRead = !outcome && log_.lines == 0;
+  text_->takeText(nothingRead ? std::string() : shownText(log_));
+  filling_.start(makeJob([this](Job::Clock::time_point deadline) -> Result<JobProgress> {
+                   return text_->fill(deadline) ? JobProgress::more : JobProgress::done;
+                 }),
+                 {});
+  shortened_->setText(toQString(cutText(log_)));
+  showExportRunning(export_->isRunning());
+  if (std::exchange(exportWhenRead_, false)) export_->start(log_.rawText);
+  if (!outcome) context_.desktop.showMessage(outcome.error().text());
+}
+
+void RawLogViewer::showMissing() {
+  reading_.stop();
+  filling_.stop();
+  exportWhenRead_ = false;
+  text_->takeText({});
   context_.desktop.showMessage(kNoRawLog);
   close();
 }
 
-void RawLogViewer::Form_Load() {
+void RawLogViewer::takePlaceFromSettings() {
   const Settings& env = context_.settings;
   const Settings designed;
   const auto whole = [](double twips, double otherwise) {
     return wholeTwips(twips, static_cast<int>(otherwise));
   };
   // A window beyond all screens could not be used, and a damaged size would
-  // take all memory.
+  // take all memory. One that grows only after it was placed would stand
+  // elsewhere than it was wanted.
   const QSize screens = screen()->virtualSize();
   const QSize size = QSize(whole(env.env_Form3_Width, designed.env_Form3_Width),
                            whole(env.env_Form3_Height, designed.env_Form3_Height))
-                         .boundedTo(screens * kTwipsPerPixel);
+                         .boundedTo(screens * kTwipsPerPixel)
+                         .expandedTo(minimumSize() * kTwipsPerPixel);
   normalPlace_ = NormalPlace();
   placement_->place(QRect(QPoint(whole(env.env_Form3_Left, designed.env_Form3_Left),
                                  whole(env.env_Form3_Top, designed.env_Form3_Top)),
                           size));
 }
 
-void RawLogViewer::Form_Activate() {
-  // A message box of the reading itself lets events run.
-  if (loading_ || !isVisible()) return;
-  loading_ = true;
-  if (!load()) sayNotFound();
-  loading_ = false;
+void RawLogViewer::readAgain() {
+  if (isVisible()) static_cast<void>(read());
 }
 
-void RawLogViewer::Form_Resize() {
+void RawLogViewer::layOutFrames() {
   const int height = outerTwips(*this).height();
   const int width = outerTwips(*this).width();
   const int textWidth = toPixels(MaxOf(0, width - kTextWidthOffset));
@@ -208,8 +231,7 @@ void RawLogViewer::recordPlace() {
   }
 }
 
-void RawLogViewer::Form_Unload() {
-  export_->cancel();
+void RawLogViewer::givePlaceToSettings() {
   recordPlace();
   const QRect place = normalPlace_.latest();
   if (place.isNull()) return;
@@ -220,11 +242,13 @@ void RawLogViewer::Form_Unload() {
   env.env_Form3_Width = single(place.width());
 }
 
-void RawLogViewer::Command1_Click() { export_->start(rawText()); }
-
-void RawLogViewer::Command2_Click() { close(); }
-
-void RawLogViewer::Command3_Click() { export_->cancel(); }
+void RawLogViewer::exportLog() {
+  if (reading_.isRunning()) {
+    exportWhenRead_ = true;
+  } else {
+    export_->start(log_.rawText);
+  }
+}
 
 void RawLogViewer::showExportRunning(bool running) {
   // Keyboard users come back to the button they pressed.
@@ -258,13 +282,13 @@ void RawLogViewer::focusMoved(const QWindow* focused) {
   const bool justShown = sinceShowLog_.isValid() && sinceShowLog_.elapsed() < kShowMilliseconds;
   sinceShowLog_.invalidate();
   if (comingBack && !justShown && isVisible()) {
-    QMetaObject::invokeMethod(this, &RawLogViewer::Form_Activate, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &RawLogViewer::readAgain, Qt::QueuedConnection);
   }
 }
 
 void RawLogViewer::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  Form_Resize();
+  layOutFrames();
   recordPlace();
 }
 
@@ -276,9 +300,9 @@ void RawLogViewer::moveEvent(QMoveEvent* event) {
 void RawLogViewer::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   if (event->spontaneous()) return;
-  Form_Load();
+  takePlaceFromSettings();
   placement_->windowShown();
-  Form_Resize();
+  layOutFrames();
 }
 
 void RawLogViewer::hideEvent(QHideEvent* event) {
@@ -289,28 +313,16 @@ void RawLogViewer::hideEvent(QHideEvent* event) {
 void RawLogViewer::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() != QEvent::WindowStateChange || !isVisible()) return;
-  Form_Resize();
+  layOutFrames();
 }
 
 void RawLogViewer::closeEvent(QCloseEvent* event) {
   event->accept();
-  Form_Unload();
-}
-
-RawLogs::RawLogs(const Context& context, WebAccess& web) : context_(context), web_(web) {}
-
-void RawLogs::close() {
-  if (viewer_ != nullptr) viewer_->close();
-}
-
-void RawLogs::open(const std::string& name) {
-  if (!isSafeFileName(name)) {
-    context_.desktop.showMessage(kNoRawLog);
-    close();
-    return;
-  }
-  if (viewer_ == nullptr) viewer_ = std::make_unique<RawLogViewer>(context_, web_);
-  viewer_->showLog(fileIn(context_.folders.eachLogs, name + ".log"));
+  reading_.stop();
+  filling_.stop();
+  exportWhenRead_ = false;
+  export_->cancel();
+  givePlaceToSettings();
 }
 
 }  // namespace vel

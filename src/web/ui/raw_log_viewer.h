@@ -6,10 +6,10 @@
 #include <QPushButton>
 #include <QWidget>
 #include <filesystem>
-#include <memory>
 #include <string>
 
 #include "core/context.h"
+#include "core/job.h"
 #include "core/ui/outer_placement.h"
 #include "web/raw_log.h"
 #include "web/ui/findable_text.h"
@@ -17,7 +17,7 @@
 
 namespace vel {
 
-class WebAccess;
+class OwnSite;
 
 /// The window with the raw message log of one aircraft. It is made once; each
 /// look-up sets another path and shows it again. The file is read afresh
@@ -26,27 +26,17 @@ class RawLogViewer : public QWidget {
   Q_OBJECT
 
  public:
-  /// The program and the web access outlive the window.
-  RawLogViewer(const Context& context, WebAccess& web);
+  /// The context and the site outlive the window.
+  RawLogViewer(const Context& context, OwnSite& site);
   ~RawLogViewer() override;
 
-  /// Reads this log and shows the window, in front. Where there is no such
+  /// Shows the window, in front, and reads this log. Where there is no such
   /// file, says so and closes the window.
   void showLog(const std::filesystem::path& file);
 
-  /// Takes the window's place from the settings.
-  void Form_Load();
-  /// Reads the log again; closes the window when it is gone.
-  void Form_Activate();
-  void Form_Resize();
-  /// Gives a running export up, and the window's place to the settings.
-  void Form_Unload();
-  /// The KML export.
-  void Command1_Click();
-  /// Close.
-  void Command2_Click();
-  /// Gives the export up.
-  void Command3_Click();
+  /// Says that a folder has no log of that name, and closes the window. The
+  /// name is only text: it need not be one that a file can have.
+  void showMissingLog(const std::filesystem::path& folder, const std::string& name);
 
   /// The lines of the file that were read, each ended by CR LF, as bytes.
   [[nodiscard]] const std::string& rawText() const { return log_.rawText; }
@@ -66,16 +56,29 @@ class RawLogViewer : public QWidget {
 
   QWidget* makeButtonFrame();
   void focusMoved(const QWindow* focused);
-  /// False when there is no such file.
-  bool load();
-  void sayNotFound();
+  /// Reads the log again, as each activation does; closes the window when the
+  /// file is gone.
+  void readAgain();
+  /// False when there is no such file; the window is closed then.
+  bool read();
+  void takeRead(const Status& outcome);
+  void showMissing();
+  void takePlaceFromSettings();
+  void givePlaceToSettings();
   void recordPlace();
+  void layOutFrames();
+  /// Starts the export once the log has been read.
+  void exportLog();
   void showProgress(qint64 done, qint64 total);
   void showExportRunning(bool running);
 
   const Context& context_;
   std::filesystem::path path_;
   RawLog log_;
+  RawLog read_;  // by the job that runs
+  JobSlot reading_;
+  JobSlot filling_;
+  bool exportWhenRead_ = false;
   FindableText* text_;      // Text1
   QWidget* buttons_;        // Frame1
   QPushButton* sendToMap_;  // Command1
@@ -87,32 +90,6 @@ class RawLogViewer : public QWidget {
   NormalPlace normalPlace_;
   Focus focus_ = Focus::elsewhere;
   QElapsedTimer sinceShowLog_;
-  bool loading_ = false;
-};
-
-/// The one raw log viewer that both browsers use; closed before the settings
-/// are saved.
-class RawLogs {
- public:
-  RawLogs(const Context& context, WebAccess& web);
-  RawLogs(const RawLogs&) = delete;
-  RawLogs& operator=(const RawLogs&) = delete;
-
-  /// Opens the raw log of that name (the registration, or what stands in
-  /// column 3), whatever the letter case of its file. A name that would leave
-  /// the folder counts as having none.
-  void open(const std::string& name);
-
-  /// Closes the viewer, which gives its place to the settings.
-  void close();
-
-  /// The viewer, null before the first use.
-  [[nodiscard]] RawLogViewer* viewer() const { return viewer_.get(); }
-
- private:
-  const Context& context_;
-  WebAccess& web_;
-  std::unique_ptr<RawLogViewer> viewer_;
 };
 
 }  // namespace vel

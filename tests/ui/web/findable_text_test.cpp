@@ -60,10 +60,10 @@ TEST_F(FindTest, F3GoesOnAndShiftF3GoesBackAroundTheEnds) {
   EXPECT_EQ(found(), "pos2");
   QTest::keyClick(viewer(), Qt::Key_F3);
   EXPECT_EQ(found(), "POS1");
-  EXPECT_EQ(outcome(), "Went on from the beginning");
+  EXPECT_EQ(outcome(), "Went on from the beginning. 先頭から検索しました。");
   QTest::keyClick(viewer(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_EQ(found(), "pos2");
-  EXPECT_EQ(outcome(), "Went on from the end");
+  EXPECT_EQ(outcome(), "Went on from the end. 末尾から検索しました。");
   QTest::keyClick(viewer(), Qt::Key_F3, Qt::ShiftModifier);
   EXPECT_EQ(found(), "POS1");
   EXPECT_EQ(outcome(), "");

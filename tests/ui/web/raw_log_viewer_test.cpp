@@ -44,7 +44,8 @@ class RawLogViewerTest : public test::WebWindowTest {
   }
   void comeBack() {
     viewer()->activateWindow();
-    QTest::qWait(50);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(viewer()));
+    letWindowRead();
   }
   void append(const std::string& name, const std::string& line) const {
     const std::string before = test::readBytes(base_.folders.eachLogs / (name + ".log"));
@@ -92,7 +93,7 @@ TEST_F(RawLogViewerTest, TwentyThousandLinesShowTheFirstTenThousandAndOne) {
   EXPECT_EQ(viewer()->rawText(), bytes.substr(0, bytes.find("H10002>")));
   auto* label = control<QLabel>("Label1");
   EXPECT_TRUE(label->isVisible());
-  EXPECT_EQ(label->text().remove(QLatin1Char(',')).toStdString(), "First 10001 lines only");
+  EXPECT_EQ(label->text().toStdString(), "First 10,001 lines only 先頭10,001行のみ");
 }
 
 TEST_F(RawLogViewerTest, AWholeLogSaysNothingOfLeftOutLines) {
@@ -112,6 +113,71 @@ TEST_F(RawLogViewerTest, AMissingFileIsSaidAndNoWindowOpens) {
   EXPECT_THAT(desktop_.messages, ElementsAre(kNotFound));
   EXPECT_FALSE(viewer()->isVisible());
   EXPECT_EQ(caption(), "Log browser - " + nativeText(base_.folders.eachLogs / "JA8089.log"));
+}
+
+TEST_F(RawLogViewerTest, AMissingFileIsSaidWithItsOwnCaptionOverAnEmptyText) {
+  writeRawLog("JA8089", rawLine("HDR", "POS") + "\r\n");
+  const std::string folder = nativeText(base_.folders.eachLogs / "");
+  for (const char* name : {"JA1", "../secret"}) {
+    open("JA8089");
+    ASSERT_NE(text(), "");
+    std::string captionThen;
+    std::string textThen = "none";
+    bool visibleThen = false;
+    desktop_.onMessage = [&](const std::string&) {
+      captionThen = caption();
+      textThen = text();
+      visibleThen = viewer()->isVisible();
+    };
+    web_->rawLogs().open(name);
+    EXPECT_EQ(captionThen, "Log browser - " + folder + name + ".log");
+    EXPECT_EQ(textThen, "");
+    EXPECT_TRUE(visibleThen);
+    EXPECT_FALSE(viewer()->isVisible());
+  }
+}
+
+TEST_F(RawLogViewerTest, AHugeLogLeavesTheWindowAliveWhileItLoads) {
+  std::string body;
+  for (int i = 0; i < 100'000; ++i) body += "<CR><VF>";
+  std::string bytes;
+  for (int i = 0; i < 4; ++i) bytes += rawLine("HDR", body + "END") + "\r\n";
+  writeRawLog("JA8089", bytes);
+  int ticks = 0;
+  QTimer ticking;
+  QObject::connect(&ticking, &QTimer::timeout, [&ticks] { ++ticks; });
+  ticking.start(0);
+  web_->rawLogs().open("JA8089");
+  EXPECT_TRUE(viewer()->isVisible());
+  EXPECT_EQ(text(), "");
+  letWindowRead();
+  EXPECT_THAT(text(), testing::EndsWith("END\n\n"));
+  EXPECT_GT(ticks, 40);
+}
+
+TEST_F(RawLogViewerTest, AnotherLogOpenedInTheMiddleIsTheOneThatIsShown) {
+  std::string bytes;
+  for (int i = 0; i < 10'000; ++i) bytes += rawLine("HDR", std::to_string(i)) + "\r\n";
+  writeRawLog("JA8089", bytes);
+  writeRawLog("JA1", rawLine("HDR", "TWO") + "\r\n");
+  web_->rawLogs().open("JA8089");
+  QCoreApplication::processEvents();
+  open("JA1");
+  EXPECT_EQ(text(), shownBlock("HDR", "TWO"));
+  EXPECT_EQ(viewer()->rawText(), rawLine("HDR", "TWO") + "\r\n");
+}
+
+TEST_F(RawLogViewerTest, ClosedInTheMiddleItShowsTheLogWholeTheNextTime) {
+  std::string bytes;
+  for (int i = 0; i < 10'000; ++i) bytes += rawLine("HDR", std::to_string(i)) + "\r\n";
+  writeRawLog("JA8089", bytes);
+  web_->rawLogs().open("JA8089");
+  QCoreApplication::processEvents();
+  viewer()->close();
+  EXPECT_TRUE(program_->context().jobs.isIdle());
+  open("JA8089");
+  EXPECT_THAT(text(), testing::StartsWith(shownBlock("HDR", "0")));
+  EXPECT_THAT(text(), testing::EndsWith(shownBlock("HDR", "9999")));
 }
 
 TEST_F(RawLogViewerTest, AMissingFileClosesTheWindowThatShowsAnotherLog) {
@@ -449,6 +515,7 @@ class RawLogFromAcarsTest : public RawLogViewerTest {
     auto* button = browser_->findChild<QPushButton*>(QStringLiteral("Command7(3)"));
     ASSERT_NE(button, nullptr);
     QTest::mouseClick(button, Qt::LeftButton);
+    letWindowRead();
   }
 
   std::unique_ptr<AcarsBrowser> browser_;
@@ -491,6 +558,7 @@ TEST_F(RawLogFromAcarsTest, TheContextMenuOpensItToo) {
   Q_EMIT browser_->list()->customContextMenuRequested(row);
   EXPECT_TRUE(chosen);
   ASSERT_NE(viewer(), nullptr);
+  letWindowRead();
   EXPECT_TRUE(viewer()->isVisible());
   EXPECT_EQ(text(), shownBlock("HDR", "POS"));
 }

@@ -56,8 +56,12 @@ class WebWindowTest : public testing::Test {
     web_->rawLogs().open(name);
     ASSERT_NE(viewer(), nullptr);
     ASSERT_TRUE(QTest::qWaitForWindowActive(viewer()));
-    // The activation that came with the window has been served by now.
+    letWindowRead();
+  }
+  /// Waits until the window has served its activation and read its log.
+  void letWindowRead() const {
     QTest::qWait(30);
+    ASSERT_TRUE(waitFor([this] { return program_->context().jobs.isIdle(); }));
   }
 
   [[nodiscard]] RawLogViewer* viewer() const { return web_->rawLogs().viewer(); }

@@ -1,0 +1,175 @@
+#include <QDialog>
+#include <QLabel>
+
+#include <gmock/gmock.h>
+
+#include "tables/tables.h"
+#include "tests/ui/web/web_fixture.h"
+#include "web/ui/conffig_dialog.h"
+#include "web/ui/flight_search.h"
+
+namespace vel {
+namespace {
+
+using test::waitFor;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kNoService = "The service velweb can't be started. velwebを起動できません";
+
+/// The flight search and Conffig's Test where the flight page is velweb's.
+class OwnSiteTest : public test::WebWindowTest {
+ protected:
+  void SetUp() override {
+    window_.resize(400, 300);
+    window_.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+  }
+  /// A velweb that runs this shell script.
+  [[nodiscard]] QString script(const std::string& lines) const {
+    const std::filesystem::path file = base_ / "velweb.sh";
+    test::writeBytes(file, "#!/bin/sh\n" + lines + "\n");
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    return QString::fromStdString(file.string());
+  }
+  /// One that says its address after this time, and stays until its pipe closes.
+  [[nodiscard]] QString slowService(const char* seconds) const {
+    return script(std::string("sleep ") + seconds + "\necho http://127.0.0.1:9\ncat > /dev/null");
+  }
+  void use(const QString& velweb) {
+    makeProgram(velweb);
+    tables_.emplace(base_.folders, program_->encoding());
+  }
+  void searchFlight(const char* flight) {
+    openFlightSearch(program_->context(), web_->site(), *tables_, kHomepage,
+                     FlightValues::fromAcars(flight), &window_);
+  }
+  /// The wait's window once it is seen.
+  [[nodiscard]] static QDialog* wait(const QWidget& owner) {
+    QDialog* found = nullptr;
+    EXPECT_TRUE(waitFor([&] {
+      found = owner.findChild<QDialog*>(QStringLiteral("ServiceWait"));
+      return found != nullptr && found->isVisible();
+    }));
+    return found;
+  }
+  static bool waits(const QWidget& owner) {
+    const auto* found = owner.findChild<QDialog*>(QStringLiteral("ServiceWait"));
+    return found != nullptr && found->isVisible();
+  }
+  static void press(const QWidget& owner, const char* name) {
+    auto* button = owner.findChild<QPushButton*>(QString::fromLatin1(name));
+    ASSERT_NE(button, nullptr) << name;
+    QTest::mouseClick(button, Qt::LeftButton);
+  }
+
+  QWidget window_;
+  std::optional<Tables> tables_;
+};
+
+TEST_F(OwnSiteTest, AServiceThatHangsAtItsStartHoldsNoWindowAndCanBeGivenUp) {
+  use(script("exec sleep 60"));
+  searchFlight("BA0007");
+  QDialog* waiting = wait(window_);
+  ASSERT_NE(waiting, nullptr);
+  EXPECT_FALSE(waiting->isModal());
+  int ticks = 0;
+  QTimer ticking;
+  QObject::connect(&ticking, &QTimer::timeout, [&ticks] { ++ticks; });
+  ticking.start(10);
+  EXPECT_TRUE(waitFor([&ticks] { return ticks > 20; }));
+  press(*waiting, "CancelButton");
+  EXPECT_FALSE(waits(window_));
+  // Longer than a start may take.
+  QTest::qWait(5500);
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+  EXPECT_THAT(desktop_.opened, IsEmpty());
+}
+
+TEST_F(OwnSiteTest, EscapeGivesTheWaitUpToo) {
+  use(slowService("1"));
+  searchFlight("BA0007");
+  QDialog* waiting = wait(window_);
+  ASSERT_NE(waiting, nullptr);
+  QTest::keyClick(waiting, Qt::Key_Escape);
+  EXPECT_FALSE(waits(window_));
+  QTest::qWait(1200);
+  EXPECT_THAT(desktop_.opened, IsEmpty());
+}
+
+TEST_F(OwnSiteTest, AServiceThatHangsIsReportedWhenItsTimeIsOver) {
+  use(script("exec sleep 60"));
+  searchFlight("BA0007");
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+  EXPECT_TRUE(waitFor([this] { return !desktop_.messages.empty(); }));
+  EXPECT_THAT(desktop_.messages, ElementsAre(kNoService));
+  EXPECT_THAT(desktop_.opened, IsEmpty());
+  EXPECT_FALSE(waits(window_));
+}
+
+TEST_F(OwnSiteTest, ASlowServiceOpensTheFlightPageWhenItIsThere) {
+  use(slowService("1"));
+  searchFlight("BA0007");
+  EXPECT_NE(wait(window_), nullptr);
+  EXPECT_TRUE(waitFor([this] { return !desktop_.opened.empty(); }));
+  EXPECT_THAT(desktop_.opened, ElementsAre("http://127.0.0.1:9/?F=BA0007"));
+  EXPECT_FALSE(waits(window_));
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+}
+
+TEST_F(OwnSiteTest, OfTwoSearchesThatWaitTheLastOneOpens) {
+  use(slowService("0.3"));
+  searchFlight("BA0007");
+  searchFlight("JL0012");
+  EXPECT_TRUE(waitFor([this] { return !desktop_.opened.empty(); }));
+  QTest::qWait(100);
+  EXPECT_THAT(desktop_.opened, ElementsAre("http://127.0.0.1:9/?F=JL0012"));
+}
+
+TEST_F(OwnSiteTest, AMissingServiceIsSaidAndNothingOpens) {
+  use(QStringLiteral("/nowhere/velweb"));
+  searchFlight("BA0007");
+  EXPECT_TRUE(waitFor([this] { return !desktop_.messages.empty(); }));
+  EXPECT_THAT(desktop_.messages, ElementsAre(kNoService));
+  EXPECT_THAT(desktop_.opened, IsEmpty());
+}
+
+TEST_F(OwnSiteTest, ConffigsTestSaysTheSameWithoutItsSample) {
+  use(QStringLiteral("/nowhere/velweb"));
+  program_->settings().env_FltDefUrl0 = "/?F=";
+  ConffigDialog conffig(program_->context(), web_->site(), &window_);
+  conffig.show();
+  press(conffig, "Command1(1)");
+  EXPECT_TRUE(waitFor([this] { return !desktop_.messages.empty(); }));
+  EXPECT_THAT(desktop_.messages, ElementsAre(kNoService));
+  EXPECT_THAT(desktop_.opened, IsEmpty());
+}
+
+TEST_F(OwnSiteTest, ConffigsTestWaitsForASlowServiceAndOpensItsSample) {
+  use(slowService("1"));
+  program_->settings().env_FltDefUrl0 = "/?F=";
+  ConffigDialog conffig(program_->context(), web_->site(), &window_);
+  conffig.open();
+  press(conffig, "Command1(1)");
+  EXPECT_NE(wait(conffig), nullptr);
+  EXPECT_TRUE(waitFor([this] { return !desktop_.opened.empty(); }));
+  EXPECT_THAT(desktop_.messages, ElementsAre("The sample is opened by using 'BA0007'."));
+  EXPECT_THAT(desktop_.opened, ElementsAre("http://127.0.0.1:9/?F=BA0007"));
+}
+
+TEST_F(OwnSiteTest, ClosingConffigGivesItsTestUp) {
+  use(slowService("0.3"));
+  program_->settings().env_FltDefUrl0 = "/?F=";
+  {
+    ConffigDialog conffig(program_->context(), web_->site(), &window_);
+    conffig.show();
+    press(conffig, "Command1(1)");
+    press(conffig, "CancelButton");
+  }
+  QTest::qWait(700);
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+  EXPECT_THAT(desktop_.opened, IsEmpty());
+}
+
+}  // namespace
+}  // namespace vel
