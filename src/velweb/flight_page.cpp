@@ -88,7 +88,7 @@ std::string airlineSection(const Tables& tables, std::string_view flight) {
 
 std::string sightingsSection(const Tables& tables, std::string_view flight) {
   constexpr std::string_view kTitle = "Latest sightings 最近の受信";
-  const auto sightings = latestSightings(tables.folders(), tables.encoding(), flight);
+  const auto sightings = latestSightings(tables, flight);
   if (sightings.empty()) {
     return section(kTitle,
                    "<p class=\"soft\">None in the newest logs. "

@@ -2,16 +2,22 @@
 
 #include <algorithm>
 #include <deque>
-#include <optional>
+#include <iterator>
+#include <map>
+#include <utility>
 
+#include "acars/list_log.h"
 #include "core/file.h"
 #include "core/helpers.h"
-#include "core/line_reader.h"
+#include "hfdl/hfdl_log.h"
+#include "hfdl/hfdl_row.h"
+#include "log/dated_logs.h"
 #include "velweb/text_scan.h"
 
 namespace vel {
 namespace {
 
+using Clock = std::chrono::steady_clock;
 using Sightings = std::deque<Sighting>;
 
 void keepNewest(Sightings& sightings, Sighting sighting) {
@@ -21,167 +27,146 @@ void keepNewest(Sightings& sightings, Sighting sighting) {
 
 // The newest dated logs with that ending, the newest first.
 std::vector<std::string> newestLogs(const Folders& folders, std::string_view ending) {
-  constexpr std::size_t kDateSize = 8;
-  auto names = listFolder(folders.logs);
-  std::vector<std::string> logs;
-  if (!names) return logs;
-  for (std::string& name : *names) {
-    if (name.size() < kDateSize + ending.size() || !name.starts_with("20")) continue;
-    if (TextScan(name).countDigits() < kDateSize) continue;
-    if (!equalIgnoringCase(std::string_view(name).substr(name.size() - ending.size()), ending)) {
-      continue;
-    }
-    logs.push_back(std::move(name));
-  }
-  std::sort(logs.rbegin(), logs.rend());
-  logs.resize(std::min(logs.size(), kSightingLogs));
-  return logs;
+  std::vector<std::string> names = datedLogs(folders.logs, ending);
+  std::sort(names.rbegin(), names.rend());
+  names.resize(std::min(names.size(), kSightingLogs));
+  return names;
 }
 
-// Calls the visitor with every line, as bytes.
-template <typename Visit>
-void forEachLine(const std::filesystem::path& path, Visit visit) {
-  Result<InputFile> file = InputFile::open(path);
-  if (!file) return;
-  LineReader lines(std::move(*file));
-  while (lines.bytesRead() < kSightingLogBytes) {
-    const auto line = lines.next();
-    if (!line || !*line) return;
-    visit(**line);
+// The day in a log's name as yyyy-mm-dd, or the name itself, less its ending,
+// where it holds no eight digits in a row or with hyphens.
+std::string dayOf(std::string_view name, std::string_view ending) {
+  name.remove_suffix(ending.size());
+  TextScan scan(name);
+  std::string day;
+  for (const std::size_t width : {4U, 2U, 2U}) {
+    if (!day.empty()) scan.take("-");
+    if (scan.countDigits() < width) return std::string(name);
+    if (!day.empty()) day += '-';
+    day += scan.rest().substr(0, width);
+    scan.takeDigits(width);
   }
+  return day;
 }
 
-// Reads list logs: eight fields, the flight first and the time last.
-class ListLogReader {
+class ListLogs {
  public:
-  ListLogReader(const Encoding& encoding, std::string_view flight)
-      : encoding_(encoding), flight_(flight) {}
+  ListLogs(const Tables& tables, std::string_view flight) : tables_(tables), flight_(flight) {
+    filter_.flight = flight_;
+  }
 
-  Sightings read(const std::filesystem::path& path, std::string_view name) {
+  Sightings read(const std::string& name, Clock::time_point deadline) const {
     Sightings found;
-    const std::string date = std::string(name.substr(0, 4)) + "-" + std::string(name.substr(4, 2)) +
-                             "-" + std::string(name.substr(6, 2));
-    forEachLine(path, [&](std::string_view line) {
-      // Most lines are of other flights: they are left before they are split.
-      if (line.find(flight_) == std::string_view::npos) return;
-      const std::vector<std::string_view> fields = split(line, ',');
-      if (fields.size() != 8 || Trim(fields[0]) != flight_) return;
-      keepNewest(found, {date + " " + ZeroPad(encoding_.decode(fields[7]), 8), "ACARS",
-                         encoding_.decode(fields[2]), encoding_.decode(fields[3]),
-                         encoding_.decode(fields[4]), encoding_.decode(fields[5]),
-                         encoding_.decode(fields[6])});
-    });
+    Result<InputFile> file = InputFile::open(tables_.folders().logs / toPath(name));
+    if (!file) return found;
+    ListLogReader reader(std::move(*file), tables_.encoding(), filter_, tables_);
+    const std::string day = dayOf(name, kListLogSuffix);
+    RowStore rows(ListLogReader::kSeparator);
+    bool more = true;
+    while (more && Clock::now() < deadline) {
+      // A deadline that is past: some lines, so that the rows stay few.
+      const Result<bool> step = reader.step(Clock::time_point::min(), rows);
+      more = step && *step;
+      for (std::size_t i = 0; i < rows.size(); ++i) take(rows, i, day, found);
+      rows.clear();
+    }
     return found;
   }
 
  private:
-  const Encoding& encoding_;
-  std::string_view flight_;
+  void take(const RowStore& rows, std::size_t row, const std::string& day, Sightings& found) const {
+    const auto text = [&](ListColumn column) {
+      return tables_.encoding().decode(rows.field(row, static_cast<std::size_t>(column) - 1));
+    };
+    if (text(kListFlight) != flight_) return;
+    keepNewest(found,
+               {day + " " + text(kListTime), "ACARS", text(kListRegistration), text(kListDeparture),
+                text(kListDestination), text(kListEquipment), text(kListRemarks)});
+  }
+
+  const Tables& tables_;
+  std::string flight_;
+  ListFilter filter_;
 };
 
-// Reads formatted HFDL logs: a header line opens a message, a dotted line ends
-// one aircraft's part of it.
-class HfdlLogReader {
+class HfdlLogs {
  public:
-  HfdlLogReader(const Encoding& encoding, std::string_view flight)
-      : encoding_(encoding), flight_(flight) {}
+  HfdlLogs(const Tables& tables, std::string_view flight) : tables_(tables), flight_(flight) {}
 
-  Sightings read(const std::filesystem::path& path) {
-    found_.clear();
-    message_ = {};
-    forEachLine(path, [this](std::string_view line) { readLine(line); });
-    endOfAircraft();
-    return std::move(found_);
+  Sightings read(const std::string& name, Clock::time_point deadline) {
+    Sightings found;
+    Result<InputFile> file = InputFile::open(tables_.folders().logs / toPath(name));
+    if (!file) return found;
+    HfdlReader reader(std::move(*file), tables_.encoding());
+    while (Clock::now() < deadline) {
+      const Result<HfdlReader::Step> step = reader.step();
+      if (!step || *step == HfdlReader::Step::end) break;
+      if (*step == HfdlReader::Step::record && isFlight(reader.record())) {
+        keepNewest(found, sighting(reader.record()));
+      }
+    }
+    return found;
   }
 
  private:
-  struct Message {
-    std::string time;
-    std::string direction;
-    std::string station;
-    bool hasAddress = false;
-    std::string registration;
-    std::string flight;
-  };
-
-  void readLine(std::string_view line) {
-    constexpr std::string_view kHeader = "------------------------[";
-    constexpr std::string_view kEnd = "  ..............................";
-    if (line.find(kHeader) != std::string_view::npos) {
-      endOfAircraft();
-      message_ = {};
-      message_.time = timeOf(line);
-    } else if (line == kEnd) {
-      endOfAircraft();
-    } else if (line == " DOWN LINK") {
-      message_.direction = "D";
-    } else if (line == " UP LINK") {
-      message_.direction = "U";
-    } else if (line.find("  GS NAME         =") != std::string_view::npos) {
-      message_.station = valueFrom(line, 20);
-    } else if (line.find("ICAO24 ADDRESS = ") != std::string_view::npos) {
-      message_.hasAddress = line.size() > 20;
-    } else if (line.find("REGISTRATION   = ") != std::string_view::npos) {
-      message_.registration = valueFrom(line, 21);
-    } else if (line.find("FLIGHT ID      = ") != std::string_view::npos) {
-      message_.flight = valueFrom(line, 21);
-    }
+  bool isFlight(const HfdlRecord& record) {
+    const std::string_view flight = Trim(record.flightId);
+    if (flight == flight_) return true;
+    // Most flights would not be this one whatever the table says.
+    const std::string completed = completedFlight(flight, {});
+    if (flight.empty() || !flight_.ends_with(completed)) return false;
+    return completedFlight(flight, aircraftOf(record.address)) == flight_;
   }
 
-  // The labels are ASCII, so that a value's column is also its place in bytes.
-  static std::string valueFrom(std::string_view line, std::size_t column) {
-    return std::string(line.substr(std::min(line.size(), column - 1)));
+  const Icao24Record& aircraftOf(const std::string& address) {
+    constexpr std::size_t kMostKept = 1000;
+    const auto known = aircraft_.find(address);
+    if (known != aircraft_.end()) return known->second;
+    if (aircraft_.size() == kMostKept) aircraft_.clear();
+    const Result<Icao24Record> found = tables_.Icao24Chk(address);
+    return aircraft_[address] = found ? *found : Icao24Record{};
   }
 
-  static std::string timeOf(std::string_view header) {
-    if (header.size() < 47) return {};
-    std::string time(header.substr(28, 10));
+  static Sighting sighting(const HfdlRecord& record) {
+    std::string time(Trim(record.timeStamp));
     std::replace(time.begin(), time.end(), '/', '-');
-    return time.append(" ").append(header.substr(header.size() - 9, 8));
+    std::string remark = record.direction;
+    if (!remark.empty()) remark += ' ';
+    remark += Trim(record.groundStation);
+    return {std::move(time), "HFDL", record.registration, "", "", "", std::move(remark)};
   }
 
-  void endOfAircraft() {
-    if (message_.hasAddress && Trim(message_.flight) == flight_) {
-      std::string remark = message_.direction;
-      if (!remark.empty()) remark += ' ';
-      remark += encoding_.decode(Trim(message_.station));
-      keepNewest(found_, {encoding_.decode(message_.time), "HFDL",
-                          encoding_.decode(message_.registration), "", "", "", remark});
-    }
-    message_.hasAddress = false;
-    message_.registration.clear();
-    message_.flight.clear();
-  }
-
-  const Encoding& encoding_;
-  std::string_view flight_;
-  Message message_;
-  Sightings found_;
+  const Tables& tables_;
+  std::string flight_;
+  std::map<std::string, Icao24Record> aircraft_;
 };
 
-}  // namespace
-
-std::vector<Sighting> latestSightings(const Folders& folders, const Encoding& encoding,
-                                      std::string_view flight) {
-  const std::optional<std::string> wanted = encoding.encode(Trim(flight));
-  std::vector<Sighting> latest;
-  if (!wanted || wanted->empty()) return latest;
-  const auto collect = [&latest](Sightings found, std::size_t& count) {
+// Reads logs, the newest first, until they gave enough or the time is over.
+template <typename Logs>
+void collect(Logs logs, const std::vector<std::string>& names, Clock::time_point deadline,
+             std::vector<Sighting>& latest) {
+  std::size_t count = 0;
+  for (const std::string& name : names) {
+    Sightings found = logs.read(name, deadline);
     count += found.size();
     latest.insert(latest.end(), std::make_move_iterator(found.begin()),
                   std::make_move_iterator(found.end()));
-    return count < kMostSightings;
-  };
-  std::size_t count = 0;
-  ListLogReader lists(encoding, *wanted);
-  for (const std::string& name : newestLogs(folders, "_list.csv")) {
-    if (!collect(lists.read(folders.logs / toPath(name), name), count)) break;
+    if (count >= kMostSightings) return;
   }
-  count = 0;
-  HfdlLogReader hfdl(encoding, *wanted);
-  for (const std::string& name : newestLogs(folders, "_HFDL_FMT.log")) {
-    if (!collect(hfdl.read(folders.logs / toPath(name)), count)) break;
-  }
+}
+
+}  // namespace
+
+std::vector<Sighting> latestSightings(const Tables& tables, std::string_view flight,
+                                      Clock::duration longest) {
+  const std::string_view wanted = Trim(flight);
+  std::vector<Sighting> latest;
+  if (wanted.empty()) return latest;
+  const Folders& folders = tables.folders();
+  collect(ListLogs(tables, wanted), newestLogs(folders, kListLogSuffix), Clock::now() + longest,
+          latest);
+  collect(HfdlLogs(tables, wanted), newestLogs(folders, kHfdlLogSuffix), Clock::now() + longest,
+          latest);
   std::stable_sort(latest.begin(), latest.end(), [](const Sighting& left, const Sighting& right) {
     return left.time > right.time;
   });

@@ -1,11 +1,11 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "core/folders.h"
-#include "core/text.h"
+#include "tables/tables.h"
 
 namespace vel {
 
@@ -22,15 +22,19 @@ struct Sighting {
 
 /// So many of the newest logs of each decoder are read,
 constexpr std::size_t kSightingLogs = 7;
-/// no further into one of them than so many bytes,
-constexpr std::size_t kSightingLogBytes = std::size_t{128} << 20;
+/// for so long at most, one decoder's after the other's,
+constexpr std::chrono::seconds kSightingTime{5};
 /// and so many sightings are given at most.
 constexpr std::size_t kMostSightings = 30;
 
-/// The latest sightings of a flight, the newest first. The flight has to equal
-/// the logged one, blanks around it aside. Logs that cannot be read give none.
-[[nodiscard]] std::vector<Sighting> latestSightings(const Folders& folders,
-                                                    const Encoding& encoding,
-                                                    std::string_view flight);
+/// The latest sightings of a flight, the newest first, in the logs that the
+/// browsers list, read as the browsers read them. The flight has to equal the
+/// logged one, blanks around it aside; an HFDL flight ID of fewer than five
+/// characters also counts as the flight to which ICAO24.csv completes it. Logs
+/// and tables that cannot be read give none. `longest` is how long each
+/// decoder's logs are read.
+[[nodiscard]] std::vector<Sighting> latestSightings(
+    const Tables& tables, std::string_view flight,
+    std::chrono::steady_clock::duration longest = kSightingTime);
 
 }  // namespace vel

@@ -41,6 +41,7 @@ class Velweb : public testing::Test {
   }
 
   test::TemporaryBase base_;
+  Tables tables_{base_.folders, Encoding::codePage932()};
   VelwebService service_{base_.folders, "CP932", true};
 };
 
@@ -137,7 +138,7 @@ TEST_F(Velweb, OnlyTheNewestSightingsAreShown) {
     base_.writeLog("202611" + std::to_string(day) + "_list.csv",
                    {"JL0012,O,JA" + std::to_string(day) + ",RJTT,KLAX,B77W,-,9:05:00"});
   }
-  const auto sightings = latestSightings(base_.folders, Encoding::codePage932(), "JL0012");
+  const auto sightings = latestSightings(tables_, "JL0012");
   ASSERT_EQ(sightings.size(), kSightingLogs);
   EXPECT_EQ(sightings.front().registration, "JA24");
   EXPECT_EQ(sightings.back().registration, "JA18");
@@ -147,7 +148,7 @@ TEST_F(Velweb, SightingsOfABusyFlightStayFew) {
   std::string log;
   for (int i = 0; i < 5000; ++i) log += "JL0012,O,JA" + std::to_string(i) + ",,,,-,9:05:00\r\n";
   test::writeBytes(base_.folders.logs / "20261120_list.csv", log);
-  const auto sightings = latestSightings(base_.folders, Encoding::codePage932(), "JL0012");
+  const auto sightings = latestSightings(tables_, "JL0012");
   EXPECT_EQ(sightings.size(), kMostSightings);
   EXPECT_THAT(sightings, testing::Contains(testing::Field(&Sighting::registration, "JA4999")));
   EXPECT_THAT(sightings, Not(testing::Contains(testing::Field(&Sighting::registration, "JA1"))));
@@ -162,7 +163,7 @@ TEST_F(Velweb, HfdlSightingsFollowTheMessagesOfTheLog) {
        "  ..............................", "   ICAO24 ADDRESS = 86D2A0",
        "   FLIGHT ID      = JL0012 ", "[3]------------------------[2026/11/20 00:04:00]",
        "   ICAO24 ADDRESS = 86D2A1", "   REGISTRATION   = JA1", "   FLIGHT ID      = JL0012"});
-  const auto sightings = latestSightings(base_.folders, Encoding::codePage932(), "JL0012");
+  const auto sightings = latestSightings(tables_, "JL0012");
   ASSERT_EQ(sightings.size(), 3u);
   EXPECT_EQ(sightings[0].time, "2026-11-20 00:04:00");
   EXPECT_EQ(sightings[0].registration, "JA1");
@@ -170,6 +171,61 @@ TEST_F(Velweb, HfdlSightingsFollowTheMessagesOfTheLog) {
   EXPECT_EQ(sightings[1].time, "2026-11-20 00:03:00");
   EXPECT_EQ(sightings[1].remark, "U Agana, Guam");
   EXPECT_EQ(sightings[2].time, "") << "before the first header";
+}
+
+TEST_F(Velweb, EveryLogThatABrowserListsIsRead) {
+  base_.writeLog("2026-01-01_list.csv", {"JL0012,O,JA1,RJTT,KLAX,B77W,-,9:05:00"});
+  base_.writeLog("20260102_LIST.CSV", {"JL0012,O,JA2,RJTT,KLAX,B77W,-,9:05:00"});
+  base_.writeLog("20-test_list.csv", {"JL0012,O,JA3,RJTT,KLAX,B77W,-,9:05:00"});
+  base_.writeLog("2026-01-03 night_HFDL_FMT.log",
+                 {"[1]------------------------[2026/01/03 00:03:00]", "   ICAO24 ADDRESS = 86D2A0",
+                  "   FLIGHT ID      = JL0012"});
+  base_.writeLog("other_list.csv", {"JL0012,O,JA4,RJTT,KLAX,B77W,-,9:05:00"});
+  const auto sightings = latestSightings(tables_, "JL0012");
+  ASSERT_EQ(sightings.size(), 4u);
+  EXPECT_EQ(sightings[0].time, "2026-01-03 00:03:00");
+  EXPECT_EQ(sightings[1].time, "2026-01-02 09:05:00");
+  EXPECT_EQ(sightings[2].time, "2026-01-01 09:05:00");
+  EXPECT_EQ(sightings[3].time, "20-test 09:05:00") << "the name tells no day";
+}
+
+TEST_F(Velweb, AHeaderLineAndLinesOfAnotherLengthAreNoSightings) {
+  base_.writeLog("20261120_list.csv",
+                 {"Flight No.,Pict,Regist.,Dept.,Dest.,Equipment,Remarks,Time",
+                  "JL0012,O,JA1,RJTT,KLAX,B77W,-,9:05:00,more", "xJL0012,O,JA2,,,,,9:05:00",
+                  "JL0013,O,JL0012,JL0012,,,JL0012,9:05:00"});
+  EXPECT_TRUE(latestSightings(tables_, "JL0012").empty());
+  EXPECT_TRUE(latestSightings(tables_, "Flight No.").empty());
+}
+
+TEST_F(Velweb, AShortHfdlFlightIsFoundAsTheTableCompletesIt) {
+  base_.writeData("ICAO24.csv", {"86D2A0,JAL,JL,JA733J,B77W", "86D2A1,ANA,NH,JA1,B77W"});
+  base_.writeLog("202611200000_HFDL_FMT.log",
+                 {"[1]------------------------[2026/11/20 00:01:00]", "   ICAO24 ADDRESS = 86D2A0",
+                  "   REGISTRATION   = JA733J", "   FLIGHT ID      = 123",
+                  "[1]------------------------[2026/11/20 00:02:00]", "   ICAO24 ADDRESS = 86D2A1",
+                  "   FLIGHT ID      = 123", "[1]------------------------[2026/11/20 00:03:00]",
+                  "   ICAO24 ADDRESS = 86D2A2", "   FLIGHT ID      = 123",
+                  "[1]------------------------[2026/11/20 00:04:00]", "   ICAO24 ADDRESS = 86D2A0",
+                  "   FLIGHT ID      = 0123 ", "[1]------------------------[2026/11/20 00:05:00]",
+                  "   ICAO24 ADDRESS = 86D2A0", "   FLIGHT ID      = 00123"});
+  const auto times = [this](std::string_view flight) {
+    std::vector<std::string> found;
+    for (const Sighting& sighting : latestSightings(tables_, flight))
+      found.push_back(sighting.time);
+    return found;
+  };
+  EXPECT_THAT(times("JL0123"), testing::ElementsAre("2026-11-20 00:04:00", "2026-11-20 00:01:00"));
+  EXPECT_THAT(times("NH0123"), testing::ElementsAre("2026-11-20 00:02:00"));
+  EXPECT_EQ(times("123").size(), 3u) << "as it was received";
+  std::filesystem::remove(base_.folders.data / "ICAO24.csv");
+  EXPECT_TRUE(times("JL0123").empty());
+}
+
+TEST_F(Velweb, LogsAreReadForALimitedTime) {
+  base_.writeLog("20261120_list.csv", {"JL0012,O,JA1,RJTT,KLAX,B77W,-,9:05:00"});
+  EXPECT_EQ(latestSightings(tables_, "JL0012").size(), 1u);
+  EXPECT_TRUE(latestSightings(tables_, "JL0012", std::chrono::seconds(-1)).empty());
 }
 
 TEST_F(Velweb, WrongPathsAndMethodsAreRefused) {
