@@ -4,6 +4,8 @@
 #include <chrono>
 #include <utility>
 
+#include <pugixml.hpp>
+
 #include "velweb/markup.h"
 #include "velweb/text_scan.h"
 
@@ -15,6 +17,17 @@ constexpr std::size_t kLongestLine = std::size_t{64} << 10;
 constexpr double kMetresPerFoot = 0.3048;
 constexpr int kCoordinateDecimals = 6;
 constexpr std::size_t kMostNames = 12;
+
+class TextWriter : public pugi::xml_writer {
+ public:
+  void write(const void* data, std::size_t size) override {
+    text_.append(static_cast<const char*>(data), size);
+  }
+  std::string text() && { return std::move(text_); }
+
+ private:
+  std::string text_;
+};
 
 std::optional<std::string> timeAt(std::string_view text) {
   TextScan scan(text);
@@ -71,11 +84,13 @@ std::string joinedWithBlank(std::string_view first, std::string_view second) {
   return joined.append(second);
 }
 
-std::string element(std::string_view name, std::string_view text) {
-  std::string made = "<";
-  made.append(name).append(">").append(markupText(text));
-  return made.append("</").append(name).append(">");
+pugi::xml_node addText(pugi::xml_node parent, const char* name, std::string_view text) {
+  pugi::xml_node node = parent.append_child(name);
+  node.text().set(plainText(text).c_str());
+  return node;
 }
+
+void addLineBreak(pugi::xml_node parent) { parent.append_child(pugi::node_pcdata).set_value("\n"); }
 
 std::string coordinates(const Position& position) {
   std::string text = fixedNumber(position.longitude, kCoordinateDecimals) + "," +
@@ -87,45 +102,71 @@ std::string coordinates(const Position& position) {
 }
 
 // What was measured above sea level stands there; the rest lies on the ground.
-std::string altitudeMode(bool hasAltitude) {
-  return element("altitudeMode", hasAltitude ? "absolute" : "clampToGround");
+void addAltitudeMode(pugi::xml_node geometry, bool hasAltitude) {
+  addText(geometry, "altitudeMode", hasAltitude ? "absolute" : "clampToGround");
 }
 
-std::string dataElement(std::string_view name, std::string_view value) {
-  if (value.empty()) return {};
-  return "<Data name=\"" + std::string(name) + "\">" + element("value", value) + "</Data>";
+void addData(pugi::xml_node extendedData, const char* name, std::string_view value) {
+  if (value.empty()) return;
+  pugi::xml_node data = extendedData.append_child("Data");
+  data.append_attribute("name") = name;
+  addText(data, "value", value);
 }
 
-void appendPlacemark(std::string& kml, const TrackPoint& point) {
+void addPlacemark(pugi::xml_node document, const TrackPoint& point) {
   const std::string altitude =
       point.position.altitudeFeet ? std::to_string(*point.position.altitudeFeet) : "";
   std::string time = point.time;
   std::replace(time.begin(), time.end(), 'T', ' ');
-  kml += "<Placemark>" + element("name", joinedWithBlank(point.flight, time));
-  if (!point.time.empty()) kml += "<TimeStamp>" + element("when", point.time) + "</TimeStamp>";
-  kml += "<styleUrl>#report</styleUrl>";
-  kml += "<ExtendedData>" + dataElement("time", time) + dataElement("flight", point.flight) +
-         dataElement("registration", point.registration) + dataElement("label", point.label) +
-         dataElement("altitude_ft", altitude) + "</ExtendedData>";
-  kml += "<Point>" + altitudeMode(!altitude.empty()) +
-         element("coordinates", coordinates(point.position)) + "</Point></Placemark>\n";
+  pugi::xml_node placemark = document.append_child("Placemark");
+  addText(placemark, "name", joinedWithBlank(point.flight, time));
+  if (!point.time.empty()) addText(placemark.append_child("TimeStamp"), "when", point.time);
+  addText(placemark, "styleUrl", "#report");
+  pugi::xml_node data = placemark.append_child("ExtendedData");
+  addData(data, "time", time);
+  addData(data, "flight", point.flight);
+  addData(data, "registration", point.registration);
+  addData(data, "label", point.label);
+  addData(data, "altitude_ft", altitude);
+  pugi::xml_node geometry = placemark.append_child("Point");
+  addAltitudeMode(geometry, !altitude.empty());
+  addText(geometry, "coordinates", coordinates(point.position));
 }
 
 // A line needs two ends. It keeps altitudes only where every point has one:
 // points on the ground between points in the air would draw towers.
-void appendLine(std::string& kml, const Track& track) {
+void addLine(pugi::xml_node document, const Track& track) {
   if (track.points.size() < 2) return;
   const bool allHigh =
       std::all_of(track.points.begin(), track.points.end(),
                   [](const TrackPoint& point) { return point.position.altitudeFeet.has_value(); });
-  kml += "<Placemark><name>Track</name><styleUrl>#track</styleUrl><LineString>";
-  kml += "<tessellate>1</tessellate>" + altitudeMode(allHigh) + "<coordinates>\n";
+  std::string tuples = "\n";
   for (const TrackPoint& point : track.points) {
     Position position = point.position;
     if (!allHigh) position.altitudeFeet.reset();
-    kml += coordinates(position) + "\n";
+    tuples += coordinates(position) + "\n";
   }
-  kml += "</coordinates></LineString></Placemark>\n";
+  pugi::xml_node placemark = document.append_child("Placemark");
+  addText(placemark, "name", "Track");
+  addText(placemark, "styleUrl", "#track");
+  pugi::xml_node line = placemark.append_child("LineString");
+  addText(line, "tessellate", "1");
+  addAltitudeMode(line, allHigh);
+  line.append_child("coordinates").text().set(tuples.c_str());
+}
+
+void addStyles(pugi::xml_node document) {
+  pugi::xml_node report = document.append_child("Style");
+  report.append_attribute("id") = "report";
+  addText(report.append_child("IconStyle"), "scale", "0.7");
+  addText(report.append_child("LabelStyle"), "scale", "0.7");
+  addLineBreak(document);
+  pugi::xml_node track = document.append_child("Style");
+  track.append_attribute("id") = "track";
+  pugi::xml_node line = track.append_child("LineStyle");
+  addText(line, "color", "ff00a5ff");
+  addText(line, "width", "2");
+  addLineBreak(document);
 }
 
 std::string description(const Track& track) {
@@ -165,20 +206,35 @@ std::string kmlDocument(const Track& track) {
   std::string name =
       joinedWithBlank(registrations, flights.empty() ? std::string() : "(" + flights + ")");
   if (name.empty()) name = "No position reports. 位置通報はありません";
-  std::string kml =
-      "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<kml xmlns=\"http://www.opengis.net/kml/2.2\">\n<Document>\n";
-  kml.reserve(kml.size() + track.points.size() * 600);
-  kml += element("name", name) + "\n<open>1</open>\n";
-  kml += element("description", description(track)) + "\n";
-  kml +=
-      "<Style id=\"report\"><IconStyle><scale>0.7</scale></IconStyle>"
-      "<LabelStyle><scale>0.7</scale></LabelStyle></Style>\n"
-      "<Style id=\"track\"><LineStyle><color>ff00a5ff</color><width>2</width></LineStyle>"
-      "</Style>\n";
-  for (const TrackPoint& point : track.points) appendPlacemark(kml, point);
-  appendLine(kml, track);
-  return kml += "</Document>\n</kml>\n";
+  pugi::xml_document xml;
+  pugi::xml_node declaration = xml.append_child(pugi::node_declaration);
+  declaration.append_attribute("version") = "1.0";
+  declaration.append_attribute("encoding") = "UTF-8";
+  addLineBreak(xml);
+  pugi::xml_node kml = xml.append_child("kml");
+  kml.append_attribute("xmlns") = "http://www.opengis.net/kml/2.2";
+  addLineBreak(kml);
+  pugi::xml_node document = kml.append_child("Document");
+  addLineBreak(document);
+  addText(document, "name", name);
+  addLineBreak(document);
+  addText(document, "open", "1");
+  addLineBreak(document);
+  addText(document, "description", description(track));
+  addLineBreak(document);
+  addStyles(document);
+  for (const TrackPoint& point : track.points) {
+    addPlacemark(document, point);
+    addLineBreak(document);
+  }
+  addLine(document, track);
+  if (track.points.size() > 1) addLineBreak(document);
+  addLineBreak(kml);
+  addLineBreak(xml);
+  TextWriter writer;
+  // One placemark a line, as the line breaks above have it, and no others.
+  xml.save(writer, "", pugi::format_raw, pugi::encoding_utf8);
+  return std::move(writer).text();
 }
 
 void TrackReader::add(std::string_view bytes) {

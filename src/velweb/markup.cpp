@@ -55,7 +55,7 @@ bool isControl(char32_t code) {
 
 }  // namespace
 
-std::string markupText(std::string_view utf8) {
+std::string plainText(std::string_view utf8) {
   std::string text;
   text.reserve(utf8.size());
   while (!utf8.empty()) {
@@ -65,7 +65,21 @@ std::string markupText(std::string_view utf8) {
       utf8.remove_prefix(1);
       continue;
     }
-    switch (character.code) {
+    if (isControl(character.code)) {
+      text += ' ';
+    } else {
+      text += utf8.substr(0, character.size);
+    }
+    utf8.remove_prefix(character.size);
+  }
+  return text;
+}
+
+std::string markupText(std::string_view utf8) {
+  std::string text;
+  text.reserve(utf8.size());
+  for (const char c : plainText(utf8)) {
+    switch (c) {
       case '&':
         text += "&amp;";
         break;
@@ -82,13 +96,8 @@ std::string markupText(std::string_view utf8) {
         text += "&#39;";
         break;
       default:
-        if (isControl(character.code)) {
-          text += ' ';
-        } else {
-          text += utf8.substr(0, character.size);
-        }
+        text += c;
     }
-    utf8.remove_prefix(character.size);
   }
   return text;
 }

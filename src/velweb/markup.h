@@ -5,10 +5,13 @@
 
 namespace vel {
 
-/// Text for a place between tags or in quotes, in XML and in HTML: valid UTF-8
-/// whatever came in (ill-formed bytes give U+FFFD each), `& < > " '` as
-/// entities, and a blank for every control character and every code point that
-/// XML does not allow.
+/// The text as a document may hold it: valid UTF-8 whatever came in (ill-formed
+/// bytes give U+FFFD each), and a blank for every control character and every
+/// code point that XML does not allow.
+[[nodiscard]] std::string plainText(std::string_view utf8);
+
+/// Plain text for a place between tags or in quotes in HTML: `& < > " '` are
+/// entities. (XML is escaped by the library that writes it.)
 [[nodiscard]] std::string markupText(std::string_view utf8);
 
 /// The number with exactly so many decimals, a full stop and no "-0".

@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/test_files.h"
-#include "tests/velweb/xml_tree.h"
+#include "tests/velweb/documents.h"
 
 namespace vel {
 namespace {
@@ -57,19 +57,18 @@ const std::map<std::string, std::vector<std::string>> kSequences = {
     {"LineStyle", {"color", "width"}},
 };
 
-void expectOrder(const test::XmlElement& element) {
-  const auto allowed = kSequences.find(element.name);
+void expectOrder(const pugi::xml_node& element) {
+  const auto allowed = kSequences.find(element.name());
   std::size_t at = 0;
-  for (const auto& child : element.children) {
-    ASSERT_NE(allowed, kSequences.end()) << element.name << " must not have children";
+  for (const pugi::xml_node& child : element.children()) {
+    if (child.type() == pugi::node_pcdata) continue;
+    const std::string name = child.name();
+    ASSERT_NE(allowed, kSequences.end()) << element.name() << " must not have children";
     const auto& sequence = allowed->second;
-    while (at < sequence.size() && sequence[at] != child->name &&
-           sequence[at] != child->name + "*") {
-      ++at;
-    }
-    ASSERT_LT(at, sequence.size()) << child->name << " is out of its place in " << element.name;
+    while (at < sequence.size() && sequence[at] != name && sequence[at] != name + "*") ++at;
+    ASSERT_LT(at, sequence.size()) << name << " is out of its place in " << element.name();
     if (!sequence[at].ends_with('*')) ++at;
-    expectOrder(*child);
+    expectOrder(child);
   }
 }
 
@@ -90,40 +89,43 @@ void expectTuples(const std::string& text, std::size_t fewest) {
   EXPECT_GE(count, fewest);
 }
 
-// The document as a tree, after everything that KML 2.2 asks of it was checked.
-std::unique_ptr<test::XmlElement> checkedKml(const std::string& kml) {
+// The element Document, after everything that KML 2.2 asks was checked.
+pugi::xml_node checkedKml(const std::string& kml, pugi::xml_document& xml) {
   EXPECT_EQ(test::textProblem(kml), "");
   EXPECT_TRUE(kml.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"));
-  std::string problem;
-  auto root = test::parseXml(kml, problem);
-  EXPECT_NE(root, nullptr) << problem;
-  if (!root) return nullptr;
-  EXPECT_EQ(root->name, "kml");
-  EXPECT_EQ(root->attributes["xmlns"], "http://www.opengis.net/kml/2.2");
-  expectOrder(*root);
-  const test::XmlElement* document = root->child("Document");
-  EXPECT_NE(document, nullptr);
-  if (!document) return nullptr;
+  EXPECT_EQ(test::readXml(kml, xml), "");
+  const pugi::xml_node root = xml.document_element();
+  EXPECT_STREQ(root.name(), "kml");
+  EXPECT_STREQ(root.attribute("xmlns").value(), "http://www.opengis.net/kml/2.2");
+  expectOrder(root);
+  const pugi::xml_node document = root.child("Document");
+  EXPECT_TRUE(document);
   std::vector<std::string> styles;
-  for (const auto* style : document->all("Style"))
-    styles.push_back("#" + style->attributes.at("id"));
-  for (const auto* placemark : document->all("Placemark")) {
-    const auto* url = placemark->child("styleUrl");
-    EXPECT_NE(url, nullptr);
-    if (url != nullptr) {
-      EXPECT_THAT(styles, testing::Contains(url->text));
-    }
-    const auto* point = placemark->child("Point");
-    const auto* path = placemark->child("LineString");
-    EXPECT_TRUE((point != nullptr) != (path != nullptr)) << "one geometry";
-    for (const auto* geometry : {point, path}) {
+  for (const pugi::xml_node& style : document.children("Style"))
+    styles.push_back("#" + std::string(style.attribute("id").value()));
+  for (const pugi::xml_node& placemark : document.children("Placemark")) {
+    EXPECT_THAT(styles, testing::Contains(placemark.child_value("styleUrl")));
+    const pugi::xml_node point = placemark.child("Point");
+    const pugi::xml_node path = placemark.child("LineString");
+    EXPECT_TRUE(point.empty() != path.empty()) << "one geometry";
+    for (const pugi::xml_node& geometry : {point, path}) {
       if (!geometry) continue;
-      EXPECT_THAT(geometry->child("altitudeMode")->text,
-                  testing::AnyOf("absolute", "clampToGround"));
-      expectTuples(geometry->child("coordinates")->text, geometry == path ? 2 : 1);
+      EXPECT_THAT(geometry.child_value("altitudeMode"),
+                  testing::AnyOf(testing::StrEq("absolute"), testing::StrEq("clampToGround")));
+      expectTuples(geometry.child_value("coordinates"), geometry == path ? 2 : 1);
     }
   }
-  return root;
+  return document;
+}
+
+void checkKml(const std::string& kml) {
+  pugi::xml_document xml;
+  checkedKml(kml, xml);
+}
+
+std::vector<pugi::xml_node> allOf(const pugi::xml_node& parent, const char* name) {
+  const auto found = parent.children(name);
+  return {found.begin(), found.end()};
 }
 
 TEST(Kml, APlacemarkForEachReportAndALineThroughThem) {
@@ -165,14 +167,14 @@ TEST(Kml, APlacemarkForEachReportAndALineThroughThem) {
             "</coordinates></LineString></Placemark>\n"
             "</Document>\n"
             "</kml>\n");
-  checkedKml(kmlDocument(trackOf(kTwoReports)));
+  checkKml(kmlDocument(trackOf(kTwoReports)));
 }
 
 TEST(Kml, TheLineKeepsAltitudesWhereEveryReportHasOne) {
   const std::string kml =
       kmlDocument(trackOf(line("2026/11/20 01:00:11", "20", "POSN23457W159037,,211733,360,OTT") +
                           line("2026/11/20 01:10:11", "20", "POSN24457W158037,,212733,370,OTT")));
-  checkedKml(kml);
+  checkKml(kml);
   EXPECT_THAT(kml, HasSubstr("<LineString><tessellate>1</tessellate>"
                              "<altitudeMode>absolute</altitudeMode><coordinates>\n"
                              "-159.061667,23.761667,10972.8\n"
@@ -182,21 +184,21 @@ TEST(Kml, TheLineKeepsAltitudesWhereEveryReportHasOne) {
 TEST(Kml, ALogWithoutPositionsGivesADocumentThatSaysSo) {
   for (const std::string& log : {std::string(), std::string("a line in another form\r\n"),
                                  line("2026/11/20 01:00:11", "Q0", "")}) {
-    const auto root = checkedKml(kmlDocument(trackOf(log)));
-    ASSERT_NE(root, nullptr);
-    EXPECT_EQ(root->child("Document")->child("name")->text,
-              "No position reports. 位置通報はありません");
-    EXPECT_TRUE(root->child("Document")->all("Placemark").empty());
+    pugi::xml_document xml;
+    const pugi::xml_node document = checkedKml(kmlDocument(trackOf(log)), xml);
+    EXPECT_STREQ(document.child_value("name"), "No position reports. 位置通報はありません");
+    EXPECT_TRUE(allOf(document, "Placemark").empty());
   }
 }
 
 TEST(Kml, OneReportGivesNoLine) {
-  const auto root = checkedKml(
-      kmlDocument(trackOf(line("2026/11/20 01:00:11", "20", "POSN23457W159037,,211733,360,OTT"))));
-  ASSERT_NE(root, nullptr);
-  const auto placemarks = root->child("Document")->all("Placemark");
+  pugi::xml_document xml;
+  const pugi::xml_node document = checkedKml(
+      kmlDocument(trackOf(line("2026/11/20 01:00:11", "20", "POSN23457W159037,,211733,360,OTT"))),
+      xml);
+  const auto placemarks = allOf(document, "Placemark");
   ASSERT_EQ(placemarks.size(), 1u);
-  EXPECT_EQ(placemarks[0]->child("LineString"), nullptr);
+  EXPECT_FALSE(placemarks[0].child("LineString"));
 }
 
 TEST(Kml, TextsFromTheAirAreEscapedAndCleaned) {
@@ -205,14 +207,13 @@ TEST(Kml, TextsFromTheAirAreEscapedAndCleaned) {
                                "<&>\"']", "]]></n") +
                           line("2026/11/20 01:00:11 \x01\x1B", "20", "POSN23457W159037",
                                "\x01\xFF\x80\x1B.\x7F", "\x82\xA0\x83\x41\xB1\xB2\xB3\xB4")));
-  const auto root = checkedKml(kml);
-  ASSERT_NE(root, nullptr);
-  const auto placemarks = root->child("Document")->all("Placemark");
+  pugi::xml_document xml;
+  const auto placemarks = allOf(checkedKml(kml, xml), "Placemark");
   ASSERT_EQ(placemarks.size(), 3u);
-  const auto data = placemarks[0]->child("ExtendedData")->all("Data");
-  EXPECT_EQ(data[1]->child("value")->text, "]]></n");
-  EXPECT_EQ(data[2]->child("value")->text, "<&>\"']");
-  EXPECT_THAT(placemarks[1]->child("name")->text, testing::StartsWith("あアｱ"));
+  const auto data = allOf(placemarks[0].child("ExtendedData"), "Data");
+  EXPECT_STREQ(data[1].child_value("value"), "]]></n");
+  EXPECT_STREQ(data[2].child_value("value"), "<&>\"']");
+  EXPECT_THAT(placemarks[1].child_value("name"), testing::StartsWith("あアｱ"));
 }
 
 TEST(Kml, PaddingOfNamesIsDropped) {
@@ -236,12 +237,12 @@ TEST(Kml, TheTimeComesFromTheReceiveHeader) {
 }
 
 TEST(Kml, AReportWithoutATimeHasNoTimeStamp) {
-  const auto root =
-      checkedKml(kmlDocument(trackOf(line("HDR", "20", "POSN23457W159037,,211733,360,OTT"))));
-  ASSERT_NE(root, nullptr);
-  const auto* placemark = root->child("Document")->child("Placemark");
-  EXPECT_EQ(placemark->child("TimeStamp"), nullptr);
-  EXPECT_EQ(placemark->child("name")->text, "QS2697");
+  pugi::xml_document xml;
+  const pugi::xml_node placemark =
+      checkedKml(kmlDocument(trackOf(line("HDR", "20", "POSN23457W159037,,211733,360,OTT"))), xml)
+          .child("Placemark");
+  EXPECT_FALSE(placemark.child("TimeStamp"));
+  EXPECT_STREQ(placemark.child_value("name"), "QS2697");
 }
 
 TEST(Kml, PiecesOfAnySizeGiveTheSameTrack) {
@@ -293,7 +294,7 @@ TEST(Kml, RandomBytesGiveAValidDocument) {
       state = state * 1664525u + 1013904223u;
       log[(state >> 8) % log.size()] = static_cast<char>(state >> 24);
     }
-    checkedKml(kmlDocument(trackOf(log)));
+    checkKml(kmlDocument(trackOf(log)));
     if (testing::Test::HasFailure()) break;
   }
 }
