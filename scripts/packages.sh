@@ -3,13 +3,13 @@
 build_packages=(
   g++ cmake ninja-build ccache pkg-config
   qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev
-  libcpp-httplib-dev libcli11-dev libpugixml-dev
+  libmicrohttpd-dev libcli11-dev libpugixml-dev
   fonts-ipafont-gothic fonts-ipafont-mincho
 )
 run_packages=("${build_packages[@]}" xdg-utils)
 test_packages=(
   "${build_packages[@]}"
-  libgtest-dev libgmock-dev libbenchmark-dev
+  libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
   libxml2-utils ripgrep mawk xvfb xauth openbox xdotool x11-utils
 )
 windows_test_packages=(

@@ -1,151 +1,321 @@
 #include "velweb/http_server.h"
 
-#include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
+#include <charconv>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
 
-#include <poll.h>
+#include <microhttpd.h>
+#include <netdb.h>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include "core/file.h"
+#include "velweb/client_watch.h"
 
 namespace vel {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using std::chrono::milliseconds;
+// What a client may go on sending behind a refused or too large body, so that
+// it comes to read the answer.
+constexpr std::size_t kMostIgnored = std::size_t{256} << 20;
+constexpr std::size_t kWorkers = 8;
 
-// A client's connection with its limits. What is over a limit looks to the
-// library like a connection that broke.
-class BoundedStream : public httplib::Stream {
- public:
-  BoundedStream(socket_t socket, const ClientLimits& limits)
-      : socket_(socket), limits_(limits), start_(Clock::now()) {}
+constexpr std::array<std::pair<const char*, const char*>, 5> kHeaders = {{
+    {MHD_HTTP_HEADER_CONTENT_SECURITY_POLICY,
+     "default-src 'none'; style-src 'unsafe-inline'; form-action 'self'; "
+     "base-uri 'none'; frame-ancestors 'none'"},
+    {"X-Content-Type-Options", "nosniff"},
+    {"Referrer-Policy", "no-referrer"},
+    {MHD_HTTP_HEADER_CACHE_CONTROL, "no-store"},
+    {MHD_HTTP_HEADER_CONNECTION, "close"},
+}};
 
-  [[nodiscard]] bool is_readable() const override {
-    return begin_ < end_ || wait(POLLIN, milliseconds(0));
-  }
-  [[nodiscard]] bool is_writable() const override { return wait(POLLOUT, timeLeft()); }
-
-  ssize_t read(char* data, std::size_t size) override {
-    if (inHeader_ && headerBytes_ >= limits_.headerBytes) return -1;
-    if (begin_ == end_) {
-      if (!wait(POLLIN, timeLeft())) return -1;
-      const ssize_t received = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
-      if (received <= 0) return received;
-      begin_ = 0;
-      end_ = static_cast<std::size_t>(received);
+// A socket that listens on the address, or -1.
+int listeningSocket(const std::string& host, int port) {
+  constexpr int kBacklog = 256;
+  addrinfo hints{};
+  hints.ai_family = AF_UNSPEC;
+  hints.ai_socktype = SOCK_STREAM;
+  hints.ai_flags = AI_NUMERICSERV;
+  addrinfo* found = nullptr;
+  if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) return -1;
+  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(found, ::freeaddrinfo);
+  for (const addrinfo* address = found; address != nullptr; address = address->ai_next) {
+    const int socket = ::socket(address->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (socket < 0) continue;
+    const int on = 1;
+    if (::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) == 0 &&
+        ::bind(socket, address->ai_addr, address->ai_addrlen) == 0 &&
+        ::listen(socket, kBacklog) == 0) {
+      return socket;
     }
-    // The library reads a header byte by byte, so that its end is seen here.
-    const std::size_t count = inHeader_ ? 1 : std::min(size, end_ - begin_);
-    std::memcpy(data, buffer_.data() + begin_, count);
-    begin_ += count;
-    if (inHeader_) watchHeader(*data);
-    return static_cast<ssize_t>(count);
+    static_cast<void>(::close(socket));
   }
+  return -1;
+}
 
-  ssize_t write(const char* data, std::size_t size) override {
-    if (!wait(POLLOUT, timeLeft())) return -1;
-    return ::send(socket_, data, size, MSG_NOSIGNAL);
+// The port on which a socket listens, or -1.
+int portOf(int socket) {
+  sockaddr_storage address{};
+  socklen_t size = sizeof address;
+  std::array<char, NI_MAXSERV> port{};
+  if (::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0 ||
+      ::getnameinfo(reinterpret_cast<const sockaddr*>(&address), size, nullptr, 0, port.data(),
+                    port.size(), NI_NUMERICSERV) != 0) {
+    return -1;
   }
+  return std::stoi(port.data());
+}
 
-  void get_remote_ip_and_port(std::string& ip, int& port) const override {
-    ip.clear();
-    port = 0;
-  }
-  void get_local_ip_and_port(std::string& ip, int& port) const override {
-    ip.clear();
-    port = 0;
-  }
-  [[nodiscard]] socket_t socket() const override { return socket_; }
-
-  // Tells the client that the answer is complete and takes what it still
-  // sends: a close with unread bytes would throw the answer away.
-  void endGently() {
-    constexpr std::size_t kMostDrained = std::size_t{256} << 20;
-    constexpr milliseconds kLinger(1000);
-    if (::shutdown(socket_, SHUT_WR) != 0) return;
-    std::size_t drained = 0;
-    while (drained < kMostDrained && wait(POLLIN, std::min(timeLeft(), kLinger))) {
-      const ssize_t received = ::recv(socket_, buffer_.data(), buffer_.size(), 0);
-      if (received <= 0) return;
-      drained += static_cast<std::size_t>(received);
-    }
-  }
-
- private:
-  void watchHeader(char byte) {
-    ++headerBytes_;
-    if (byte == '\n') {
-      inHeader_ = !lineIsEmpty_;
-      lineIsEmpty_ = true;
-    } else if (byte != '\r') {
-      lineIsEmpty_ = false;
-    }
-  }
-
-  [[nodiscard]] milliseconds timeLeft() const {
-    const auto end =
-        start_ + (inHeader_ ? std::min(limits_.header, limits_.request) : limits_.request);
-    const auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now());
-    return std::clamp<milliseconds>(left, milliseconds(0), limits_.silence);
-  }
-
-  [[nodiscard]] bool wait(short event, milliseconds most) const {
-    pollfd watched{socket_, event, 0};
-    const auto end = Clock::now() + most;
-    while (true) {
-      const auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now());
-      const int ready =
-          ::poll(&watched, 1, static_cast<int>(std::max<milliseconds::rep>(0, left.count())));
-      if (ready >= 0 || errno != EINTR) return ready > 0;
-    }
-  }
-
-  socket_t socket_;
-  const ClientLimits& limits_;
-  Clock::time_point start_;
-  std::array<char, 16384> buffer_{};
-  std::size_t begin_ = 0;
-  std::size_t end_ = 0;
-  bool inHeader_ = true;
-  bool lineIsEmpty_ = false;
-  std::size_t headerBytes_ = 0;
+// One request and what became of it.
+struct Exchange {
+  std::string target;
+  WebRequest request;
+  std::optional<WebResponse> answer;
+  std::optional<Conversion> conversion;
+  std::size_t ignored = 0;
+  bool began = false;
+  bool isBeingAnswered = false;
 };
+
+// More than one Host, as none, is no name that could be trusted.
+std::string hostOf(MHD_Connection* connection) {
+  std::vector<std::string> hosts;
+  const auto take = [](void* list, MHD_ValueKind, const char* key, const char* value) {
+    if (equalIgnoringCase(key, MHD_HTTP_HEADER_HOST)) {
+      static_cast<std::vector<std::string>*>(list)->emplace_back(value == nullptr ? "" : value);
+    }
+    return MHD_YES;
+  };
+  MHD_get_connection_values(connection, MHD_HEADER_KIND, take, &hosts);
+  return hosts.size() == 1 ? hosts.front() : "";
+}
+
+std::string headerOf(MHD_Connection* connection, const char* name) {
+  const char* value = MHD_lookup_connection_value(connection, MHD_HEADER_KIND, name);
+  return value == nullptr ? "" : value;
+}
+
+MHD_Result send(MHD_Connection* connection, const WebResponse& answer) {
+  // The library's buffer parameter is not const, but it only copies from it.
+  MHD_Response* response = MHD_create_response_from_buffer(
+      answer.body.size(), const_cast<char*>(answer.body.data()), MHD_RESPMEM_MUST_COPY);
+  if (response == nullptr) return MHD_NO;
+  bool complete = true;
+  const auto add = [&](const char* name, const char* value) {
+    complete = MHD_add_response_header(response, name, value) == MHD_YES && complete;
+  };
+  for (const auto& [name, value] : kHeaders) add(name, value);
+  add(MHD_HTTP_HEADER_CONTENT_TYPE, answer.contentType.c_str());
+  if (!answer.allow.empty()) add(MHD_HTTP_HEADER_ALLOW, answer.allow.c_str());
+  const MHD_Result queued =
+      complete ? MHD_queue_response(connection, static_cast<unsigned>(answer.status), response)
+               : MHD_NO;
+  MHD_destroy_response(response);
+  return queued;
+}
 
 }  // namespace
 
-BoundedServer::BoundedServer(const ClientLimits& limits) : limits_(limits) {
-  new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
-  // The library would let two servers share one port.
-  set_socket_options([](socket_t socket) {
-    const int on = 1;
-    static_cast<void>(::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on));
-  });
-}
-
-int BoundedServer::bind(const std::string& host, int port) {
-  constexpr int kBacklog = 256;
-  if (port == 0) {
-    port = bind_to_any_port(host);
-  } else if (!bind_to_port(host, port)) {
-    port = -1;
+// A few threads for what takes longer than the clients' thread may wait.
+class HttpServer::Workers {
+ public:
+  Workers() {
+    for (std::size_t i = 0; i < kWorkers; ++i) {
+      threads_.emplace_back([this](const std::stop_token& stop) { work(stop); });
+    }
   }
-  // The library's own backlog is too short for many clients at the same time.
-  if (port > 0 && ::listen(svr_sock_, kBacklog) != 0) return -1;
-  return port;
-}
 
-bool BoundedServer::process_and_close_socket(socket_t socket) {
-  BoundedStream stream(socket, limits_);
-  bool closed = false;
-  // A page is small; parts of it are not worth their cost.
-  const auto withoutRanges = [](httplib::Request& request) { request.ranges.clear(); };
-  const bool answered = process_request(stream, true, closed, withoutRanges);
-  stream.endGently();
-  // Nothing can be done about a failing close of a connection that is over.
-  static_cast<void>(::close(socket));
-  return answered;
-}
+  void add(std::function<void()> task) {
+    {
+      const std::lock_guard lock(mutex_);
+      tasks_.push_back(std::move(task));
+    }
+    woken_.notify_one();
+  }
+
+ private:
+  void work(const std::stop_token& stop) {
+    while (true) {
+      std::function<void()> task;
+      {
+        std::unique_lock lock(mutex_);
+        // What is waiting is done before the end: a client waits for it.
+        woken_.wait(lock, stop, [this] { return !tasks_.empty(); });
+        if (tasks_.empty()) return;
+        task = std::move(tasks_.front());
+        tasks_.pop_front();
+      }
+      task();
+    }
+  }
+
+  std::mutex mutex_;
+  std::condition_variable_any woken_;
+  std::deque<std::function<void()>> tasks_;
+  std::vector<std::jthread> threads_;
+};
+
+class HttpServer::Daemon {
+ public:
+  Daemon(const VelwebService& service, const ClientLimits& limits)
+      : service_(service), limits_(limits), watch_(limits) {}
+  Daemon(const Daemon&) = delete;
+  Daemon& operator=(const Daemon&) = delete;
+  ~Daemon() {
+    // Answers under way come first: they go back to the library.
+    workers_.reset();
+    if (daemon_ != nullptr) MHD_stop_daemon(daemon_);
+  }
+
+  int start(const std::string& host, int port) {
+    const int socket = listeningSocket(host, port);
+    if (socket < 0) return -1;
+    // Read before the library owns the socket.
+    const int bound = portOf(socket);
+    daemon_ = MHD_start_daemon(
+        MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, onRequest,
+        this, MHD_OPTION_LISTEN_SOCKET, socket, MHD_OPTION_CONNECTION_MEMORY_LIMIT, limits_.memory,
+        MHD_OPTION_CONNECTION_LIMIT, limits_.connections, MHD_OPTION_CONNECTION_TIMEOUT,
+        static_cast<unsigned>(limits_.silence.count()),
+        // The service itself looks at Host, also where there is none.
+        MHD_OPTION_STRICT_FOR_CLIENT, -1, MHD_OPTION_URI_LOG_CALLBACK, onTarget, this,
+        MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this, MHD_OPTION_NOTIFY_CONNECTION, onConnection,
+        this, MHD_OPTION_END);
+    if (daemon_ == nullptr) {
+      static_cast<void>(::close(socket));
+      return -1;
+    }
+    return bound;
+  }
+
+ private:
+  // The calls of the library: nothing may be thrown through it.
+
+  static void* onTarget(void*, const char* target, MHD_Connection*) noexcept {
+    try {
+      auto exchange = std::make_unique<Exchange>();
+      exchange->target = target;
+      return exchange.release();
+    } catch (...) {
+      return nullptr;
+    }
+  }
+
+  static MHD_Result onRequest(void* self, MHD_Connection* connection, const char*,
+                              const char* method, const char*, const char* data, std::size_t* size,
+                              void** context) noexcept {
+    auto* exchange = static_cast<Exchange*>(*context);
+    if (exchange == nullptr) return MHD_NO;
+    try {
+      return static_cast<Daemon*>(self)->takeStep(connection, *exchange, method, data, *size);
+    } catch (...) {
+      return MHD_NO;
+    }
+  }
+
+  static void onCompleted(void*, MHD_Connection*, void** context,
+                          MHD_RequestTerminationCode) noexcept {
+    const std::unique_ptr<Exchange> ended(static_cast<Exchange*>(std::exchange(*context, nullptr)));
+  }
+
+  static void onConnection(void* self, MHD_Connection* connection, void**,
+                           MHD_ConnectionNotificationCode code) noexcept {
+    ClientWatch& watch = static_cast<Daemon*>(self)->watch_;
+    if (code == MHD_CONNECTION_NOTIFY_CLOSED) {
+      watch.ended(connection);
+      return;
+    }
+    const MHD_ConnectionInfo* info =
+        MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
+    if (info == nullptr) return;
+    try {
+      watch.began(connection, info->connect_fd);
+    } catch (...) {
+      static_cast<void>(::shutdown(info->connect_fd, SHUT_RDWR));
+    }
+  }
+
+  // Called with the header alone, then with each piece of the body, then
+  // without one until there is an answer.
+  MHD_Result takeStep(MHD_Connection* connection, Exchange& exchange, const char* method,
+                      const char* data, std::size_t& size) {
+    if (!exchange.began) {
+      exchange.began = true;
+      watch_.sentHeader(connection);
+      begin(connection, exchange, method);
+      return MHD_YES;
+    }
+    if (size > 0) {
+      watch_.sentBody(connection, size);
+      const bool kept = takeBody(exchange, {data, std::exchange(size, 0)});
+      return kept ? MHD_YES : MHD_NO;
+    }
+    watch_.sentAll(connection);
+    if (exchange.answer) return send(connection, *exchange.answer);
+    if (!std::exchange(exchange.isBeingAnswered, true)) {
+      MHD_suspend_connection(connection);
+      workers_->add([this, connection, &exchange] {
+        exchange.answer = answerTo(exchange);
+        MHD_resume_connection(connection);
+      });
+    }
+    return MHD_YES;
+  }
+
+  void begin(MHD_Connection* connection, Exchange& exchange, const char* method) {
+    exchange.request = {method, exchange.target, hostOf(connection)};
+    if (exchange.target.size() > limits_.target) {
+      exchange.answer = plainResponse(MHD_HTTP_URI_TOO_LONG);
+      return;
+    }
+    exchange.answer = service_.refusal(exchange.request);
+    if (exchange.answer || !service_.isConversion(exchange.request)) return;
+    if (headerOf(connection, MHD_HTTP_HEADER_CONTENT_TYPE).starts_with("multipart/")) {
+      exchange.answer = plainResponse(MHD_HTTP_BAD_REQUEST);
+      return;
+    }
+    exchange.conversion.emplace(service_.startConversion());
+  }
+
+  static bool takeBody(Exchange& exchange, std::string_view piece) {
+    if (exchange.conversion && exchange.conversion->add(piece)) return true;
+    if (exchange.conversion) {
+      exchange.answer = exchange.conversion->finish();
+      exchange.conversion.reset();
+    }
+    exchange.ignored += piece.size();
+    return exchange.ignored <= kMostIgnored;
+  }
+
+  WebResponse answerTo(Exchange& exchange) const noexcept {
+    try {
+      if (exchange.conversion) return exchange.conversion->finish();
+      return service_.answer(exchange.request).value_or(plainResponse(MHD_HTTP_NOT_FOUND));
+    } catch (...) {
+      return plainResponse(MHD_HTTP_INTERNAL_SERVER_ERROR);
+    }
+  }
+
+  const VelwebService& service_;
+  ClientLimits limits_;
+  ClientWatch watch_;
+  std::unique_ptr<Workers> workers_ = std::make_unique<Workers>();
+  MHD_Daemon* daemon_ = nullptr;
+};
+
+HttpServer::HttpServer(const VelwebService& service, const ClientLimits& limits)
+    : daemon_(std::make_unique<Daemon>(service, limits)) {}
+
+HttpServer::~HttpServer() = default;
+
+int HttpServer::listen(const std::string& host, int port) { return daemon_->start(host, port); }
 
 }  // namespace vel

@@ -1,5 +1,8 @@
 #include "velweb/velweb_service.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "core/file.h"
 #include "tables/tables.h"
 #include "velweb/flight_page.h"
@@ -14,6 +17,22 @@ WebResponse notAllowed(std::string allow) {
   WebResponse response = plainResponse(405);
   response.allow = std::move(allow);
   return response;
+}
+
+std::string_view pathOf(const WebRequest& request) {
+  const std::string_view target = request.target;
+  return target.substr(0, target.find('?'));
+}
+
+// True for the name with or without a port.
+bool isHostNamed(std::string_view hostHeader, std::string_view name) {
+  constexpr std::size_t kLongestPort = 5;
+  if (!equalIgnoringCase(hostHeader.substr(0, name.size()), name)) return false;
+  TextScan scan(hostHeader.substr(name.size()));
+  if (scan.atEnd()) return true;
+  if (!scan.take(":")) return false;
+  const std::size_t digits = scan.countDigits();
+  return digits > 0 && digits <= kLongestPort && digits == scan.rest().size();
 }
 
 }  // namespace
@@ -32,17 +51,28 @@ WebResponse Conversion::finish() {
   return {200, kKmlType, kmlDocument(track_.finish())};
 }
 
-std::optional<WebResponse> VelwebService::answer(const WebRequest& request) const {
-  if (loopbackOnly_ && !isLoopbackHost(request.host)) return plainResponse(403);
-  const std::string_view target = request.target;
-  const std::size_t mark = target.find('?');
-  const std::string_view path = target.substr(0, mark);
-  if (path == kConversionPath) {
+std::optional<WebResponse> VelwebService::refusal(const WebRequest& request) const {
+  if (isLoopbackAddress(host_) && !isOwnHost(request.host)) return plainResponse(403);
+  std::error_code failure;
+  if (!std::filesystem::is_directory(folders_.base, failure)) return plainResponse(503);
+  if (isConversion(request)) {
     if (request.method != "POST") return notAllowed("POST");
     return std::nullopt;
   }
-  if (path != "/") return plainResponse(404);
+  if (pathOf(request) != "/") return plainResponse(404);
   if (request.method != "GET" && request.method != "HEAD") return notAllowed("GET, HEAD");
+  return std::nullopt;
+}
+
+bool VelwebService::isConversion(const WebRequest& request) {
+  return pathOf(request) == kConversionPath;
+}
+
+std::optional<WebResponse> VelwebService::answer(const WebRequest& request) const {
+  if (auto refused = refusal(request)) return refused;
+  if (isConversion(request)) return std::nullopt;
+  const std::string_view target = request.target;
+  const std::size_t mark = target.find('?');
   std::string_view query;
   if (mark != std::string_view::npos) query = target.substr(mark + 1);
   FormFieldDecoder field("F");
@@ -52,6 +82,12 @@ std::optional<WebResponse> VelwebService::answer(const WebRequest& request) cons
                      flightPage(Tables(folders_, encoding()), flight)};
 }
 
+bool VelwebService::isOwnHost(std::string_view hostHeader) const {
+  if (isLoopbackHost(hostHeader)) return true;
+  const bool isVersion6 = host_.find(':') != std::string::npos;
+  return isHostNamed(hostHeader, isVersion6 ? "[" + host_ + "]" : host_);
+}
+
 Encoding VelwebService::encoding() const {
   // One for each request: an Encoding belongs to one thread.
   Result<Encoding> chosen = Encoding::named(encodingName_);
@@ -59,17 +95,8 @@ Encoding VelwebService::encoding() const {
 }
 
 bool isLoopbackHost(std::string_view hostHeader) {
-  constexpr std::size_t kLongestPort = 5;
-  TextScan scan(hostHeader);
-  const std::string_view name = hostHeader.substr(0, 9);
-  if (!scan.take("127.0.0.1") && !scan.take("[::1]")) {
-    if (!equalIgnoringCase(name, "localhost")) return false;
-    scan = TextScan(hostHeader.substr(name.size()));
-  }
-  if (scan.atEnd()) return true;
-  if (!scan.take(":")) return false;
-  const std::size_t digits = scan.countDigits();
-  return digits > 0 && digits <= kLongestPort && digits == scan.rest().size();
+  return isHostNamed(hostHeader, "127.0.0.1") || isHostNamed(hostHeader, "[::1]") ||
+         isHostNamed(hostHeader, "localhost");
 }
 
 bool isLoopbackAddress(std::string_view host) {
@@ -87,6 +114,10 @@ WebResponse plainResponse(int status) {
         return "Not found. ページがありません。\n";
       case 405:
         return "Method not allowed. この方法では利用できません。\n";
+      case 503:
+        return "The base folder is missing. データのフォルダがありません。\n";
+      case 414:
+        return "The address is too long. アドレスが長すぎます。\n";
       case 413:
         return "Too large. データが大きすぎます。\n";
       default:

@@ -51,26 +51,35 @@ class Conversion {
 /// requests, writes nothing, and may be used by several threads at once.
 class VelwebService {
  public:
-  /// With `loopbackOnly`, only requests whose Host is a loopback name are
-  /// answered, so that no page elsewhere reaches the service under a name of
-  /// its own.
-  VelwebService(Folders folders, std::string encodingName, bool loopbackOnly)
+  /// Serves on `host`. Where that is an address of this computer alone, only
+  /// requests whose Host is that address or another loopback name are answered,
+  /// so that no page elsewhere reaches the service under a name of its own.
+  VelwebService(Folders folders, std::string encodingName, std::string host)
       : folders_(std::move(folders)),
         encodingName_(std::move(encodingName)),
-        loopbackOnly_(loopbackOnly) {}
+        host_(std::move(host)) {}
 
-  /// The answer to a request; nothing for a conversion, whose body is to be
-  /// read first (see startConversion).
+  /// The answer to a request that is refused, as far as its header tells: 503
+  /// without the base folder, 403 for another Host, 404 and 405.
+  [[nodiscard]] std::optional<WebResponse> refusal(const WebRequest& request) const;
+
+  /// True when a request that is not refused is a conversion, whose body is to
+  /// be read (see startConversion).
+  [[nodiscard]] static bool isConversion(const WebRequest& request);
+
+  /// The answer to a request; nothing for a conversion. A page may take seconds
+  /// where the logs are large.
   [[nodiscard]] std::optional<WebResponse> answer(const WebRequest& request) const;
 
   [[nodiscard]] Conversion startConversion() const { return Conversion(encoding()); }
 
  private:
   [[nodiscard]] Encoding encoding() const;
+  [[nodiscard]] bool isOwnHost(std::string_view hostHeader) const;
 
   Folders folders_;
   std::string encodingName_;
-  bool loopbackOnly_;
+  std::string host_;
 };
 
 /// The conversion's path.

@@ -42,7 +42,7 @@ class Velweb : public testing::Test {
 
   test::TemporaryBase base_;
   Tables tables_{base_.folders, Encoding::codePage932()};
-  VelwebService service_{base_.folders, "CP932", true};
+  VelwebService service_{base_.folders, "CP932", "127.0.0.1"};
 };
 
 TEST_F(Velweb, AFlightPageTellsRouteAirlineAndSightings) {
@@ -261,8 +261,29 @@ TEST_F(Velweb, OnLoopbackOnlyLoopbackHostsAreAnswered) {
   EXPECT_EQ(service_.answer({"POST", "/tools/qz2ge/", "evil.example"})->status, 403);
 }
 
+TEST_F(Velweb, OnAnotherLoopbackAddressItAnswersUnderThatToo) {
+  const auto statusFor = [this](std::string own, std::string header) {
+    const VelwebService service(base_.folders, "CP932", std::move(own));
+    return service.answer({"GET", "/", std::move(header)})->status;
+  };
+  EXPECT_EQ(statusFor("127.0.0.2", "127.0.0.2:40123"), 200);
+  EXPECT_EQ(statusFor("127.0.0.2", "127.0.0.2"), 200);
+  EXPECT_EQ(statusFor("127.0.0.2", "127.0.0.3:40123"), 403);
+  EXPECT_EQ(statusFor("127.0.0.2", "127.0.0.22"), 403);
+  EXPECT_EQ(statusFor("127.0.0.2", "evil.example"), 403);
+  EXPECT_EQ(statusFor("127.0.0.1", "127.0.0.2"), 403);
+  EXPECT_EQ(statusFor("::1", "[::1]:40123"), 200);
+}
+
+TEST_F(Velweb, WithoutItsBaseFolderNothingIsAnswered) {
+  std::filesystem::remove_all(base_.folders.base);
+  EXPECT_EQ(status("GET", "/?F=JL0012"), 503);
+  EXPECT_EQ(status("POST", "/tools/qz2ge/"), 503);
+  EXPECT_EQ(get("/", "evil.example").status, 403);
+}
+
 TEST_F(Velweb, AsARealHostItAnswersUnderAnyName) {
-  const VelwebService service(base_.folders, "CP932", false);
+  const VelwebService service(base_.folders, "CP932", "0.0.0.0");
   EXPECT_EQ(service.answer({"GET", "/", "vel.example"})->status, 200);
   EXPECT_TRUE(isLoopbackAddress("127.0.0.1"));
   EXPECT_TRUE(isLoopbackAddress("::1"));

@@ -1,0 +1,67 @@
+#include "velweb/client_watch.h"
+
+#include <sys/socket.h>
+
+namespace vel {
+namespace {
+
+constexpr std::chrono::milliseconds kLook(100);
+
+}  // namespace
+
+ClientWatch::ClientWatch(const ClientLimits& limits)
+    : limits_(limits), thread_([this](const std::stop_token& stop) { watch(stop); }) {}
+
+void ClientWatch::began(Key client, int socket) {
+  const std::lock_guard lock(mutex_);
+  clients_.insert_or_assign(client, Client{socket, Clock::now()});
+}
+
+void ClientWatch::sentHeader(Key client) {
+  const std::lock_guard lock(mutex_);
+  const auto found = clients_.find(client);
+  if (found == clients_.end()) return;
+  found->second.stage = Stage::body;
+  found->second.bodyStart = Clock::now();
+}
+
+void ClientWatch::sentBody(Key client, std::size_t bytes) {
+  const std::lock_guard lock(mutex_);
+  const auto found = clients_.find(client);
+  if (found != clients_.end()) found->second.bodyBytes += bytes;
+}
+
+void ClientWatch::sentAll(Key client) {
+  const std::lock_guard lock(mutex_);
+  const auto found = clients_.find(client);
+  if (found != clients_.end()) found->second.stage = Stage::answer;
+}
+
+void ClientWatch::ended(Key client) {
+  const std::lock_guard lock(mutex_);
+  clients_.erase(client);
+}
+
+bool ClientWatch::isOverLimit(const Client& client, Clock::time_point now) const {
+  if (now - client.start > limits_.request) return true;
+  if (client.stage == Stage::header) return now - client.start > limits_.header;
+  if (client.stage != Stage::body || now - client.bodyStart < limits_.bodyGrace) return false;
+  const auto seconds =
+      std::chrono::duration_cast<std::chrono::seconds>(now - client.bodyStart).count();
+  return client.bodyBytes < static_cast<std::size_t>(seconds) * limits_.bodyBytesPerSecond;
+}
+
+void ClientWatch::watch(const std::stop_token& stop) {
+  std::unique_lock lock(mutex_);
+  while (!stop.stop_requested()) {
+    const Clock::time_point now = Clock::now();
+    for (const auto& [key, client] : clients_) {
+      // The connection's own thread sees the end and closes the socket; where
+      // it is shut already, there is nothing to do.
+      if (isOverLimit(client, now)) static_cast<void>(::shutdown(client.socket, SHUT_RDWR));
+    }
+    woken_.wait_for(lock, stop, kLook, [] { return false; });
+  }
+}
+
+}  // namespace vel
