@@ -133,12 +133,24 @@ class HttpServer::Workers {
     }
   }
 
-  void add(std::function<void()> task) {
+  // False after close().
+  bool add(std::function<void()> task) {
     {
       const std::lock_guard lock(mutex_);
+      if (closed_) return false;
       tasks_.push_back(std::move(task));
     }
     woken_.notify_one();
+    return true;
+  }
+
+  // Does what is waiting, for a client waits for it, and takes no more.
+  void close() {
+    {
+      const std::lock_guard lock(mutex_);
+      closed_ = true;
+    }
+    threads_.clear();
   }
 
  private:
@@ -147,7 +159,6 @@ class HttpServer::Workers {
       std::function<void()> task;
       {
         std::unique_lock lock(mutex_);
-        // What is waiting is done before the end: a client waits for it.
         woken_.wait(lock, stop, [this] { return !tasks_.empty(); });
         if (tasks_.empty()) return;
         task = std::move(tasks_.front());
@@ -160,6 +171,7 @@ class HttpServer::Workers {
   std::mutex mutex_;
   std::condition_variable_any woken_;
   std::deque<std::function<void()>> tasks_;
+  bool closed_ = false;
   std::vector<std::jthread> threads_;
 };
 
@@ -171,7 +183,7 @@ class HttpServer::Daemon {
   Daemon& operator=(const Daemon&) = delete;
   ~Daemon() {
     // Answers under way come first: they go back to the library.
-    workers_.reset();
+    workers_.close();
     if (daemon_ != nullptr) MHD_stop_daemon(daemon_);
   }
 
@@ -262,10 +274,14 @@ class HttpServer::Daemon {
     if (exchange.answer) return send(connection, *exchange.answer);
     if (!std::exchange(exchange.isBeingAnswered, true)) {
       MHD_suspend_connection(connection);
-      workers_->add([this, connection, &exchange] {
+      const bool added = workers_.add([this, connection, &exchange] {
         exchange.answer = answerTo(exchange);
         MHD_resume_connection(connection);
       });
+      if (!added) {
+        exchange.answer = plainResponse(MHD_HTTP_SERVICE_UNAVAILABLE);
+        MHD_resume_connection(connection);
+      }
     }
     return MHD_YES;
   }
@@ -307,7 +323,7 @@ class HttpServer::Daemon {
   const VelwebService& service_;
   ClientLimits limits_;
   ClientWatch watch_;
-  std::unique_ptr<Workers> workers_ = std::make_unique<Workers>();
+  Workers workers_;
   MHD_Daemon* daemon_ = nullptr;
 };
 

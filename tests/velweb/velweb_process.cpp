@@ -3,6 +3,8 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
+#include <limits>
 #include <thread>
 
 #include <arpa/inet.h>
@@ -66,6 +68,15 @@ VelwebProcess::~VelwebProcess() {
   }
 }
 
+std::size_t VelwebProcess::mostMemory() const {
+  std::ifstream status("/proc/" + std::to_string(process_) + "/status");
+  for (std::string word; status >> word;) {
+    std::size_t kibibytes = 0;
+    if (word == "VmHWM:" && status >> kibibytes) return kibibytes << 10;
+  }
+  return std::numeric_limits<std::size_t>::max();
+}
+
 void VelwebProcess::closePipe() {
   if (pipe_ >= 0) ::close(pipe_);
   pipe_ = -1;
@@ -107,6 +118,8 @@ bool RawClient::send(std::string_view bytes) {
 }
 
 void RawClient::endSending() { ::shutdown(socket_, SHUT_WR); }
+
+bool RawClient::isClosedWithin(milliseconds most) { return readableWithin(socket_, most); }
 
 std::string RawClient::receiveAll(milliseconds most) {
   std::string received;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -24,6 +25,9 @@ class VelwebProcess {
   [[nodiscard]] const std::string& line() const { return line_; }
   /// The port in that line; 0 when there is none.
   [[nodiscard]] int port() const { return port_; }
+
+  /// The most memory that it had at once, in bytes.
+  [[nodiscard]] std::size_t mostMemory() const;
 
   /// Closes the pipe that a parent holds.
   void closePipe();
@@ -52,6 +56,8 @@ class RawClient {
   /// False when the other side no longer takes the bytes.
   bool send(std::string_view bytes);
   void endSending();
+  /// True once the other side has closed, or sent something.
+  bool isClosedWithin(std::chrono::milliseconds most);
   /// Everything until the other side closes, at most so long.
   std::string receiveAll(std::chrono::milliseconds most);
 

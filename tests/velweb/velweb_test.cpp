@@ -316,7 +316,7 @@ TEST_F(RunningVelweb, ReadsTheEncodingFromServicesIni) {
   EXPECT_THAT(answer->body, HasSubstr("</span>羽田 HND<br>"));
 }
 
-TEST(VelwebOptions, AWrongCommandLineIsRefused) {
+TEST(VelwebStart, AWrongCommandLineIsRefused) {
   for (const std::vector<std::string>& options : {std::vector<std::string>{"--port", "65536"},
                                                   {"--port", "x"},
                                                   {"--port"},
@@ -329,6 +329,27 @@ TEST(VelwebOptions, AWrongCommandLineIsRefused) {
     EXPECT_EQ(velweb.status(), 2) << options[0];
     EXPECT_EQ(velweb.line(), "");
   }
+}
+
+TEST(VelwebStart, WithoutItsBaseFolderItDoesNotStart) {
+  const test::TemporaryBase base;
+  test::VelwebProcess velweb({"--base", (base.path() / "missing").string()});
+  EXPECT_TRUE(velweb.endsWithin(seconds(5)));
+  EXPECT_EQ(velweb.status(), 1);
+  EXPECT_EQ(velweb.line(), "");
+}
+
+TEST(VelwebStart, OnAnotherLoopbackAddressItAnswersUnderThatAddress) {
+  const test::TemporaryBase base;
+  test::VelwebProcess velweb({"--host", "127.0.0.2", "--base", base.path().string()});
+  ASSERT_GT(velweb.port(), 0);
+  EXPECT_THAT(velweb.line(), StartsWith("http://127.0.0.2:"));
+  httplib::Client asking("127.0.0.2", velweb.port());
+  const auto answer = asking.Get("/");
+  ASSERT_TRUE(answer) << httplib::to_string(answer.error());
+  EXPECT_EQ(answer->status, 200);
+  EXPECT_EQ(asking.Get("/", {{"Host", "evil.example"}})->status, 403);
+  EXPECT_EQ(asking.Get("/", {{"Host", "127.0.0.3"}})->status, 403);
 }
 
 TEST(VelwebParent, EndsWhenTheProgramThatStartedItIsKilled) {

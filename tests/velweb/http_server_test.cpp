@@ -1,0 +1,156 @@
+#include "velweb/http_server.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/test_files.h"
+#include "tests/velweb/velweb_process.h"
+
+namespace vel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Clock = std::chrono::steady_clock;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string kHost = "Host: localhost\r\n";
+const std::string kPost = "POST /tools/qz2ge/ HTTP/1.1\r\n" + kHost;
+
+// A server of its own, whose limits are short.
+class ShortLimits : public testing::Test {
+ protected:
+  static ClientLimits limits() {
+    ClientLimits limits;
+    limits.header = seconds(1);
+    limits.request = seconds(30);
+    limits.silence = seconds(30);
+    limits.bodyGrace = seconds(1);
+    return limits;
+  }
+
+  // How long a client is served that sends these bytes and then one of `drip`
+  // again and again, up to eight seconds.
+  milliseconds servedFor(std::string_view bytes, std::string_view drip) const {
+    test::RawClient client(port_);
+    const auto start = Clock::now();
+    client.send(bytes);
+    while (Clock::now() - start < seconds(8)) {
+      if (!client.send(drip) || client.isClosedWithin(milliseconds(50))) break;
+    }
+    return std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+  }
+
+  test::TemporaryBase base_;
+  VelwebService service_{base_.folders, "CP932", "127.0.0.1"};
+  HttpServer server_{service_, limits()};
+  int port_ = server_.listen("127.0.0.1", 0);
+};
+
+TEST_F(ShortLimits, ADrippingHeaderIsCutOff) {
+  const milliseconds served = servedFor("GET / HTTP/1.1\r\n" + kHost, "X-Drip: 1\r\n");
+  EXPECT_GE(served, milliseconds(900));
+  EXPECT_LT(served, seconds(3));
+}
+
+TEST_F(ShortLimits, ADrippingBodyIsCutOff) {
+  const milliseconds served = servedFor(kPost + "Content-Length: 1000000\r\n\r\ndat=", "x");
+  EXPECT_GE(served, milliseconds(900));
+  EXPECT_LT(served, seconds(3));
+}
+
+TEST_F(ShortLimits, ABodyThatComesFastEnoughMayTakeItsTime) {
+  test::RawClient client(port_);
+  const std::string piece(500, 'x');
+  client.send(kPost + "Content-Length: 20004\r\n\r\ndat=");
+  const auto start = Clock::now();
+  for (int i = 0; i < 40; ++i) {
+    ASSERT_TRUE(client.send(piece));
+    std::this_thread::sleep_for(milliseconds(60));
+  }
+  EXPECT_GT(Clock::now() - start, seconds(2));
+  EXPECT_THAT(client.receiveAll(seconds(5)), StartsWith("HTTP/1.1 200 "));
+}
+
+TEST_F(ShortLimits, AnAnswerUnderWayIsFinishedBeforeTheServerEnds) {
+  auto server = std::make_unique<HttpServer>(service_, limits());
+  test::RawClient client(server->listen("127.0.0.1", 0));
+  client.send("GET /?F=JL0012 HTTP/1.1\r\n" + kHost + "\r\n");
+  server.reset();
+  EXPECT_THAT(client.receiveAll(seconds(5)), Not(EndsWith("(still open)")));
+}
+
+class ManyClients : public testing::Test {
+ protected:
+  static constexpr int kMany = 200;
+
+  std::vector<std::unique_ptr<test::RawClient>> clientsThatSend(std::string_view bytes) const {
+    std::vector<std::unique_ptr<test::RawClient>> clients;
+    for (int i = 0; i < kMany; ++i) {
+      clients.push_back(std::make_unique<test::RawClient>(velweb_.port()));
+      EXPECT_TRUE(clients.back()->connected());
+      clients.back()->send(bytes);
+    }
+    return clients;
+  }
+
+  milliseconds timeOfAGoodRequest() const {
+    const auto start = Clock::now();
+    test::RawClient client(velweb_.port());
+    client.send("GET /?F=JL0012 HTTP/1.1\r\n" + kHost + "\r\n");
+    EXPECT_THAT(client.receiveAll(seconds(30)), StartsWith("HTTP/1.1 200 "));
+    return std::chrono::duration_cast<milliseconds>(Clock::now() - start);
+  }
+
+  test::TemporaryBase base_;
+  test::VelwebProcess velweb_{{"--program-folder", base_.folders.program.string()}};
+};
+
+TEST_F(ManyClients, UnfinishedHeadersHoldNobodyUp) {
+  const auto clients = clientsThatSend("GET / HTTP/1.1\r\nHost: loc");
+  EXPECT_LT(timeOfAGoodRequest(), seconds(2));
+}
+
+TEST_F(ManyClients, UnfinishedBodiesHoldNobodyUp) {
+  const auto clients = clientsThatSend(kPost + "Content-Length: 1000\r\n\r\ndat=");
+  EXPECT_LT(timeOfAGoodRequest(), seconds(2));
+}
+
+TEST_F(ManyClients, AChunkSizeWithoutEndTakesNoMemory) {
+  for (const char* line : {"1", "0", "1;", "1\r\nx\r\n5;name="}) {
+    test::RawClient client(velweb_.port());
+    client.send(kPost + "Transfer-Encoding: chunked\r\n\r\n4\r\ndat=\r\n" + line);
+    const std::string piece(std::size_t{64} << 10, line[0] == '0' ? '0' : '1');
+    std::size_t sent = 0;
+    while (sent < (std::size_t{64} << 20) && client.send(piece)) sent += piece.size();
+    EXPECT_LT(sent, std::size_t{16} << 20) << line << ": it goes on taking the line";
+    EXPECT_THAT(client.receiveAll(seconds(8)), Not(HasSubstr("200 OK")));
+    EXPECT_LT(velweb_.mostMemory(), std::size_t{64} << 20) << line;
+  }
+  EXPECT_LT(timeOfAGoodRequest(), seconds(2));
+}
+
+TEST_F(ManyClients, MoreThanAreServedAtOnceAreAnsweredAfterThem) {
+  test::VelwebProcess velweb(
+      {"--program-folder", base_.folders.program.string(), "--timeout", "2"});
+  std::vector<std::unique_ptr<test::RawClient>> clients;
+  for (unsigned i = 0; i < ClientLimits().connections + 20; ++i) {
+    clients.push_back(std::make_unique<test::RawClient>(velweb.port()));
+    clients.back()->send("GET / HT");
+  }
+  test::RawClient good(velweb.port());
+  good.send("GET / HTTP/1.1\r\n" + kHost + "\r\n");
+  EXPECT_THAT(good.receiveAll(seconds(10)), StartsWith("HTTP/1.1 200 "));
+}
+
+}  // namespace
+}  // namespace vel
