@@ -13,5 +13,5 @@ test_packages=(
   libxml2-utils ripgrep mawk xvfb xauth openbox xdotool x11-utils
 )
 windows_test_packages=(
-  cmake ninja-build googletest g++-mingw-w64-x86-64-posix wine wine64
+  cmake ninja-build googletest g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev
 )

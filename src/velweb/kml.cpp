@@ -29,6 +29,13 @@ class TextWriter : public pugi::xml_writer {
   std::string text_;
 };
 
+// Without line breaks other than those in the document.
+std::string written(const pugi::xml_document& xml) {
+  TextWriter writer;
+  xml.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
+  return std::move(writer).text();
+}
+
 std::optional<std::string> timeAt(std::string_view text) {
   TextScan scan(text);
   if (scan.countDigits() != 4) return std::nullopt;
@@ -136,7 +143,6 @@ void addPlacemark(pugi::xml_node document, const TrackPoint& point) {
 // A line needs two ends. It keeps altitudes only where every point has one:
 // points on the ground between points in the air would draw towers.
 void addLine(pugi::xml_node document, const Track& track) {
-  if (track.points.size() < 2) return;
   const bool allHigh =
       std::all_of(track.points.begin(), track.points.end(),
                   [](const TrackPoint& point) { return point.position.altitudeFeet.has_value(); });
@@ -223,18 +229,25 @@ std::string kmlDocument(const Track& track) {
   addText(document, "description", description(track));
   addLineBreak(document);
   addStyles(document);
-  for (const TrackPoint& point : track.points) {
-    addPlacemark(document, point);
-    addLineBreak(document);
-  }
-  addLine(document, track);
-  if (track.points.size() > 1) addLineBreak(document);
   addLineBreak(kml);
   addLineBreak(xml);
-  TextWriter writer;
-  // One placemark a line, as the line breaks above have it, and no others.
-  xml.save(writer, "", pugi::format_raw, pugi::encoding_utf8);
-  return std::move(writer).text();
+  // The placemarks are put in one after another, so that no tree of all of them
+  // stands beside the text.
+  std::string text = written(xml);
+  const std::size_t end = text.rfind("</Document>");
+  const std::string tail = text.substr(end);
+  text.resize(end);
+  for (const TrackPoint& point : track.points) {
+    xml.reset();
+    addPlacemark(xml, point);
+    text += written(xml) + "\n";
+  }
+  if (track.points.size() > 1) {
+    xml.reset();
+    addLine(xml, track);
+    text += written(xml) + "\n";
+  }
+  return text + tail;
 }
 
 void TrackReader::add(std::string_view bytes) {
