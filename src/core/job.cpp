@@ -27,9 +27,13 @@ bool JobRunner::turn() {
   // A call-back may end any slot: each is looked for again before its step.
   const std::vector<JobSlot*> slots = slots_;
   for (JobSlot* slot : slots) {
+    if (ends()) break;
     if (std::find(slots_.begin(), slots_.end(), slot) != slots_.end() && slot->isReady()) {
       slot->step();
     }
+  }
+  if (ends()) {
+    for (JobSlot* slot : slots_) slot->stop();
   }
   return !isIdle();
 }
@@ -64,7 +68,7 @@ void JobSlot::step() {
   JobRunner& runner = runner_;
   running->calling = true;
   const Result<JobProgress> progress = running->job->step(Job::Clock::now() + running->slice);
-  if (running->ended) return;
+  if (running->ended || runner.ends()) return;
   if (progress && *progress == JobProgress::more) {
     if (running->watch.stepped) running->watch.stepped();
     running->calling = false;

@@ -46,6 +46,10 @@ class JobRunner {
   /// Called when there is something to do again; set by what drives the runner.
   std::function<void()> wake;
 
+  /// Whether the program is ending; may be empty. Jobs are then given up: there
+  /// is neither a step nor a call-back after that.
+  std::function<bool()> isEnding;
+
   /// Gives every job one step. True when there is more to do. May be entered
   /// again from a job's own call-back (a message box that it shows): that job
   /// waits then, the others go on.
@@ -56,6 +60,8 @@ class JobRunner {
 
  private:
   friend class JobSlot;
+  [[nodiscard]] bool ends() const { return isEnding && isEnding(); }
+
   std::vector<JobSlot*> slots_;
 };
 

@@ -88,12 +88,13 @@ AcarsBrowser::AcarsBrowser(Program& program, WebAccess& web)
            kColumnWidths);
   panel_ = new DetailPanel(program.context(), tables_, list(), model(), canvas);
 
-  connect(filters_, &FilterFrame::Combo4_Click, this, &AcarsBrowser::GetLogData);
-  connect(filters_, &FilterFrame::Combo5_Click, this, &AcarsBrowser::GetLogData);
-  connect(filters_, &FilterFrame::Check1_Click, this, &AcarsBrowser::GetLogData);
-  connect(filters_, &FilterFrame::Text4_Change, this, &AcarsBrowser::GetLogData);
+  connect(filters_, &FilterFrame::Combo4_Click, this, &AcarsBrowser::readFiltered);
+  connect(filters_, &FilterFrame::Combo5_Click, this, &AcarsBrowser::readFiltered);
+  connect(filters_, &FilterFrame::Check1_Click, this, &AcarsBrowser::readFiltered);
+  connect(filters_, &FilterFrame::Text4_Change, this, &AcarsBrowser::readFiltered);
   connect(filters_, &FilterFrame::Command9_Click, this, &AcarsBrowser::Command9_Click);
   connect(list(), &xLView::listIndexChanged, panel_, &DetailPanel::showSelection);
+  connect(list(), &xLView::clicked, panel_, &DetailPanel::showSelectionAgain);
   connect(panel_->photoSearch()->chooser(), &QComboBox::currentIndexChanged, this,
           &AcarsBrowser::Combo2_Click);
   connect(panel_->flightSearch()->chooser(), &QComboBox::currentIndexChanged, this,
@@ -131,7 +132,7 @@ void AcarsBrowser::addShortcuts() {
   });
 }
 
-void AcarsBrowser::Form_Load() {
+void AcarsBrowser::load() {
   WriteRunLog(desktop(), "Start Form_Load");
   suppressLoading = true;
   filters_->selectFirstEntries();
@@ -140,13 +141,13 @@ void AcarsBrowser::Form_Load() {
   config_->setVisible(settings().env_Config != 0);
   otherBrowserButton()->setVisible(program().hasOtherBrowser());
   tour_->setVisible(showTour != nullptr);
-  desktop().processEvents();
-  GetLogFileList();
-  if (!desktop().isEnding()) panel_->airports()->Text3_Change();
-  if (desktop().isEnding()) return;
-  if (prepareTour) prepareTour(1);
-  WriteRunLog(desktop(), "End Form_Load");
-  program().splashStage = 2;
+  fill([this] {
+    panel_->airports()->Text3_Change();
+    if (desktop().isEnding()) return;
+    if (prepareTour) prepareTour(1);
+    WriteRunLog(desktop(), "End Form_Load");
+    Q_EMIT loaded();
+  });
 }
 
 void AcarsBrowser::Form_Activate() {
@@ -187,11 +188,13 @@ void AcarsBrowser::rowsShown(std::size_t count) { filters_->setCount(count); }
 
 void AcarsBrowser::readEnds() { panel_->hideFrames(); }
 
+void AcarsBrowser::lineKept() { panel_->showSelectionAgain(); }
+
 void AcarsBrowser::Command9_Click() {
   suppressLoading = true;
   filters_->clearAll();
   suppressLoading = false;
-  GetLogData();
+  readFiltered();
 }
 
 void AcarsBrowser::Command4_Click() {

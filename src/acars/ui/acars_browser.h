@@ -23,12 +23,12 @@ class AcarsBrowser : public LogBrowser {
   /// The web access outlives the window.
   AcarsBrowser(Program& program, WebAccess& web);
 
-  /// What other windows do for this one; set before Form_Load. Missing ones do
+  /// What other windows do for this one; set before load(). Missing ones do
   /// nothing, and their buttons are not shown.
   std::function<void(int step)> prepareTour;
   std::function<void()> showTour;
 
-  void Form_Load() override;
+  void load() override;
   void Form_Activate() override;
 
   void Combo2_Click();
@@ -49,6 +49,7 @@ class AcarsBrowser : public LogBrowser {
   void readBegins() override {}
   void rowsShown(std::size_t count) override;
   void readEnds() override;
+  void lineKept() override;
   void addFilterActions(QMenu& menu, const QModelIndex& clicked) override;
   void searchPhoto() override;
   void searchFlight() override;

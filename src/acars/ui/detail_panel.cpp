@@ -53,6 +53,7 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* l
       list_(list),
       model_(model),
       busy_(new BusyLabels(QStringLiteral("Processing"), this)),
+      lookUp_(context, *busy_),
       editing_(context.desktop, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
 
@@ -179,55 +180,45 @@ QWidget* DetailPanel::makeFlightColumn() {
 }
 
 void DetailPanel::hideFrames() {
-  ++generation_;
-  busy_->hideProcessing();
+  lookUp_.stop();
   aircraftFrame_->hide();
   flight_->hide();
   airline_->hide();
   title_->show();
 }
 
-bool DetailPanel::overtaken(int generation) const {
-  return generation != generation_ || context_.desktop.isEnding();
+void DetailPanel::showSelectionAgain() {
+  if (!aircraftFrame_->isVisible() && !lookUp_.isRunning()) showSelection();
 }
 
 void DetailPanel::showSelection() {
   if (list_->listIndex() < 0) return;
-  const int generation = ++generation_;
-  busy_->showProcessing();
-  context_.desktop.processEvents();
-  if (overtaken(generation)) return;
-  if (list_->listIndex() < 0) {
-    busy_->hideProcessing();
-    return;
-  }
-
-  const std::string flight = list_->selectedText(kListFlight);
-  const std::string prefix(Left(flight, 2));
-  registration_ = list_->selectedText(kListRegistration);
-  photo_->showPhoto(registration_);
-
-  aircraftFrame_->setTitle(frameTitle(registration_));
-  equipment_->clear();
-  const std::string equipment =
-      editing_.valueOrEnd(editing_.tables().SearchAircraft(registration_));
-  if (context_.desktop.isEnding()) return;
-  equipment_->setText(toQString(equipment));
-  context_.desktop.processEvents();
-  if (overtaken(generation)) return;
-
-  flight_->setFlight(flight);
-  flight_->setRoute(std::nullopt);
-  const auto route = editing_.valueOrEnd(editing_.tables().flightRoute(flight));
-  if (context_.desktop.isEnding()) return;
-  flight_->setRoute(route);
-  if (context_.desktop.isEnding()) return;
-  context_.desktop.processEvents();
-  if (overtaken(generation)) return;
-
-  if (!airline_->AirLineLoad(prefix)) return;
-  busy_->hideProcessing();
-  showFrames();
+  const auto photoAndAircraft = [this]() -> Result<JobProgress> {
+    // The selection may have been given up again.
+    if (list_->listIndex() < 0) return JobProgress::done;
+    flightToShow_ = list_->selectedText(kListFlight);
+    registration_ = list_->selectedText(kListRegistration);
+    photo_->showPhoto(registration_);
+    aircraftFrame_->setTitle(frameTitle(registration_));
+    equipment_->clear();
+    const auto equipment = editing_.tables().SearchAircraft(registration_);
+    if (!equipment) return equipment.error();
+    equipment_->setText(toQString(*equipment));
+    return JobProgress::more;
+  };
+  const auto route = [this]() -> Result<JobProgress> {
+    flight_->setFlight(flightToShow_);
+    flight_->setRoute(std::nullopt);
+    const auto found = editing_.tables().flightRoute(flightToShow_);
+    if (!found) return found.error();
+    flight_->setRoute(*found);
+    return JobProgress::more;
+  };
+  const auto airline = [this]() -> Result<JobProgress> {
+    if (airline_->AirLineLoad(std::string(Left(flightToShow_, 2)))) showFrames();
+    return JobProgress::done;
+  };
+  lookUp_.start({photoAndAircraft, route, airline});
 }
 
 void DetailPanel::showFrames() {

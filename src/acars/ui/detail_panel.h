@@ -11,6 +11,7 @@
 #include "acars/ui/airline_editor.h"
 #include "core/context.h"
 #include "core/ui/busy_labels.h"
+#include "core/ui/line_look_up.h"
 #include "log/ui/log_list_model.h"
 #include "log/ui/xlview.h"
 #include "tables/ui/airport_group.h"
@@ -29,9 +30,13 @@ class DetailPanel : public QWidget {
   DetailPanel(const Context& context, const Tables& tables, xLView* list, LogListModel* model,
               QWidget* parent);
 
-  /// Looks everything up for the selected line; nothing without one. A later
-  /// call from inside a running one overtakes it.
+  /// Looks everything up for the selected line, step by step; nothing without
+  /// one. A look-up that is still under way is given up.
   void showSelection();
+
+  /// Looks the selected line up unless it is shown or about to be: a read may
+  /// have hidden the frames of a line that was selected while it ran.
+  void showSelectionAgain();
 
   /// Hides the three table frames and shows the title in their place.
   void hideFrames();
@@ -56,12 +61,12 @@ class DetailPanel : public QWidget {
  private:
   [[nodiscard]] QWidget* makePhotoColumn();
   [[nodiscard]] QWidget* makeFlightColumn();
-  [[nodiscard]] bool overtaken(int generation) const;
 
   const Context& context_;
   xLView* list_;
   LogListModel* model_;
   BusyLabels* busy_;
+  LineLookUp lookUp_;
   TableEditing editing_;
   PhotoPane* photo_;          // Image1, Label1, Combo2, Command7(0)
   QGroupBox* aircraftFrame_;  // Frame1
@@ -73,9 +78,9 @@ class DetailPanel : public QWidget {
   QPushButton* rawLog_;       // Command7(3)
   AirportGroup* airports_;
   AirportEditor* airportEditor_;
-  AirlineEditor* airline_;  // Frame3
-  std::string registration_;
-  int generation_ = 0;
+  AirlineEditor* airline_;    // Frame3
+  std::string registration_;  // in the aircraft frame
+  std::string flightToShow_;  // of the look-up under way
 };
 
 }  // namespace vel

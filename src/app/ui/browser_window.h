@@ -18,8 +18,9 @@ class BrowserWindow : public QMainWindow {
   /// The designed and the smallest size are outer sizes in twips.
   BrowserWindow(Program& program, QSize designedSize, QSize smallestSize);
 
-  /// Fills the window; called once, before it is shown.
-  virtual void Form_Load() = 0;
+  /// Fills the window, while events run; called once, before it is shown.
+  /// `loaded` tells the end; it never does where the program ends.
+  virtual void load() = 0;
   /// The number of list rows, as the splash shows it.
   [[nodiscard]] virtual int shownRows() const = 0;
 
@@ -39,6 +40,10 @@ class BrowserWindow : public QMainWindow {
   /// Moves and sizes the window so that its outer rectangle is this one, in
   /// twips; kept up until the window manager has said how wide its frame is.
   void setOuterTwips(const QRect& outer);
+
+ Q_SIGNALS:
+  /// The window is filled.
+  void loaded();
 
  protected:
   /// Puts the frames where the outer height and width (twips) want them.

@@ -26,7 +26,9 @@ Program::Program(Desktop& desktop, const Folders& folders)
       folders_(folders),
       services_(Services::load(folders.program / "services.ini")),
       encoding_(services_.textEncoding()),
-      context_{desktop_, folders_, services_, encoding_, settings_, jobs_} {}
+      context_{desktop_, folders_, services_, encoding_, settings_, jobs_} {
+  jobs_.isEnding = [&desktop] { return desktop.isEnding(); };
+}
 
 Program::~Program() = default;
 
@@ -73,9 +75,9 @@ void Program::splashTick() {
       mainWindow_ = makeMainWindow_(*this);
       if (makeOtherWindow_) otherWindow_ = makeOtherWindow_(*this);
       restorePlace();
-      mainWindow_->Form_Load();
-      if (otherWindow_ != nullptr && !desktop_.isEnding()) otherWindow_->Form_Load();
       splash_->setInterval(kLoadedInterval);
+      connect(mainWindow_.get(), &BrowserWindow::loaded, this, &Program::mainWindowLoaded);
+      mainWindow_->load();
       break;
     case 2:
       closeSplash();
@@ -85,6 +87,16 @@ void Program::splashTick() {
     default:
       break;
   }
+}
+
+void Program::mainWindowLoaded() {
+  const auto loaded = [this] { splashStage = 2; };
+  if (otherWindow_ == nullptr) {
+    loaded();
+    return;
+  }
+  connect(otherWindow_.get(), &BrowserWindow::loaded, this, loaded);
+  otherWindow_->load();
 }
 
 void Program::closeSplash() {

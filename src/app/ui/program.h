@@ -96,6 +96,7 @@ class Program : public QObject {
 
  private:
   void splashTick();
+  void mainWindowLoaded();
   void closeSplash();
   void restorePlace();
 

@@ -33,30 +33,39 @@ BusyLabels::BusyLabels(const QString& lookUpCaption, QWidget* parent)
   timer_->setObjectName(QStringLiteral("Timer1"));
   timer_->setSingleShot(true);
   timer_->setInterval(kCompleteMilliseconds);
-  connect(timer_, &QTimer::timeout, this, &BusyLabels::Timer1_Timer);
+  connect(timer_, &QTimer::timeout, complete_, &QLabel::hide);
 }
 
-void BusyLabels::showProcessing() {
-  processing_->setText(lookUpCaption_);
+void BusyLabels::show(const QString& caption) {
+  processing_->setText(caption);
   processing_->show();
 }
 
-void BusyLabels::showRewriting() {
-  processing_->setText(QStringLiteral("Processing"));
-  processing_->show();
+void BusyLabels::setReading(bool reading) {
+  isReading_ = reading;
+  if (reading) {
+    show(lookUpCaption_);
+  } else {
+    processing_->hide();
+  }
 }
 
-void BusyLabels::hideProcessing() { processing_->hide(); }
+void BusyLabels::showProcessing() { show(lookUpCaption_); }
+
+void BusyLabels::showRewriting() { show(QStringLiteral("Processing")); }
+
+void BusyLabels::hideProcessing() {
+  if (isReading_) {
+    show(lookUpCaption_);
+  } else {
+    processing_->hide();
+  }
+}
 
 void BusyLabels::showComplete() {
-  processing_->hide();
+  hideProcessing();
   complete_->show();
   timer_->start();
-}
-
-void BusyLabels::Timer1_Timer() {
-  timer_->stop();
-  complete_->hide();
 }
 
 }  // namespace vel

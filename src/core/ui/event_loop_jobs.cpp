@@ -3,13 +3,21 @@
 namespace vel {
 
 EventLoopJobs::EventLoopJobs() {
-  turns_.setInterval(0);
-  QObject::connect(&turns_, &QTimer::timeout, &turns_, [this] {
-    if (!turn()) turns_.stop();
-  });
   wake = [this] {
-    if (!turns_.isActive()) turns_.start();
+    if (!nextTurn_.isActive()) nextTurn_.start(0, this);
   };
+}
+
+void EventLoopJobs::timerEvent(QTimerEvent*) {
+  // A timer does not fire while it is being handled: an event loop within the
+  // turn has one of its own.
+  nextTurn_.stop();
+  nextTurn_.start(0, this);
+  if (turn()) {
+    wake();
+  } else {
+    nextTurn_.stop();
+  }
 }
 
 }  // namespace vel

@@ -95,16 +95,17 @@ void HfdlBrowser::fillTopRow() {
   connect(frequencyChart_, &QPushButton::clicked, this, &HfdlBrowser::Command10_Click);
 }
 
-void HfdlBrowser::Form_Load() {
+void HfdlBrowser::load() {
   activityChart_->setVisible(showActivityChart != nullptr);
   frequencyChart_->setVisible(showFrequencyChart != nullptr);
-  GetLogFileList();
-  if (desktop().isEnding()) return;
-  for (const EngineRow* row :
-       {panel_->photoSearch(), panel_->flightSearch(), panel_->addressSearch()}) {
-    row->chooser()->setCurrentIndex(0);
-  }
-  panel_->airports()->Text3_Change();
+  fill([this] {
+    for (const EngineRow* row :
+         {panel_->photoSearch(), panel_->flightSearch(), panel_->addressSearch()}) {
+      row->chooser()->setCurrentIndex(0);
+    }
+    panel_->airports()->Text3_Change();
+    if (!desktop().isEnding()) Q_EMIT loaded();
+  });
 }
 
 void HfdlBrowser::layOutFrames(int height, int width) {

@@ -20,12 +20,12 @@ class HfdlBrowser : public LogBrowser {
   /// The web access outlives the window.
   HfdlBrowser(Program& program, WebAccess& web);
 
-  /// What other windows do for this one; set before Form_Load. The button of a
+  /// What other windows do for this one; set before load(). The button of a
   /// missing one is not shown.
   std::function<void()> showActivityChart;
   std::function<void()> showFrequencyChart;
 
-  void Form_Load() override;
+  void load() override;
 
   /// The look-up row: ICAO24 address service (0), photo search (1), flight
   /// search (2), raw log (3).
@@ -43,6 +43,7 @@ class HfdlBrowser : public LogBrowser {
   void readBegins() override;
   void rowsShown(std::size_t) override {}
   void readEnds() override;
+  void lineKept() override { panel_->showSelectionAgain(); }
   void addFilterActions(QMenu&, const QModelIndex&) override {}
   void searchPhoto() override;
   void searchFlight() override;

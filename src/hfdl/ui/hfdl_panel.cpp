@@ -45,6 +45,7 @@ HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, xLView* list,
       list_(list),
       model_(model),
       busy_(new BusyLabels(QStringLiteral("Loading"), this)),
+      lookUp_(context, *busy_),
       editing_(context.desktop, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
   photo_ = new PhotoPane(context.folders, kPhotoSearchIndex,
@@ -127,73 +128,54 @@ QWidget* HfdlPanel::makeAirportColumn() {
 }
 
 void HfdlPanel::readBegins() {
-  ++generation_;
+  lookUp_.stop();
   aircraft_->hide();
   flight_->hide();
   hint_->show();
   aircraft_->setAddress({});
   flight_->setFlight({});
   photo_->clear();
-  reading_ = true;
-  busy_->showProcessing();
+  busy_->setReading(true);
 }
 
-void HfdlPanel::readEnds() {
-  reading_ = false;
-  hideLoading();
-}
+void HfdlPanel::readEnds() { busy_->setReading(false); }
 
-void HfdlPanel::hideLoading() {
-  if (!reading_) busy_->hideProcessing();
-}
-
-bool HfdlPanel::overtaken(int generation) const {
-  return generation != generation_ || context_.desktop.isEnding();
+void HfdlPanel::showSelectionAgain() {
+  if (!aircraft_->isVisible() && !lookUp_.isRunning()) showSelection();
 }
 
 void HfdlPanel::showSelection() {
   if (list_->listIndex() < 0) return;
-  const int generation = ++generation_;
   aircraft_->hide();
   hint_->hide();
-  busy_->showProcessing();
-  context_.desktop.processEvents();
-  if (overtaken(generation)) return;
-  if (list_->listIndex() < 0) {
-    hideLoading();
-    return;
-  }
-  shownLine_ = model_->index(list_->listIndex(), 0);
-
-  const std::string address = list_->selectedText(kHfdlAddress);
-  const std::string received = list_->selectedText(kHfdlFlight);
-  photo_->showPhoto(list_->selectedText(kHfdlRegistration));
-
-  aircraft_->setAddress(address);
-  const Icao24Record record = editing_.valueOrEnd(editing_.tables().icao24IfPresent(address));
-  if (context_.desktop.isEnding()) return;
-  aircraft_->setAircraft(record);
-  context_.desktop.processEvents();
-  if (overtaken(generation)) return;
-  aircraft_->show();
-
-  const std::string flight = completedFlight(received, record);
-  flight_->setFlight(flight);
-  if (flight.empty()) {
-    flight_->hide();
-    hideLoading();
-    context_.desktop.processEvents();
-    return;
-  }
-  flight_->show();
-  flight_->setRoute(std::nullopt);
-  const auto route = editing_.valueOrEnd(routeIfPresent(editing_.tables(), flight));
-  if (context_.desktop.isEnding()) return;
-  flight_->setRoute(route);
-  if (context_.desktop.isEnding()) return;
-  context_.desktop.processEvents();
-  if (overtaken(generation)) return;
-  hideLoading();
+  const auto photoAndAircraft = [this]() -> Result<JobProgress> {
+    // The selection may have been given up again.
+    if (list_->listIndex() < 0) return JobProgress::done;
+    shownLine_ = model_->index(list_->listIndex(), 0);
+    const std::string address = list_->selectedText(kHfdlAddress);
+    receivedFlight_ = list_->selectedText(kHfdlFlight);
+    photo_->showPhoto(list_->selectedText(kHfdlRegistration));
+    aircraft_->setAddress(address);
+    auto record = editing_.tables().icao24IfPresent(address);
+    if (!record) return record.error();
+    foundAircraft_ = *std::move(record);
+    aircraft_->setAircraft(foundAircraft_);
+    return JobProgress::more;
+  };
+  const auto route = [this]() -> Result<JobProgress> {
+    aircraft_->show();
+    const std::string flight = completedFlight(receivedFlight_, foundAircraft_);
+    flight_->setFlight(flight);
+    flight_->setVisible(!flight.empty());
+    if (flight.empty()) return JobProgress::done;
+    flight_->setRoute(std::nullopt);
+    const auto found = routeIfPresent(editing_.tables(), flight);
+    if (!found) return found.error();
+    flight_->setRoute(*found);
+    return JobProgress::more;
+  };
+  const auto drawn = []() -> Result<JobProgress> { return JobProgress::done; };
+  lookUp_.start({photoAndAircraft, route, drawn});
 }
 
 void HfdlPanel::updateAircraftRows(const Icao24Record& written) {

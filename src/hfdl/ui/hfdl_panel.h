@@ -8,6 +8,7 @@
 
 #include "core/context.h"
 #include "core/ui/busy_labels.h"
+#include "core/ui/line_look_up.h"
 #include "hfdl/ui/icao24_editor.h"
 #include "log/ui/log_list_model.h"
 #include "log/ui/xlview.h"
@@ -27,9 +28,12 @@ class HfdlPanel : public QWidget {
   HfdlPanel(const Context& context, const Tables& tables, xLView* list, LogListModel* model,
             QWidget* parent);
 
-  /// Looks everything up for the selected line; nothing without one. A later
-  /// call from inside a running one overtakes it.
+  /// Looks everything up for the selected line, step by step; nothing without
+  /// one. A look-up that is still under way is given up.
   void showSelection();
+
+  /// Looks the selected line up unless it is shown or about to be.
+  void showSelectionAgain();
 
   /// A read begins: hides both frames, the photo and its size, shows
   /// "Loading".
@@ -52,16 +56,15 @@ class HfdlPanel : public QWidget {
   [[nodiscard]] QWidget* makeAircraftColumn();
   [[nodiscard]] QWidget* makeFlightColumn();
   [[nodiscard]] QWidget* makeAirportColumn();
-  [[nodiscard]] bool overtaken(int generation) const;
   void updateAircraftRows(const Icao24Record& written);
   [[nodiscard]] std::function<void()> flightRowsUpdate();
-  void hideLoading();
   void openAirportDialog(const QString& name);
 
   const Context& context_;
   xLView* list_;
   LogListModel* model_;
   BusyLabels* busy_;
+  LineLookUp lookUp_;
   TableEditing editing_;
   PhotoPane* photo_;          // Image1, Label1, Combo2, Command7(1)
   Icao24Editor* aircraft_;    // Frame1
@@ -73,8 +76,8 @@ class HfdlPanel : public QWidget {
   AirportGroup* airports_;
   AirportEditor* airportEditor_;
   QPersistentModelIndex shownLine_;
-  int generation_ = 0;
-  bool reading_ = false;
+  std::string receivedFlight_;  // of the look-up under way
+  Icao24Record foundAircraft_;
 };
 
 }  // namespace vel

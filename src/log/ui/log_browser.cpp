@@ -1,25 +1,15 @@
 #include "log/ui/log_browser.h"
 
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QShortcut>
-#include <chrono>
 #include <utility>
 
 #include "core/ui/qt_desktop.h"
 #include "log/dated_logs.h"
+#include "log/ui/log_reading.h"
 
 namespace vel {
 namespace {
-
-// A read gives way to events this often, and shows its rows at most 30 times
-// a second.
-constexpr std::chrono::milliseconds kSlice{8};
-// With a sort in force, rows are sorted in before they show: many at once would
-// hold up events for too long.
-constexpr std::chrono::milliseconds kSortedSlice{3};
-constexpr std::size_t kSortedAtOnce = 40'000;
-constexpr int kPublishInterval = 34;
 
 // Outer sizes in twips; the same for both, since they share one place.
 constexpr QSize kDesignedSize{15000, 10800};
@@ -28,11 +18,14 @@ constexpr QSize kSmallestSize{14400, 4710};
 }  // namespace
 
 LogBrowser::LogBrowser(Program& program, LogKind kind)
-    : BrowserWindow(program, kDesignedSize, kSmallestSize), kind_(std::move(kind)) {
+    : BrowserWindow(program, kDesignedSize, kSmallestSize),
+      kind_(std::move(kind)),
+      listing_(program.context().jobs),
+      reading_(program.context().jobs) {
   const auto addShortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
-  addShortcut(QKeySequence(Qt::Key_F5), &LogBrowser::Command5_Click);
+  addShortcut(QKeySequence(Qt::Key_F5), &LogBrowser::GetLogFileList);
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), [this] { otherBrowser_->click(); });
 }
 
@@ -63,8 +56,8 @@ QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
                    tr("Switches to the other browser (Ctrl+Tab)\nもう一方のブラウザへ切替え"));
   topRow_->addStretch();
 
-  connect(logFile_, &QComboBox::currentIndexChanged, this, &LogBrowser::Combo1_Click);
-  connect(refresh, &QPushButton::clicked, this, &LogBrowser::Command5_Click);
+  connect(logFile_, &QComboBox::currentIndexChanged, this, &LogBrowser::readChosenLog);
+  connect(refresh, &QPushButton::clicked, this, &LogBrowser::GetLogFileList);
   return row;
 }
 
@@ -91,12 +84,16 @@ int LogBrowser::shownRows() const { return static_cast<int>(model_->rows().size(
 
 void LogBrowser::GetLogFileList() {
   WriteRunLog(desktop(), "Start GetLogFileList");
-  const int listing = ++listing_;
-  const std::vector<std::string> names = datedLogs(program().folders().logs, kind_.suffix);
-  for (std::size_t i = 0; i < names.size(); ++i) {
-    desktop().processEvents();
-    if (desktop().isEnding() || listing != listing_) return;
-  }
+  const auto names = std::make_shared<std::vector<std::string>>();
+  const auto list = [names, folder = program().folders().logs,
+                     suffix = kind_.suffix](Job::Clock::time_point) -> Result<JobProgress> {
+    *names = datedLogs(folder, suffix);
+    return JobProgress::done;
+  };
+  listing_.start(makeJob(list), {.ended = [this, names](const Status&) { offerLogs(*names); }});
+}
+
+void LogBrowser::offerLogs(const std::vector<std::string>& names) {
   const std::string remembered = logFile_->currentText().toStdString();
   int chosen = chooseLog(names, remembered);
   if (chosen < 0 && kind_.newestWhenGone) chosen = chooseLog(names, {});
@@ -107,32 +104,83 @@ void LogBrowser::GetLogFileList() {
     logFile_->setCurrentIndex(chosen);
   }
   if (chosen < 0) desktop().showMessage(kind_.noLogMessage);
-  Combo1_Click();
-  WriteRunLog(desktop(), "Coplete GetLogFileList");
+  if (desktop().isEnding()) return;
+  isListed_ = true;
+  readChosenLog();
+  // Nothing is read without a log.
+  if (!reading_.isRunning()) finishListing();
 }
 
-void LogBrowser::Combo1_Click() { GetLogData(); }
+void LogBrowser::finishListing() {
+  if (!std::exchange(isListed_, false)) return;
+  WriteRunLog(desktop(), "Coplete GetLogFileList");
+  if (const auto filled = std::exchange(whenFilled_, nullptr)) filled();
+}
 
-void LogBrowser::Command5_Click() { GetLogFileList(); }
+void LogBrowser::fill(std::function<void()> filled) {
+  whenFilled_ = std::move(filled);
+  GetLogFileList();
+}
 
-void LogBrowser::GetLogData() {
+void LogBrowser::readChosenLog() { GetLogData(ReadReason::chosen); }
+
+void LogBrowser::readFiltered() { GetLogData(ReadReason::filter); }
+
+void LogBrowser::GetLogData(ReadReason reason) {
   if (suppressLoading) return;
-  ++generation_;
   if (logFile_->currentIndex() < 0) {
     showNoLog();
     return;
   }
-  if (reading_) return;
-  reading_ = true;
-  // A read that is overtaken has emptied the list: the line that was selected
-  // before it stays the one to select.
-  int rememberedIndex = -1;
-  while (readOnce(rememberedIndex) == ReadEnd::overtaken && logFile_->currentIndex() >= 0) {
+  // What an overtaken read had to do, this one does: it tells its report, and
+  // selects the line that was selected before the list was emptied.
+  if (!reading_.isRunning()) {
+    rememberedIndex_ = -1;
+    reportIsOwed_ = false;
   }
-  reading_ = false;
+  if (reason == ReadReason::chosen) reportIsOwed_ = true;
+  WriteRunLog(desktop(), "Start GetLogData");
+  readBegins();
+  const auto open = [this]() -> Result<std::unique_ptr<LogReader>> {
+    if (list_->listIndex() >= 0) rememberedIndex_ = list_->listIndex();
+    model_->clear();
+    rowsShown(0);
+    Result<InputFile> file = InputFile::open(selectedLog());
+    if (!file) return file.error();
+    return makeReader(std::move(*file));
+  };
+  const auto shown = [this] {
+    rowsShown(model_->rows().size());
+    if (program().loadProgressCount > kind_.progressAbove) program().showProgress();
+  };
+  auto job = std::make_unique<LogReading>(*model_, open, shown);
+  LogReading& reading = *job;
+  reading_.start(std::move(job), {.stepped = [this, &reading] { tell(reading.takeMessage()); },
+                                  .ended =
+                                      [this](const Status& result) {
+                                        if (result) {
+                                          finishRead();
+                                        } else {
+                                          endWithError(desktop(), result.error());
+                                        }
+                                      }});
+}
+
+void LogBrowser::tell(const LogReading::Message& message) {
+  if (message.text.empty()) return;
+  if (message.isError) {
+    readEnds();
+  } else {
+    const std::pair<std::string, std::string> report(shownLog(), message.text);
+    if (!reportIsOwed_ && report == lastReport_) return;
+    lastReport_ = report;
+    reportIsOwed_ = false;
+  }
+  desktop().showMessage(message.text);
 }
 
 void LogBrowser::showNoLog() {
+  reading_.stop();
   readBegins();
   model_->clear();
   rowsShown(0);
@@ -140,74 +188,18 @@ void LogBrowser::showNoLog() {
 }
 
 std::filesystem::path LogBrowser::selectedLog() {
-  return program().folders().logs / toPath(logFile_->currentText().toStdString());
+  return program().folders().logs / toPath(shownLog());
 }
 
-LogBrowser::ReadEnd LogBrowser::readOnce(int& rememberedIndex) {
-  const int generation = generation_;
-  WriteRunLog(desktop(), "Start GetLogData");
-  readBegins();
-  desktop().processEvents();
-  if (desktop().isEnding()) return ReadEnd::programEnds;
-  if (generation != generation_) return ReadEnd::overtaken;
-  if (list_->listIndex() >= 0) rememberedIndex = list_->listIndex();
-  model_->clear();
-  rowsShown(0);
-
-  std::string report;
-  Result<InputFile> file = InputFile::open(selectedLog());
-  if (file) {
-    const std::unique_ptr<LogReader> reader = makeReader(std::move(*file));
-    const ReadEnd end = readRows(*reader, generation);
-    if (end != ReadEnd::finished) return end;
-    report = reader->report();
-  } else {
-    readEnds();
-    report = file.error().text();
-  }
-  if (!report.empty()) desktop().showMessage(report);
-  if (desktop().isEnding()) return ReadEnd::programEnds;
-  if (generation != generation_) return ReadEnd::overtaken;
-  finishRead(rememberedIndex);
-  return ReadEnd::finished;
-}
-
-LogBrowser::ReadEnd LogBrowser::readRows(LogReader& reader, int generation) {
-  QElapsedTimer sincePublish;
-  sincePublish.start();
-  bool more = true;
-  while (more) {
-    const bool sorted = model_->sortColumn() >= 0;
-    const Result<bool> step = reader.step(
-        std::chrono::steady_clock::now() + (sorted ? kSortedSlice : kSlice), model_->rows());
-    more = step && *step;
-    const std::size_t unseen = model_->rows().size() - static_cast<std::size_t>(model_->rowCount());
-    const bool much = sorted && unseen >= kSortedAtOnce;
-    if (!more || much || sincePublish.elapsed() >= kPublishInterval) {
-      model_->publish();
-      rowsShown(model_->rows().size());
-      if (program().loadProgressCount > kind_.progressAbove) program().showProgress();
-      sincePublish.restart();
-    }
-    if (!step && reader.failedLookUp()) {
-      endWithError(desktop(), step.error());
-      return ReadEnd::programEnds;
-    }
-    if (!step) desktop().showMessage(step.error().text());
-    desktop().processEvents();
-    if (desktop().isEnding()) return ReadEnd::programEnds;
-    if (generation != generation_) return ReadEnd::overtaken;
-  }
-  return ReadEnd::finished;
-}
-
-void LogBrowser::finishRead(int rememberedIndex) {
+void LogBrowser::finishRead() {
   readEnds();
   if (settings().env_keepCsrPos == 1) {
-    list_->setListIndex(rememberedIndex < model_->rowCount() ? rememberedIndex : -1);
+    list_->setListIndex(rememberedIndex_ < model_->rowCount() ? rememberedIndex_ : -1);
+    lineKept();
   }
   if (program().loadProgressCount > 0) --program().loadProgressCount;
   WriteRunLog(desktop(), "End GetLogData");
+  finishListing();
 }
 
 void LogBrowser::showContextMenu(const QPoint& position) {

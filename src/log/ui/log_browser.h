@@ -9,11 +9,15 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "app/ui/browser_window.h"
 #include "core/file.h"
+#include "core/job.h"
 #include "log/log_reader.h"
 #include "log/ui/log_list_model.h"
+#include "log/ui/log_reading.h"
 #include "log/ui/xlview.h"
 
 namespace vel {
@@ -42,19 +46,26 @@ class LogBrowser : public BrowserWindow {
   /// Fills the log file chooser and selects a log, which reads it.
   void GetLogFileList();
 
-  /// Reads the selected log into the list; nothing while `suppressLoading` is
-  /// set. A call from inside a running read makes that read start afresh, so
-  /// that the last one determines the list. Without a selected log the list is
-  /// emptied.
-  void GetLogData();
+  /// Why a log is read.
+  enum class ReadReason {
+    chosen,  ///< it was chosen, or is to be read again
+    filter,  ///< other lines of it are asked for
+  };
 
-  void Combo1_Click();
-  void Command5_Click();
+  /// Reads the selected log into the list, step by step; nothing while
+  /// `suppressLoading` is set. A read that is still under way is given up: the
+  /// last one determines the list. Without a selected log the list is emptied.
+  void GetLogData(ReadReason reason = ReadReason::chosen);
+
+  /// The selected log is another one: reads it.
+  void readChosenLog();
+  /// A filter asks for other lines: reads the selected log again.
+  void readFiltered();
 
   /// The name of the selected log, empty when none is.
   [[nodiscard]] std::string shownLog() const { return logFile_->currentText().toStdString(); }
 
-  /// What shows the raw log of that name; set before Form_Load. Without it the
+  /// What shows the raw log of that name; set before load(). Without it the
   /// raw log is not offered.
   std::function<void(const std::string& name)> showRawLog;
 
@@ -75,6 +86,11 @@ class LogBrowser : public BrowserWindow {
   /// The list over a new model.
   void makeList(QWidget* parent, LogListModel* model, const QList<int>& widths);
 
+  /// Lists the logs and reads one, as GetLogFileList. `filled` is called when
+  /// that read has ended, or at once where there is no log; never where the
+  /// program ends.
+  void fill(std::function<void()> filled);
+
   /// The button to the other browser, after Refresh; Ctrl+Tab presses it.
   [[nodiscard]] QPushButton* otherBrowserButton() const { return otherBrowser_; }
 
@@ -86,6 +102,9 @@ class LogBrowser : public BrowserWindow {
   virtual void rowsShown(std::size_t count) = 0;
   /// A read has ended, and the selection is about to be restored.
   virtual void readEnds() = 0;
+  /// After a read, the line that was selected before it is selected again, if
+  /// there still is one.
+  virtual void lineKept() {}
 
   /// Adds to the list's menu, between the copies and the look-ups.
   virtual void addFilterActions(QMenu& menu, const QModelIndex& clicked) = 0;
@@ -96,13 +115,12 @@ class LogBrowser : public BrowserWindow {
   virtual void openRawLog() = 0;
 
  private:
-  enum class ReadEnd { finished, overtaken, programEnds };
-
+  void offerLogs(const std::vector<std::string>& names);
+  void finishListing();
+  void tell(const LogReading::Message& message);
   void showNoLog();
   [[nodiscard]] std::filesystem::path selectedLog();
-  ReadEnd readOnce(int& rememberedIndex);
-  ReadEnd readRows(LogReader& reader, int generation);
-  void finishRead(int rememberedIndex);
+  void finishRead();
   void showContextMenu(const QPoint& position);
 
   LogKind kind_;
@@ -111,9 +129,13 @@ class LogBrowser : public BrowserWindow {
   QHBoxLayout* topRow_ = nullptr;
   LogListModel* model_ = nullptr;
   xLView* list_ = nullptr;
-  bool reading_ = false;
-  int generation_ = 0;  // of reads
-  int listing_ = 0;     // of file lists
+  JobSlot listing_;  // of the folder
+  JobSlot reading_;
+  std::function<void()> whenFilled_;
+  bool isListed_ = false;      // a list was made that is complete with its read
+  int rememberedIndex_ = -1;   // selected before the running read, and those it overtook
+  bool reportIsOwed_ = false;  // also when it was shown already
+  std::pair<std::string, std::string> lastReport_;  // of which log, and its text
 };
 
 }  // namespace vel

@@ -18,7 +18,10 @@ class AcarsFilters : public test::AcarsWindowTest {
   void SetUp() override { start(); }
   [[nodiscard]] QComboBox& photo() const { return find<QComboBox>("Combo4"); }
   [[nodiscard]] QComboBox& comparison() const { return find<QComboBox>("Combo5"); }
-  void tickLetter() const { QTest::keyClick(&find<QCheckBox>("Check1"), Qt::Key_Space); }
+  void tickLetter() const {
+    QTest::keyClick(&find<QCheckBox>("Check1"), Qt::Key_Space);
+    test::finishJobs();
+  }
 };
 
 TEST_F(AcarsFilters, AtStartAllPhotosAndThePrefixComparisonAreSelected) {
@@ -162,6 +165,7 @@ TEST_F(AcarsFilters, ClearPutsEveryFilterBackAndReadsOnce) {
 TEST_F(AcarsFilters, ClearWithNoFilterSetStillReadsOnce) {
   const long before = reads();
   QTest::keyClick(&window(), Qt::Key_L, Qt::ControlModifier);
+  test::finishJobs();
   EXPECT_EQ(reads(), before + 1);
   EXPECT_THAT(flights(), SizeIs(4));
 }

@@ -134,6 +134,7 @@ TEST_F(AcarsReading, RefreshTakesTheNewestWhenTheChosenLogIsGone) {
   test::choose(logs(), 0);
   fs::remove(base_.folders.logs / "20260101_list.csv");
   QTest::keyClick(&window(), Qt::Key_F5);
+  test::finishJobs();
   EXPECT_EQ(logs().currentText(), kLog);
   EXPECT_THAT(flights(), SizeIs(4));
   EXPECT_THAT(desktop_.messages, IsEmpty());
@@ -191,6 +192,91 @@ TEST_F(AcarsReading, MalformedLinesAreReportedOnceAfterTheRead) {
                           "ex.: 1,2,3,4,5,6,7,8,九\r\n\r\n"
                           "Error line:3,4,5,9"));
   EXPECT_THAT(flights(), ElementsAre("A1", "A2", "A3", "A4"));
+}
+
+TEST_F(AcarsReading, AFilterDoesNotRepeatTheReportThatWasShownLast) {
+  base_.writeLog(kLog, {"A1,O,R,D,E,Q,M,01:00:00", "five,fields,only,2,3"});
+  start();
+  ASSERT_THAT(desktop_.messages, SizeIs(1));
+  test::typeKeys(box("Text4(0)"), "a1");
+  click("Command9");
+  EXPECT_THAT(desktop_.messages, SizeIs(1));
+  // Another report is shown, and a refresh repeats one.
+  base_.writeLog(kLog, {"A1,O,R,D,E,Q,M,01:00:00", "five,fields,only,2,4"});
+  test::typeKeys(box("Text4(0)"), "a");
+  EXPECT_THAT(desktop_.messages, SizeIs(2));
+  click("Command5");
+  EXPECT_THAT(desktop_.messages, SizeIs(3));
+}
+
+TEST_F(AcarsReading, AnotherLogsReportIsShownAlsoWithTheSameText) {
+  base_.writeLog(kLog, {"five,fields,only,2,3"});
+  base_.writeLog("20260101_list.csv", {"five,fields,only,2,3"});
+  start();
+  test::choose(logs(), 0);
+  test::typeKeys(box("Text4(0)"), "a");
+  EXPECT_THAT(desktop_.messages, SizeIs(2));
+}
+
+TEST_F(AcarsReading, ALineSelectedDuringAReadIsShownByAClickAfterIt) {
+  writeLarge(kLog);
+  start();
+  bool selected = false;
+  const test::BetweenSteps look([&] {
+    const auto rows = static_cast<std::size_t>(window().model()->rowCount());
+    if (selected || rows < 10 || rows >= kManyRows) return;
+    selected = true;
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, cellPlace(3, 1));
+  });
+  QTest::mouseClick(&button("Command5"), Qt::LeftButton);
+  test::finishJobs();
+  settle();
+  ASSERT_TRUE(selected);
+  ASSERT_EQ(list().listIndex(), 3);
+  ASSERT_FALSE(framesShown());
+  select(3);
+  EXPECT_TRUE(framesShown());
+  EXPECT_EQ(find<QGroupBox>("Frame1").title(), "JA3");
+}
+
+TEST_F(AcarsReading, ALineKeptFromBeforeTheReadIsShownAlsoWhenItWasClickedDuringIt) {
+  writeLarge(kLog);
+  start();
+  settings().env_keepCsrPos = 1;
+  select(3);
+  bool selected = false;
+  const test::BetweenSteps look([&] {
+    if (selected || program_->context().jobs.isIdle() || window().model()->rowCount() < 10) return;
+    if (list().listIndex() >= 0) return;
+    selected = true;
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, cellPlace(3, 1));
+  });
+  QTest::mouseClick(&button("Command5"), Qt::LeftButton);
+  test::finishJobs();
+  settle();
+  ASSERT_TRUE(selected);
+  EXPECT_EQ(list().listIndex(), 3);
+  EXPECT_TRUE(framesShown());
+}
+
+TEST_F(AcarsReading, AMessageIsShownOnceAndAReadStartedBehindItCounts) {
+  base_.writeLog(kLog, {"A1,O,R,D,E,Q,M,01:00:00", "five,fields,only,2,3"});
+  start();
+  desktop_.messages.clear();
+  const int counted = program_->loadProgressCount;
+  desktop_.onMessage = [this](const std::string&) {
+    desktop_.onMessage = nullptr;
+    base_.writeLog(kLog, {"A2,O,R,D,E,Q,M,01:00:00"});
+    window().GetLogData();
+    test::finishJobs();
+  };
+  desktop_.runLogLines.clear();
+  click("Command5");
+  EXPECT_THAT(desktop_.messages, SizeIs(1));
+  EXPECT_THAT(flights(), ElementsAre("A2"));
+  EXPECT_EQ(program_->loadProgressCount, counted - 1);
+  EXPECT_EQ(std::count(desktop_.runLogLines.begin(), desktop_.runLogLines.end(), "End GetLogData"),
+            1);
 }
 
 TEST_F(AcarsReading, AFileWithOnlyTheHeaderShowsAnEmptyListAndNoMessage) {
@@ -253,13 +339,13 @@ TEST_F(AcarsReading, TheLastReadWinsWhenAFilterIsTypedDuringARead) {
   ASSERT_THAT(flights(), SizeIs(kManyRows));
   bool typed = false;
   std::size_t rowsWhenTyped = 0;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
     const std::size_t rows = window().model()->rows().size();
     if (typed || rows == 0 || rows >= kManyRows) return;
     typed = true;
     rowsWhenTyped = rows;
     QTest::keyClicks(&box("Text4(0)"), "299999");
-  };
+  });
   click("Command5");
   ASSERT_TRUE(typed);
   EXPECT_GT(rowsWhenTyped, 0U);
@@ -278,12 +364,12 @@ TEST_F(AcarsReading, AnOvertakenReadReportsNothingAndTheLastOneReportsOnce) {
   };
   const auto endsBefore = ends();
   int typed = 0;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
     const std::size_t rows = window().model()->rows().size();
     if (typed == 3 || rows == 0 || rows >= kManyRows) return;
     ++typed;
     QTest::keyClick(&box("Text4(0)"), Qt::Key_1);
-  };
+  });
   click("Command5");
   EXPECT_GE(typed, 1);
   EXPECT_THAT(desktop_.messages, SizeIs(1));
@@ -296,12 +382,12 @@ TEST_F(AcarsReading, TheCursorIsKeptAcrossAReadThatWasOvertaken) {
   settings().env_keepCsrPos = 1;
   select(2);
   bool typed = false;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
     const std::size_t rows = window().model()->rows().size();
     if (typed || rows == 0 || rows >= kManyRows) return;
     typed = true;
     QTest::keyClick(&box("Text4(0)"), Qt::Key_1);
-  };
+  });
   click("Command5");
   settle();
   ASSERT_TRUE(typed);
@@ -312,12 +398,12 @@ TEST_F(AcarsReading, ClosingTheWindowDuringAReadEndsTheProgram) {
   writeLarge(kLog);
   start();
   bool closed = false;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
     const std::size_t rows = window().model()->rows().size();
     if (closed || rows == 0 || rows >= kManyRows) return;
     closed = true;
     window().close();
-  };
+  });
   click("Command5");
   ASSERT_TRUE(closed);
   EXPECT_TRUE(desktop_.ended);
@@ -328,11 +414,11 @@ TEST_F(AcarsReading, ClosingTheWindowDuringAReadEndsTheProgram) {
 TEST_F(AcarsReading, ALogThatVanishesDuringAReadIsReadToItsEnd) {
   writeLarge(kLog);
   start();
-  desktop_.onProcessEvents = [this, removed = false]() mutable {
+  const test::BetweenSteps look([this, removed = false]() mutable {
     const std::size_t rows = window().model()->rows().size();
     if (removed || rows == 0 || rows >= kManyRows) return;
     removed = fs::remove(base_.folders.logs / kLog);
-  };
+  });
   click("Command5");
   EXPECT_FALSE(fs::exists(base_.folders.logs / kLog));
   EXPECT_THAT(flights(), SizeIs(kManyRows));

@@ -47,12 +47,12 @@ TEST_F(ProgramStart, TheSplashShowsTheVersionAndAsksToWaitWhenLoadingBegins) {
   EXPECT_EQ(wait.text(), QStringLiteral("Please wait for a while."));
   EXPECT_FALSE(wait.isVisible());
   bool seen = false;
-  desktop_.onProcessEvents = [&] {
-    if (splash() == nullptr) return;
+  const test::BetweenSteps look([&] {
+    if (splash() == nullptr || program_->splashStage == 0) return;
     seen = true;
     EXPECT_TRUE(wait.isVisible());
     EXPECT_FALSE(mainShown());
-  };
+  });
   ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
   EXPECT_TRUE(seen);
   EXPECT_EQ(splash(), nullptr);
@@ -64,10 +64,10 @@ TEST_F(ProgramStart, TheSplashCountsTheRowsOfBothBrowsersDuringTheFirstRead) {
   test::writeBytes(base_.folders.logs / kLog, log);
   startBoth();
   std::vector<std::string> texts;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
     if (splash() == nullptr) return;
     texts.push_back(test::control<QLabel>(*splash(), "Progress").text().toStdString());
-  };
+  });
   ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
   EXPECT_EQ(texts.front(), "");
   EXPECT_THAT(texts, Contains("FMT:120 LIST:358"));

@@ -127,13 +127,13 @@ TEST_F(HfdlDetails, WhileALineIsLookedUpTheAircraftIsHiddenAndLoadingShown) {
   select(0);
   std::vector<bool> loading;
   std::vector<bool> aircraftShown;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
+    if (program_->context().jobs.isIdle()) return;
     loading.push_back(isShown("Label7"));
     aircraftShown.push_back(isShown("Frame1"));
-  };
+  });
   select(1);
-  desktop_.onProcessEvents = nullptr;
-  ASSERT_THAT(loading, testing::SizeIs(3));
+  ASSERT_GE(loading.size(), 3U);
   EXPECT_THAT(loading, testing::Each(true));
   EXPECT_FALSE(aircraftShown[0]);
   EXPECT_FALSE(isShown("Label7"));
@@ -142,11 +142,10 @@ TEST_F(HfdlDetails, WhileALineIsLookedUpTheAircraftIsHiddenAndLoadingShown) {
 TEST_F(HfdlDetails, ALineSelectedDuringALookUpIsTheOneThatIsShown) {
   start();
   int turns = 0;
-  desktop_.onProcessEvents = [&] {
-    if (++turns == 2) list().setListIndex(2);
-  };
+  const test::BetweenSteps look([&] {
+    if (!program_->context().jobs.isIdle() && ++turns == 2) list().setListIndex(2);
+  });
   select(0);
-  desktop_.onProcessEvents = nullptr;
   settle();
   EXPECT_EQ(address(), "861234");
   EXPECT_EQ(aircraft(), "861234|ANA|NH|JA731A|B773");

@@ -124,6 +124,7 @@ TEST_F(HfdlReading, RefreshKeepsTheShownLogAndReadsWhatWasAdded) {
   writeAircraftLog("202601010000_HFDL_FMT.log", {"111111 OLD -"});
   start();
   logs().setCurrentIndex(0);
+  test::finishJobs();
   ASSERT_THAT(column(kHfdlAddress), ElementsAre("111111"));
   writeAircraftLog("202601010000_HFDL_FMT.log", {"111111 OLD -", "222222 NEW -"});
   writeAircraftLog("202601030000_HFDL_FMT.log", {"333333 NEXT -"});
@@ -148,6 +149,7 @@ TEST_F(HfdlReading, AShownLogThatIsGoneLeavesNoneSelectedAndTheListEmpty) {
   EXPECT_FALSE(isShown("Frame1"));
   EXPECT_FALSE(isShown("Label7"));
   logs().setCurrentIndex(0);
+  test::finishJobs();
   EXPECT_THAT(column(kHfdlAddress), ElementsAre("111111"));
 }
 
@@ -156,11 +158,13 @@ TEST_F(HfdlReading, ALogThatCannotBeOpenedGivesItsErrorNumberAndTheProgramGoesOn
   start();
   fs::remove(base_.folders.logs / "202601010000_HFDL_FMT.log");
   logs().setCurrentIndex(0);
+  test::finishJobs();
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #53"));
   EXPECT_EQ(window().model()->rowCount(), 0);
   EXPECT_FALSE(desktop_.ended);
   EXPECT_FALSE(isShown("Label7"));
   logs().setCurrentIndex(1);
+  test::finishJobs();
   EXPECT_EQ(window().model()->rowCount(), 5);
 }
 
@@ -195,12 +199,12 @@ TEST_F(HfdlReading, EachOfBothFirstReadsCountsTheStartDown) {
 TEST_F(HfdlReading, WhileBothReadTheSplashCountsTheLinesOfBoth) {
   writeMany(kLog, 30000);
   std::vector<std::string> progress;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
     for (QWidget* widget : QApplication::topLevelWidgets()) {
       if (widget->objectName() != QLatin1String("Splash")) continue;
       progress.push_back(test::control<QLabel>(*widget, "Progress").text().toStdString());
     }
-  };
+  });
   start();
   EXPECT_THAT(progress, Contains("FMT:30000 LIST:1"));
 }
@@ -211,16 +215,17 @@ TEST_F(HfdlReading, AReadHidesTheDetailsAndShowsLoadingUntilItEnds) {
   ASSERT_TRUE(isShown("Frame1") && isShown("Frame2"));
   ASSERT_EQ(text("Label1"), "150 x 100");
   bool seen = false;
-  desktop_.onProcessEvents = [&] {
+  const test::BetweenSteps look([&] {
+    if (program_->context().jobs.isIdle()) return;
     seen = true;
     EXPECT_FALSE(isShown("Frame1"));
     EXPECT_FALSE(isShown("Frame2"));
     EXPECT_TRUE(isShown("Label7"));
     EXPECT_EQ(text("Label7"), "Loading");
     EXPECT_EQ(text("Label1"), "");
-  };
+  });
   window().GetLogData();
-  desktop_.onProcessEvents = nullptr;
+  test::finishJobs();
   EXPECT_TRUE(seen);
   EXPECT_FALSE(isShown("Label7"));
   EXPECT_FALSE(isShown("Frame1"));
@@ -293,11 +298,11 @@ TEST_F(HfdlReading, ALogChosenDuringAReadIsTheOneThatIsShown) {
   writeMany("202601010000_HFDL_FMT.log", 100000);
   start();
   int turns = 0;
-  desktop_.onProcessEvents = [&] {
-    if (++turns == 3) logs().setCurrentIndex(1);
-  };
+  const test::BetweenSteps look([&] {
+    if (!program_->context().jobs.isIdle() && ++turns == 3) logs().setCurrentIndex(1);
+  });
   logs().setCurrentIndex(0);
-  desktop_.onProcessEvents = nullptr;
+  test::finishJobs();
   EXPECT_GE(turns, 3);
   EXPECT_EQ(window().model()->rowCount(), 5);
   EXPECT_THAT(flights(), ElementsAre("JL0012", "123", "", "XX0001", "JL0123"));
@@ -308,12 +313,11 @@ TEST_F(HfdlReading, ARefreshInsideTheListingIsTheOneThatCounts) {
   start();
   desktop_.runLogLines.clear();
   bool nested = false;
-  desktop_.onProcessEvents = [&] {
-    if (std::exchange(nested, true)) return;
-    window().Command5_Click();
-  };
+  const test::BetweenSteps look([&] {
+    if (program_->context().jobs.isIdle() || std::exchange(nested, true)) return;
+    window().GetLogFileList();
+  });
   click("Command5");
-  desktop_.onProcessEvents = nullptr;
   EXPECT_EQ(reads(), 1);
   EXPECT_EQ(window().model()->rowCount(), 5);
 }

@@ -58,6 +58,7 @@ TEST_F(HfdlWindow, F5RefreshesAndCtrlCCopiesTheLine) {
   start();
   const long before = reads();
   QTest::keyClick(&window(), Qt::Key_F5);
+  test::finishJobs();
   EXPECT_EQ(reads(), before + 1);
   select(2);
   QTest::keyClick(&list(), Qt::Key_C, Qt::ControlModifier);

@@ -138,8 +138,11 @@ std::string LogWindowTest::captionOf(const QAction& action) {
 }
 
 void LogWindowTest::settle() {
-  // A selection is followed by a queued look-up, which lets events run itself.
-  for (int i = 0; i < 3; ++i) QCoreApplication::processEvents();
+  // A selection is followed in a queued call, by a look-up.
+  for (int i = 0; i < 3; ++i) {
+    QCoreApplication::processEvents();
+    finishJobs();
+  }
 }
 
 }  // namespace vel::test

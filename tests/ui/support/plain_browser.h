@@ -10,7 +10,10 @@ class PlainBrowser : public BrowserWindow {
   explicit PlainBrowser(Program& program)
       : BrowserWindow(program, QSize(12600, 10500), QSize(3000, 3000)) {}
 
-  void Form_Load() override { loads.emplace_back(isVisible()); }
+  void load() override {
+    loads.emplace_back(isVisible());
+    Q_EMIT loaded();
+  }
   [[nodiscard]] int shownRows() const override { return rows; }
 
   int rows = 120;

@@ -11,7 +11,9 @@ namespace vel::test {
 /// work with. Call use() once services.ini, if any, has been written.
 class TestStation {
  public:
-  TestStation() = default;
+  TestStation() {
+    jobs_.isEnding = [this] { return desktop.isEnding(); };
+  }
   TestStation(const TestStation&) = delete;
   TestStation& operator=(const TestStation&) = delete;
   ~TestStation() { drivenJobs = nullptr; }

@@ -37,6 +37,19 @@ inline void finishJobs() {
   while (drivenJobs != nullptr && !drivenJobs->isIdle()) QCoreApplication::processEvents();
 }
 
+/// Calls a function again and again as window events run, between the steps of
+/// whatever jobs there are, as long as it lives.
+class BetweenSteps {
+ public:
+  explicit BetweenSteps(const std::function<void()>& look) {
+    QObject::connect(&turns_, &QTimer::timeout, &turns_, look);
+    turns_.start(0);
+  }
+
+ private:
+  QTimer turns_;
+};
+
 /// The control of that object name below a window; the test fails without one.
 template <typename T>
 T& control(const QObject& window, const char* name) {

@@ -341,8 +341,8 @@ TEST_F(RealTourTest, ResumesWhereItWasLeftUntilTheWindowLoadsAgain) {
     EXPECT_FALSE(tour.isVisible());
   });
   takeTour([this](TourWindow& tour) { expectStep(tour, 12); });
-  browser_->Form_Load();
-  EXPECT_EQ(state_.step, 1);
+  browser_->load();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return state_.step == 1; }));
   takeTour([this](TourWindow& tour) { expectStep(tour, 1); });
 }
 

@@ -362,7 +362,7 @@ class ClosingBrowser : public BrowserWindow {
  public:
   explicit ClosingBrowser(Program& program)
       : BrowserWindow(program, QSize(6000, 6000), QSize(1500, 1500)) {}
-  void Form_Load() override {}
+  void load() override { Q_EMIT loaded(); }
   [[nodiscard]] int shownRows() const override { return 0; }
 
  protected:
@@ -501,8 +501,9 @@ class RawLogFromAcarsTest : public RawLogViewerTest {
                                          "JL0014,O,..,RJTT,RJFF,B763,-,00:02:00"});
     writeRawLog("JA8089", rawLine("HDR", "POS") + "\r\n");
     browser_ = std::make_unique<AcarsBrowser>(*program_, *web_);
-    browser_->Form_Load();
+    browser_->load();
     browser_->show();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return browser_->model()->rowCount() == 2; }));
     ASSERT_TRUE(QTest::qWaitForWindowActive(browser_.get()));
     ASSERT_EQ(browser_->model()->rowCount(), 2);
     ASSERT_TRUE(desktop_.messages.empty());
