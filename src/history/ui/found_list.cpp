@@ -54,14 +54,14 @@ QString FoundList::selectedLines() const {
   for (const QModelIndex& row : selected) {
     QStringList cells;
     for (int column = 0; column < kFoundColumns; ++column) {
-      cells.append(row.siblingAtColumn(column).data().toString());
+      cells.append(row.siblingAtColumn(column).data(Qt::EditRole).toString());
     }
     lines.append(cells.join(QLatin1Char('\t')));
   }
   return lines.join(QLatin1Char('\n'));
 }
 
-QString FoundList::currentCell() const { return currentIndex().data().toString(); }
+QString FoundList::currentCell() const { return currentIndex().data(Qt::EditRole).toString(); }
 
 void FoundList::keyPressEvent(QKeyEvent* event) {
   if (event->matches(QKeySequence::Copy)) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
@@ -78,8 +79,10 @@ int FoundModel::columnCount(const QModelIndex& parent) const {
 
 QVariant FoundModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rowCount()) return {};
-  if (role != Qt::DisplayRole) return {};
-  return toQString(found_.cell(messageAt(index.row()), index.column()));
+  if (role != Qt::DisplayRole && role != Qt::EditRole) return {};
+  const QString text = toQString(found_.cell(messageAt(index.row()), index.column()));
+  // What is copied or filtered by is the text itself.
+  return role == Qt::DisplayRole ? shownText(text) : text;
 }
 
 QVariant FoundModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "core/file.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "history/log_place.h"
 
@@ -35,11 +36,7 @@ std::chrono::local_days dayOf(int number) {
   return std::chrono::local_days(std::chrono::days(number));
 }
 
-// No text from a log is a shortcut of a menu.
-QString menuText(QString text) {
-  if (text.size() > kLongestMenuText) text = text.left(kLongestMenuText) + QStringLiteral("…");
-  return text.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
+QString menuText(const QString& text) { return withoutShortcut(shownText(text, kLongestMenuText)); }
 
 }  // namespace
 
@@ -309,7 +306,7 @@ void HistoryWindow::showFilter() {
   for (const FoundFilter::Value& value : filter_.values) {
     parts << QStringLiteral("%1 = \"%2\"")
                  .arg(model_->headerData(value.column, Qt::Horizontal, Qt::DisplayRole).toString(),
-                      toQString(value.text).left(kLongestMenuText));
+                      shownText(value.text, kLongestMenuText));
   }
   filterText_->setText(filter_.isEmpty() ? tr("All messages すべて")
                                          : tr("Only 絞込み: ") + parts.join(QLatin1String(", ")));
@@ -320,7 +317,7 @@ void HistoryWindow::showMenu(const QPoint& place) {
   const QModelIndex clicked = list_->indexAt(place);
   if (!clicked.isValid()) return;
   const int column = clicked.column();
-  const QString text = clicked.data().toString();
+  const QString text = clicked.data(Qt::EditRole).toString();
   const std::size_t message = model_->messageAt(clicked.row());
   QMenu menu(list_);
   menu.setObjectName(QStringLiteral("FoundMenu"));
@@ -360,7 +357,7 @@ void HistoryWindow::openLine(int shownIndex) {
   opening_.start(std::move(job), {.ended = [this, place, log](const Status& result) {
                    if (!result || !place->row()) {
                      say(tr("%1 no longer has this message. このメッセージはもうありません。")
-                             .arg(toQString(log.name)));
+                             .arg(shownText(log.name)));
                      return;
                    }
                    openMessage(log.source, log.name, *place->row());

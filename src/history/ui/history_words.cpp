@@ -4,6 +4,7 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
@@ -13,13 +14,7 @@ constexpr int kButtons = 6;
 constexpr std::size_t kInMenu = 100;
 constexpr qsizetype kLongestName = 20;
 
-// The text of a button: no ampersand is a shortcut, and nothing is too long.
-QString shownName(const QString& name) {
-  QString shown = name.size() > kLongestName ? name.left(kLongestName) + QStringLiteral("…") : name;
-  return shown.replace(QLatin1Char('&'), QLatin1String("&&"));
-}
-
-QString toolTipText(const QString& text) { return text.toHtmlEscaped(); }
+QString shownName(const QString& name) { return withoutShortcut(shownText(name, kLongestName)); }
 
 constexpr const char* kName = "name";
 
@@ -122,7 +117,7 @@ void HistoryWords::showGroup(Group& group, const NameCounts& counts) {
     button->setText(shownName(toQString(name)));
     button->setProperty(kName, toQString(name));
     button->setAccessibleName(toQString(name));
-    button->setToolTip(toolTipText(toQString(name)) + QStringLiteral(": %1").arg(count));
+    button->setToolTip(plainToolTip(QStringLiteral("%1: %2").arg(toQString(name)).arg(count)));
   }
   group.more->setVisible(next < names.size());
   group.more->menu()->clear();

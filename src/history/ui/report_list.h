@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QComboBox>
+#include <QTableView>
+#include <QWidget>
+#include <string>
+#include <vector>
+
+namespace vel {
+
+/// Names with how often each was heard, as a list shows them.
+class ReportListModel : public QAbstractTableModel {
+  Q_OBJECT
+
+ public:
+  struct Line {
+    std::string name;
+    std::string heardAs;    ///< as it stands in the log
+    std::size_t count = 0;  ///< 0 where it is not told
+  };
+
+  explicit ReportListModel(QObject* parent) : QAbstractTableModel(parent) {}
+
+  void setLines(std::vector<Line> lines);
+  [[nodiscard]] const Line& line(int row) const { return lines_[static_cast<std::size_t>(row)]; }
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                    int role) const override;
+
+ private:
+  std::vector<Line> lines_;
+};
+
+/// Several lists of names, of which the chooser above shows one.
+class ReportList : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// `captions` names the lists in their order; `names` begins the object names
+  /// of chooser and list.
+  ReportList(const QStringList& captions, const QString& names, QWidget* parent);
+
+  /// Puts lines in place of those of one list; what is selected stays selected
+  /// where it still is there.
+  void setLines(int list, std::vector<ReportListModel::Line> lines);
+
+ Q_SIGNALS:
+  /// A line of a list was double-clicked, or Enter was pressed at it.
+  void lineOpened(int list, const QString& heardAs);
+  /// Lines were asked for: name and count joined by a tab.
+  void copied(const QString& text);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void showList();
+  void open(int row);
+  void copy();
+
+  QStringList captions_;
+  std::vector<std::vector<ReportListModel::Line>> lists_;
+  QComboBox* chooser_;
+  ReportListModel* model_;
+  QTableView* view_;
+};
+
+}  // namespace vel
