@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kLines = 1'000'000;
-constexpr double kMostOfMawk = 0.5;
+constexpr double kMostOfMawk = 0.25;
 constexpr double kMostBytesForRow = 64;
 
 // A day of traffic as the decoder writes it, many times over.

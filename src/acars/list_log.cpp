@@ -17,6 +17,7 @@ constexpr std::string_view kHeader = "Flight No.";
 constexpr std::size_t kTimeLength = 8;
 // Lines between two looks at the clock.
 constexpr int kLinesPerLook = 64;
+constexpr std::string_view kZeros = "00000000";
 // A message box has to stay readable, and small enough to be shown at all,
 // when a file of another kind has been named as a log.
 constexpr std::size_t kLongestExample = 1000;
@@ -101,7 +102,9 @@ ListLogReader::ListLogReader(InputFile file, const Encoding& encoding, const Lis
       anyFilter_(anyText_ || filter.photo != ListFilter::kAll || !filter.time.empty() ||
                  filter.unknownAirlineOnly),
       photoMark_(encoding.encode("○").value_or("")),
-      noPhotoMark_(encoding.encode("×").value_or("")) {}
+      noPhotoMark_(encoding.encode("×").value_or("")) {
+  chooseProbe();
+}
 
 ListLogReader::Needle ListLogReader::needle(const std::string& utf8) const {
   return {utf8, isAscii(utf8)};
@@ -187,7 +190,6 @@ Status ListLogReader::take(std::string_view line, RowStore& rows) {
     reject(line);
     return {};
   }
-  constexpr std::string_view kZeros = "00000000";
   const std::string_view flight = hasBlanksAround(field[0]) ? Trim(field[0]) : field[0];
   const std::size_t timeLength =
       isAscii(field[7]) ? field[7].size() : length(encoding_.decode(field[7]));
@@ -208,20 +210,103 @@ Status ListLogReader::take(std::string_view line, RowStore& rows) {
   return {};
 }
 
-Result<bool> ListLogReader::step(std::chrono::steady_clock::time_point deadline, RowStore& rows) {
-  while (true) {
-    for (int i = 0; i < kLinesPerLook; ++i) {
-      std::string_view line;
-      if (!lines_.nextAtHand(line)) {
-        const auto next = lines_.next();
-        if (!next) return next.error();
-        if (!*next) return false;
-        line = **next;
-      }
-      if (const Status taken = take(line, rows); !taken) return taken.error();
-    }
-    if (std::chrono::steady_clock::now() >= deadline) return true;
+// Which text filter tells most lines apart by one byte: the first that is set.
+void ListLogReader::chooseProbe() {
+  const struct {
+    const Needle& needle;
+    std::size_t from, to;
+  } texts[] = {{flight_, 0, 0},
+               {registration_, 2, 2},
+               {airport_, 3, 4},
+               {equipment_, 5, 5},
+               {remarks_, 6, 6}};
+  for (const auto& text : texts) {
+    if (text.needle.utf8.empty()) continue;
+    probed_ = &text.needle;
+    probedFrom_ = text.from;
+    probedTo_ = text.to;
+    return;
   }
+}
+
+// Of a line with seven commas.
+bool ListLogReader::cannotPass(const ShortLine& line) const {
+  if (probed_ == nullptr) return false;
+  std::uint64_t commas = line.commas;
+  std::uint64_t before = 0;  // the bits up to the comma before the field
+  for (std::size_t i = 0; i < probedFrom_; ++i) {
+    before = commas ^ (commas - 1);
+    commas &= commas - 1;
+  }
+  for (std::size_t i = probedFrom_; i < probedTo_; ++i) commas &= commas - 1;
+  const std::uint64_t within = (commas ^ (commas - 1)) & ~before;
+  const std::uint64_t asked = probed_->ascii ? line.probe | line.notAscii : line.notAscii;
+  return (asked & within) == 0;
+}
+
+// The same as take(), for the usual lines.
+Status ListLogReader::takeShort(const char* text, const ShortLine& cut, RowStore& rows) {
+  std::uint64_t commas = cut.commas;
+  const auto first = static_cast<std::size_t>(std::countr_zero(commas));
+  for (std::size_t i = 0; i < kRecordFields - 2; ++i) commas &= commas - 1;
+  const bool isRecord = std::has_single_bit(commas);
+  const std::string_view line(text, cut.length);
+  const bool hasBlanks = *text == ' ' || (first > 0 && text[first - 1] == ' ');
+  if (!isRecord || hasBlanks || *text == kHeader.front()) return take(line, rows);
+  const auto timeAt = static_cast<std::size_t>(std::countr_zero(commas)) + 1;
+  const bool asciiTime = (cut.notAscii & ~(commas - 1)) == 0;
+  if (!asciiTime) return take(line, rows);
+  if (anyFilter_) {
+    if (!cannotPass(cut)) return take(line, rows);
+    ++lineNumber_;
+    return {};
+  }
+  ++lineNumber_;
+  const std::size_t timeLength = cut.length - timeAt;
+  const std::size_t zeros = kTimeLength - std::min(timeLength, kTimeLength);
+  // Whole registers are copied, and what is too much is written over later.
+  char* const row = rows.room(kShortLineReach);
+  std::memcpy(row, text, kShortLine);
+  if (zeros > 0) {
+    std::memcpy(row + timeAt, kZeros.data(), kTimeLength);
+    std::memcpy(row + timeAt + zeros, text + timeAt, kTimeLength);
+  }
+  rows.addWritten(cut.length + zeros);
+  return {};
+}
+
+// False where there is none at hand.
+Result<bool> ListLogReader::takeShortLines(RowStore& rows) {
+  ShortLine lines[kLinesPerLook];
+  const std::string_view text = lines_.atHand();
+  const char probe = probed_ != nullptr ? probed_->utf8.front() : ',';
+  const std::size_t count = shortLines(text, probe, lines);
+  std::size_t taken = 0;
+  Status status;
+  while (status && taken < count) {
+    const ShortLine& line = lines[taken++];
+    status = takeShort(text.data() + line.at, line, rows);
+  }
+  if (taken > 0) lines_.takeAtHand(lines[taken - 1].next);
+  if (!status) return status.error();
+  return taken > 0;
+}
+
+Result<bool> ListLogReader::step(std::chrono::steady_clock::time_point deadline, RowStore& rows) {
+  do {
+    const Result<bool> taken = takeShortLines(rows);
+    if (!taken) return taken.error();
+    if (*taken) continue;
+    std::string_view line;
+    if (!lines_.nextAtHand(line)) {
+      const auto next = lines_.next();
+      if (!next) return next.error();
+      if (!*next) return false;
+      line = **next;
+    }
+    if (const Status status = take(line, rows); !status) return status.error();
+  } while (std::chrono::steady_clock::now() < deadline);
+  return true;
 }
 
 }  // namespace vel

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "acars/short_lines.h"
 #include "core/line_reader.h"
 #include "core/result.h"
 #include "core/text.h"
@@ -100,6 +101,10 @@ class ListLogReader : public LogReader {
   bool passesTime(std::string_view time) const;
   Result<bool> passes(const Fields& fields, std::string_view flight, std::string_view time);
   Status take(std::string_view line, RowStore& rows);
+  void chooseProbe();
+  bool cannotPass(const ShortLine& line) const;
+  Status takeShort(const char* line, const ShortLine& cut, RowStore& rows);
+  Result<bool> takeShortLines(RowStore& rows);
   void reject(std::string_view line);
 
   LineReader lines_;
@@ -113,6 +118,11 @@ class ListLogReader : public LogReader {
   Needle remarks_;
   bool anyText_ = false;
   bool anyFilter_ = false;
+  // A line can only pass when this byte stands in these fields of it, or a
+  // byte that is not ASCII does.
+  const Needle* probed_ = nullptr;
+  std::size_t probedFrom_ = 0;  // fields
+  std::size_t probedTo_ = 0;
   std::string photoMark_;  // the full-width form, in the log's bytes
   std::string noPhotoMark_;
   MalformedLines malformed_;

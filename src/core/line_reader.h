@@ -41,6 +41,21 @@ class LineReader {
     return true;
   }
 
+  /// What was read ahead: it begins with the next line and need not end with a
+  /// whole one. Empty where only next() can go on.
+  [[nodiscard]] std::string_view atHand() const {
+    return skipping_ ? std::string_view()
+                     : std::string_view(buffer_.data() + begin_, end_ - begin_);
+  }
+
+  /// Counts bytes at the beginning of atHand() as read: whole lines with their
+  /// ends, none longer than the limit.
+  void takeAtHand(std::size_t bytes) {
+    begin_ += bytes;
+    consumed_ += bytes;
+    wasCut_ = false;
+  }
+
   /// True when the line just handed out was longer than the limit.
   [[nodiscard]] bool wasCut() const { return wasCut_; }
 

@@ -1,5 +1,6 @@
 #include "log/row_store.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace vel {
@@ -10,55 +11,46 @@ constexpr std::size_t kBlockSize = std::size_t{1} << 18;
 }  // namespace
 
 std::string_view fieldOf(std::string_view text, char separator, std::size_t field) {
-  const char* begin = text.data();
-  const char* end = begin + text.size();
-  const char* from = begin;
-  for (const char* at = begin; at != end; ++at) {
-    if (*at != separator) continue;
-    if (field == 0) return {from, static_cast<std::size_t>(at - from)};
-    --field;
-    from = at + 1;
+  // A field may be a megabyte long.
+  std::size_t from = 0;
+  for (; field > 0; --field) {
+    const std::size_t end = text.find(separator, from);
+    if (end == std::string_view::npos) return {};
+    from = end + 1;
   }
-  if (field != 0) return {};
-  return {from, static_cast<std::size_t>(end - from)};
+  return text.substr(from, text.find(separator, from) - from);
 }
 
-RowStore::Block& RowStore::blockFor(std::size_t length) {
-  if (blocksUsed_ > 0 && blocks_[blocksUsed_ - 1].size - filled_ >= length) {
-    return blocks_[blocksUsed_ - 1];
-  }
-  const bool nextIsLargeEnough =
-      blocksUsed_ < blocks_.size() && blocks_[blocksUsed_].size >= length;
+char* RowStore::roomInNewBlock(std::size_t most) {
+  const bool nextIsLargeEnough = blocksUsed_ < blocks_.size() && blocks_[blocksUsed_].size >= most;
   if (!nextIsLargeEnough) {
-    const std::size_t size = length > kBlockSize ? length : kBlockSize;
+    const std::size_t size = std::max(most, kBlockSize);
     blocks_.insert(blocks_.begin() + static_cast<std::ptrdiff_t>(blocksUsed_),
                    Block{std::make_unique_for_overwrite<char[]>(size), size});
   }
   filled_ = 0;
-  return blocks_[blocksUsed_++];
+  return blocks_[blocksUsed_++].text.get();
 }
 
-char* RowStore::keep(std::initializer_list<std::string_view> pieces, std::size_t length) {
-  Block& block = blockFor(length);
-  char* const place = block.text.get() + filled_;
+void RowStore::addRowBlock() {
+  rows_.push_back(std::make_unique_for_overwrite<Row[]>(kRowsPerBlock));
+}
+
+char* RowStore::writePieces(std::initializer_list<std::string_view> pieces, std::size_t length) {
+  char* const place = room(length);
   char* end = place;
   for (const std::string_view piece : pieces) {
     if (!piece.empty()) std::memcpy(end, piece.data(), piece.size());
     end += piece.size();
   }
-  filled_ += length;
   return place;
 }
 
 void RowStore::append(std::initializer_list<std::string_view> pieces) {
   std::size_t length = 0;
   for (const std::string_view piece : pieces) length += piece.size();
-  if (size_ == rows_.size() * kRowsPerBlock) {
-    rows_.push_back(std::make_unique_for_overwrite<Row[]>(kRowsPerBlock));
-  }
-  rows_[size_ / kRowsPerBlock][size_ % kRowsPerBlock] = {keep(pieces, length), length};
-  ++size_;
-  kept_ += length;
+  writePieces(pieces, length);
+  addWritten(length);
 }
 
 std::string_view RowStore::field(std::size_t index, std::size_t field) const {
@@ -72,7 +64,8 @@ void RowStore::setField(std::size_t index, std::size_t field, std::string_view b
   const auto before = static_cast<std::size_t>(replaced.data() - old.data());
   const std::string_view behind = old.substr(before + replaced.size());
   const std::size_t length = before + bytes.size() + behind.size();
-  const char* changed = keep({old.substr(0, before), bytes, behind}, length);
+  const char* changed = writePieces({old.substr(0, before), bytes, behind}, length);
+  filled_ += length;
   kept_ += length - old.size();
   rows_[index / kRowsPerBlock][index % kRowsPerBlock] = {changed, length};
 }

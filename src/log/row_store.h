@@ -24,6 +24,23 @@ class RowStore {
   /// Adds a row whose text is these pieces, one behind the other.
   void append(std::initializer_list<std::string_view> pieces);
 
+  /// Room for one more row of at most so many bytes, to be written there and
+  /// then added. The pointer lives until the next call of any other member.
+  [[nodiscard]] char* room(std::size_t most) {
+    const bool fits = blocksUsed_ > 0 && blocks_[blocksUsed_ - 1].size - filled_ >= most;
+    return fits ? blocks_[blocksUsed_ - 1].text.get() + filled_ : roomInNewBlock(most);
+  }
+
+  /// Adds the row that was written to room(): its first `length` bytes.
+  void addWritten(std::size_t length) {
+    if (size_ % kRowsPerBlock == 0 && size_ == rows_.size() * kRowsPerBlock) addRowBlock();
+    rows_[size_ / kRowsPerBlock][size_ % kRowsPerBlock] = {
+        blocks_[blocksUsed_ - 1].text.get() + filled_, length};
+    ++size_;
+    filled_ += length;
+    kept_ += length;
+  }
+
   /// The whole row. The view lives until the row is changed or cleared.
   [[nodiscard]] std::string_view row(std::size_t index) const {
     const Row& found = at(index);
@@ -60,8 +77,9 @@ class RowStore {
     std::size_t size;
   };
 
-  char* keep(std::initializer_list<std::string_view> pieces, std::size_t length);
-  Block& blockFor(std::size_t length);
+  char* writePieces(std::initializer_list<std::string_view> pieces, std::size_t length);
+  char* roomInNewBlock(std::size_t most);
+  void addRowBlock();
 
   char separator_;
   std::size_t size_ = 0;
