@@ -78,8 +78,8 @@ int LogListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant LogListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rowCount()) return {};
-  if (role == Qt::DisplayRole) return toQString(cell(index.row(), index.column()));
-  if (role == Qt::ToolTipRole) return plainToolTip(toQString(cell(index.row(), index.column())));
+  if (role == Qt::DisplayRole) return shownCell(index.row(), index.column());
+  if (role == Qt::ToolTipRole) return plainToolTip(shownCell(index.row(), index.column()));
   if (role == Qt::BackgroundRole && !backgrounds_.empty()) {
     const std::size_t row = rowAt(index.row());
     const auto found = std::find_if(backgrounds_.begin(), backgrounds_.end(),
@@ -140,6 +140,16 @@ std::string LogListModel::cell(int shownIndex, int column) const {
   const std::size_t row = rowAt(shownIndex);
   if (column == 0) return numberText_(row + 1).toStdString();
   return encoding_.decode(rows_.field(row, static_cast<std::size_t>(column - 1)));
+}
+
+QString LogListModel::shownCell(int shownIndex, int column) const {
+  const std::size_t row = rowAt(shownIndex);
+  if (column == 0) return numberText_(row + 1);
+  // No character has more bytes; one that is torn apart stands behind the cut.
+  constexpr std::size_t kMostBytes = 4;
+  constexpr std::size_t kDecoded = (kLongestShown + 1) * kMostBytes;
+  const std::string_view bytes = rows_.field(row, static_cast<std::size_t>(column - 1));
+  return shownText(encoding_.decode(bytes.substr(0, kDecoded)));
 }
 
 void LogListModel::setCell(int shownIndex, int column, std::string_view text) {

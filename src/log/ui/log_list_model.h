@@ -50,8 +50,12 @@ class LogListModel : public QAbstractTableModel {
   [[nodiscard]] int sortColumn() const { return sortColumn_; }
   [[nodiscard]] Qt::SortOrder sortOrder() const { return sortOrder_; }
 
-  /// The text of a cell by its shown index.
+  /// The text of a cell by its shown index, whole and unchanged.
   [[nodiscard]] std::string cell(int shownIndex, int column) const;
+
+  /// The same as the list shows it, see shownText(): the work does not grow with
+  /// what is not shown. Also the model's display text.
+  [[nodiscard]] QString shownCell(int shownIndex, int column) const;
 
   /// Changes a cell by its shown index. The row keeps its place until the next
   /// sort or read.

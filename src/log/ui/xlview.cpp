@@ -3,8 +3,10 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <algorithm>
+#include <cstdlib>
 
 #include "core/ui/qt_desktop.h"
+#include "core/ui/shown_text_delegate.h"
 
 namespace vel {
 
@@ -13,6 +15,7 @@ xLView::xLView(LogListModel* model, const QList<int>& widths, QWidget* parent)
   setObjectName(QStringLiteral("xLView1"));
   setAccessibleName(tr("Messages"));
   setModel(model);
+  setItemDelegate(new ShownTextDelegate(this));
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);
   setAlternatingRowColors(true);
@@ -98,6 +101,24 @@ void xLView::keyPressEvent(QKeyEvent* event) {
   QTableView::keyPressEvent(event);
 }
 
+QModelIndex xLView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  if (action != MoveHome && action != MoveEnd) return QTableView::moveCursor(action, modifiers);
+  const int last = model_->rowCount() - 1;
+  const int column = currentIndex().isValid() ? currentIndex().column() : 0;
+  return model_->index(action == MoveHome ? std::min(0, last) : last, column);
+}
+
+QItemSelectionModel::SelectionFlags xLView::selectionCommand(const QModelIndex& index,
+                                                             const QEvent* event) const {
+  if (event == nullptr || event->type() != QEvent::KeyPress) {
+    return QTableView::selectionCommand(index, event);
+  }
+  const auto* key = static_cast<const QKeyEvent*>(event);
+  if (key->key() == Qt::Key_Space) return QTableView::selectionCommand(index, event);
+  const QKeyEvent plain(QEvent::KeyPress, key->key(), key->modifiers() & ~Qt::ControlModifier);
+  return QTableView::selectionCommand(index, &plain);
+}
+
 void xLView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
   QTableView::currentChanged(current, previous);
   followLater();
@@ -114,7 +135,24 @@ void xLView::followLater() {
   QMetaObject::invokeMethod(this, &xLView::follow, Qt::QueuedConnection);
 }
 
+void xLView::keepCurrentSelected() {
+  // Of several selected lines the current one was deselected: another one is
+  // the selected line then, not none.
+  if (listIndex() >= 0 || !selectionModel()->hasSelection()) return;
+  const QModelIndex near = currentIndex();
+  QModelIndex best;
+  for (const QModelIndex& each : selectionModel()->selectedRows(qMax(near.column(), 0))) {
+    const bool nearer =
+        !best.isValid() || std::abs(each.row() - near.row()) < std::abs(best.row() - near.row());
+    if (nearer) best = each;
+  }
+  if (best.isValid()) {
+    selectionModel()->setCurrentIndex(best, QItemSelectionModel::NoUpdate);
+  }
+}
+
 void xLView::follow() {
+  keepCurrentSelected();
   const int index = listIndex();
   if (index == (told_.isValid() ? told_.row() : -1)) return;
   told_ = index < 0 ? QModelIndex() : model_->index(index, 0);

@@ -38,6 +38,11 @@ class xLView : public QTableView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  /// Home and End go to the first and the last line.
+  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+  /// Every key that goes to a line selects it, also with Ctrl.
+  [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(
+      const QModelIndex& index, const QEvent* event) const override;
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
@@ -45,6 +50,7 @@ class xLView : public QTableView {
   void sortByTitle(int column);
   void followLater();
   void follow();
+  void keepCurrentSelected();
 
   LogListModel* model_;
   QPersistentModelIndex told_;  // the line that listIndexChanged told last

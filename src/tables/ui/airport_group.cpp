@@ -7,6 +7,7 @@
 #include "core/text.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/shown_text_delegate.h"
 
 namespace vel {
 namespace {
@@ -45,6 +46,7 @@ AirportGroup::AirportGroup(const TableEditing& editing, QWidget* parent)
   candidates_->setObjectName(QStringLiteral("List1"));
   candidates_->setAccessibleName(tr("Airport candidates"));
   candidates_->setModel(names_);
+  candidates_->setItemDelegate(new ShownTextDelegate(candidates_));
   candidates_->setUniformItemSizes(true);
   candidates_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   candidates_->setTextElideMode(Qt::ElideMiddle);

@@ -151,6 +151,39 @@ TEST_F(LogListModelTest, AColourFollowsItsRowUntilTheListIsCleared) {
   EXPECT_FALSE(model_.index(1, 1).data(Qt::BackgroundRole).isValid());
 }
 
+TEST_F(LogListModelTest, ControlCharactersAreShownByASignAndKeptInTheCell) {
+  const std::string text("a\0\x1b\t\x7f", 5);
+  model_.rows().append({text, ",\xE2\x80\xAEz"});
+  model_.publish();
+  EXPECT_EQ(model_.index(0, 1).data().toString(), QStringLiteral("a␀␛␉␡"));
+  EXPECT_EQ(model_.cell(0, 1), text);
+}
+
+TEST_F(LogListModelTest, OnlyTheBeginningOfALongCellIsShown) {
+  const std::string megabyte(1'000'000, 'x');
+  model_.rows().append({megabyte, ",", megabyte.substr(0, 1000)});
+  model_.publish();
+  EXPECT_EQ(model_.index(0, 1).data().toString(), QString(999, u'x') + u'…');
+  EXPECT_EQ(model_.index(0, 2).data().toString(), QString(1000, u'x'));
+  EXPECT_LE(model_.index(0, 1).data(Qt::ToolTipRole).toString().size(), 1100);
+  EXPECT_EQ(model_.cell(0, 1), megabyte);
+}
+
+// Two bytes each: the cut must not go through one.
+TEST_F(LogListModelTest, ALongJapaneseCellIsCutBetweenCharacters) {
+  for (const char* before : {"", "a"}) {
+    model_.clear();
+    std::string bytes = before;
+    for (int i = 0; i < 5000; ++i) bytes += "\x95\x5C";
+    model_.rows().append(bytes);
+    model_.publish();
+    const QString shown = model_.index(0, 1).data().toString();
+    EXPECT_EQ(shown.size(), 1000);
+    EXPECT_FALSE(shown.contains(QChar::ReplacementCharacter));
+    EXPECT_TRUE(shown.endsWith(QStringLiteral("表…")));
+  }
+}
+
 TEST_F(LogListModelTest, ACellOfAShortRowIsEmpty) {
   add({"a"});
   EXPECT_EQ(model_.cell(0, 2), "");

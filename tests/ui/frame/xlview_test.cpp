@@ -1,7 +1,10 @@
 #include "log/ui/xlview.h"
 
 #include <QHeaderView>
+#include <QPainter>
+#include <QProxyStyle>
 #include <QSignalSpy>
+#include <QStyleOptionViewItem>
 #include <QTest>
 
 #include <gmock/gmock.h>
@@ -142,6 +145,117 @@ TEST_F(XlViewTest, CopyingGivesTheCellOrTheLine) {
 TEST_F(XlViewTest, ColumnsHaveTheirWidths) {
   EXPECT_EQ(view_.columnWidth(0), 40);
   EXPECT_EQ(view_.columnWidth(1), 80);
+}
+
+// What is highlighted is what is selected, and one of it is the selected line.
+TEST_F(XlViewTest, EveryKeyThatGoesToALineSelectsIt) {
+  const struct {
+    Qt::Key key;
+    Qt::KeyboardModifiers modifiers;
+    int line;
+  } steps[] = {{Qt::Key_End, {}, 2},
+               {Qt::Key_Home, {}, 0},
+               {Qt::Key_End, Qt::ControlModifier, 2},
+               {Qt::Key_Home, Qt::ControlModifier, 0},
+               {Qt::Key_Down, Qt::ControlModifier, 1},
+               {Qt::Key_Down, {}, 2},
+               {Qt::Key_Up, Qt::ControlModifier, 1},
+               {Qt::Key_PageDown, Qt::ControlModifier, 2},
+               {Qt::Key_PageUp, {}, 0}};
+  view_.setFocus();
+  for (const auto& step : steps) {
+    QTest::keyClick(&view_, step.key, step.modifiers);
+    EXPECT_EQ(view_.listIndex(), step.line) << step.key;
+    EXPECT_EQ(view_.currentIndex().row(), step.line) << step.key;
+    EXPECT_EQ(view_.selectionModel()->selectedRows().size(), 1) << step.key;
+  }
+}
+
+TEST_F(XlViewTest, HomeAndEndKeepTheColumn) {
+  clickRow(1);
+  QTest::keyClick(&view_, Qt::Key_End);
+  EXPECT_EQ(view_.currentIndex(), model_.index(2, 1));
+  QTest::keyClick(&view_, Qt::Key_Home);
+  EXPECT_EQ(view_.currentIndex(), model_.index(0, 1));
+}
+
+TEST_F(XlViewTest, ShiftEndSelectsUpToTheLastLine) {
+  clickRow(1);
+  QTest::keyClick(&view_, Qt::Key_End, Qt::ShiftModifier);
+  EXPECT_EQ(view_.selectionModel()->selectedRows().size(), 2);
+  EXPECT_EQ(view_.listIndex(), 2);
+}
+
+TEST_F(XlViewTest, InAnEmptyListHomeAndEndSelectNothing) {
+  model_.clear();
+  view_.setFocus();
+  for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End}) {
+    QTest::keyClick(&view_, key);
+    EXPECT_EQ(view_.listIndex(), -1);
+  }
+}
+
+TEST_F(XlViewTest, OfSeveralSelectedLinesOneIsAlwaysTheSelectedOne) {
+  clickRow(0);
+  clickRow(2, Qt::ControlModifier);
+  settle();
+  ASSERT_EQ(view_.listIndex(), 2);
+  clickRow(2, Qt::ControlModifier);
+  settle();
+  EXPECT_EQ(view_.selectionModel()->selectedRows().size(), 1);
+  EXPECT_EQ(view_.listIndex(), 0);
+}
+
+// Counts the texts that get as far as the painting of cells.
+class CountingStyle : public QProxyStyle {
+ public:
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    if (const auto* cell = qstyleoption_cast<const QStyleOptionViewItem*>(option)) {
+      if (element == CE_ItemViewItem) {
+        characters += cell->text.size();
+        focused += cell->state.testFlag(State_HasFocus) ? 1 : 0;
+        ++cells;
+        texts.append(cell->text);
+      }
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
+  }
+  mutable qsizetype characters = 0;
+  mutable int cells = 0;
+  mutable int focused = 0;
+  mutable QStringList texts;
+};
+
+TEST_F(XlViewTest, NoMoreOfATextIsPaintedThanItsCellCanShow) {
+  auto* style = new CountingStyle;
+  style->setParent(&view_);
+  view_.setStyle(style);
+  model_.clear();
+  for (const char filling : {'x', '\0', '\x81'}) {
+    model_.rows().append({std::string(900'000, filling), ",", std::string(900'000, filling)});
+  }
+  model_.publish();
+  view_.grab();
+  EXPECT_GE(style->cells, 9);
+  // Three pixels for a letter: every row has at most so many.
+  EXPECT_LE(style->characters, 3 * (view_.viewport()->width() / 3 + 3));
+  EXPECT_TRUE(style->texts.filter(QStringLiteral("␀␀␀")).size() >= 2);
+  EXPECT_EQ(model_.cell(0, 1).size(), 900'000U);
+}
+
+TEST_F(XlViewTest, ADeselectedCellDoesNotLookSelected) {
+  auto* style = new CountingStyle;
+  style->setParent(&view_);
+  view_.setStyle(style);
+  view_.setFocus();
+  clickRow(1);
+  view_.grab();
+  EXPECT_GT(style->focused, 0);
+  clickRow(1, Qt::ControlModifier);
+  style->focused = 0;
+  view_.grab();
+  EXPECT_EQ(style->focused, 0);
 }
 
 }  // namespace
