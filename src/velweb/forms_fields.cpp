@@ -181,11 +181,9 @@ Found airportsThenPoint(std::string_view text) {
   TextScan scan(text);
   if (scan.take("000000070")) return firstDecimals(scan);
   if (!scan.take("000000660")) return std::nullopt;
-  while (!scan.atEnd()) {
-    TextScan here = scan;
-    here.skipBlanks();
+  for (std::string_view rest = scan.rest(); !rest.empty(); rest.remove_prefix(1)) {
+    TextScan here(rest);
     if (const Found found = ifAtBoundary(takeDigitPair(here, kMinuteTenths), here)) return found;
-    if (!scan.takeField()) return std::nullopt;
   }
   return std::nullopt;
 }

@@ -174,10 +174,10 @@ Found numberedRecord(std::string_view text) {
       }
     }
     // The level and two signed numbers.
-    if (!found || !digitsAre(scan, 3)) return std::nullopt;
-    const auto level = flightLevel(scan.takeNumber(3));
-    if (!takeSignedField(scan, 3) || !takeSignedField(scan, 3)) return std::nullopt;
-    found->altitudeFeet = level;
+    if (!found) return std::nullopt;
+    const auto level = scan.takeNumber(3);
+    if (!level || !takeSignedField(scan, 3) || !takeSignedField(scan, 3)) return std::nullopt;
+    found->altitudeFeet = flightLevel(level);
     return found;
   }
   return std::nullopt;
