@@ -69,8 +69,13 @@ int run(const VelwebOptions& options) {
     return fail("no base folder " + toUtf8(folders.base));
   }
   const Services services = Services::load(fileIn(folders.program, "services.ini"));
-  const std::string encoding = services.textEncoding().name();
-  const VelwebService service(folders, encoding, options.host);
+  Result<Encoding> encoding = Encoding::named(services.encoding);
+  if (!encoding) encoding = Encoding::named("CP932");
+  if (!encoding) {
+    return fail("this system has no converter for code page 932, nor for the encoding \"" +
+                services.encoding + "\"");
+  }
+  const VelwebService service(folders, encoding->name(), options.host);
   ClientLimits limits;
   limits.request = std::chrono::seconds(options.timeoutSeconds);
   HttpServer server(service, limits);

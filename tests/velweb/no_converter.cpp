@@ -1,0 +1,10 @@
+// Put before the C library, it stands for a system without any converter.
+
+#include <cerrno>
+
+#include <iconv.h>
+
+extern "C" iconv_t iconv_open(const char*, const char*) {
+  errno = EINVAL;
+  return reinterpret_cast<iconv_t>(-1);
+}
