@@ -51,7 +51,11 @@ Result<std::size_t> InputFile::read(char* data, std::size_t size) {
 OutputFile::OutputFile(std::intptr_t handle) : handle_(handle) { buffer_.reserve(kWriteBuffer); }
 
 Result<OutputFile> OutputFile::create(const std::filesystem::path& path) {
-  Result<std::intptr_t> handle = platform::openForWriting(path);
+  if (const Status removed = removeFile(path);
+      !removed && removed.error().number == ErrorNumber::permissionDenied) {
+    return removed.error();
+  }
+  Result<std::intptr_t> handle = platform::createNew(path);
   if (!handle) return handle.error();
   return OutputFile(*handle);
 }
@@ -98,24 +102,77 @@ Status replaceFile(const std::filesystem::path& from, const std::filesystem::pat
   return platform::rename(from, to, true);
 }
 
-Status removeFile(const std::filesystem::path& path) {
-  std::error_code error;
-  if (std::filesystem::remove(path, error)) return {};
-  if (!error) return ErrorNumber::fileNotFound;
-  return error == std::errc::io_error ? ErrorNumber::deviceIo : ErrorNumber::permissionDenied;
+namespace {
+
+std::filesystem::path withSuffix(std::filesystem::path path, std::string_view suffix) {
+  path += suffix;
+  return path;
+}
+
+Status writeTemporary(const std::filesystem::path& temporary, const std::filesystem::path& place,
+                      std::string_view bytes) {
+  Result<OutputFile> output = OutputFile::create(temporary);
+  if (!output) return output.error();
+  Status status;
+  if (fileExists(place)) status = output->copyPermissions(place);
+  if (status) status = output->write(bytes);
+  const Status finished = output->finish();
+  return status ? finished : status;
+}
+
+}  // namespace
+
+Status writeWholeFile(const std::filesystem::path& file, std::string_view suffix,
+                      std::string_view bytes) {
+  const std::filesystem::path place = linkTarget(file);
+  const std::filesystem::path temporary = withSuffix(place, suffix);
+  Status status = writeTemporary(temporary, place, bytes);
+  if (status) status = replaceFile(temporary, place);
+  if (!status) {
+    // The first failure is the one to report.
+    static_cast<void>(removeFile(temporary));
+    return status;
+  }
+  return flushFolder(place.parent_path());
+}
+
+void removeLeftOver(const std::filesystem::path& file, std::string_view suffix) {
+  // Where this fails, the next write says so.
+  static_cast<void>(removeFile(withSuffix(file, suffix)));
+  static_cast<void>(removeFile(withSuffix(linkTarget(file), suffix)));
+}
+
+std::filesystem::path linkTarget(const std::filesystem::path& path) {
+  return platform::linkTarget(path);
+}
+
+Status removeFile(const std::filesystem::path& path) { return platform::remove(path); }
+
+FolderLock::FolderLock(std::unique_ptr<platform::InstanceLock> lock) : lock_(std::move(lock)) {}
+FolderLock::FolderLock(FolderLock&& other) noexcept = default;
+FolderLock& FolderLock::operator=(FolderLock&& other) noexcept = default;
+FolderLock::~FolderLock() = default;
+
+std::optional<FolderLock> FolderLock::take(const std::filesystem::path& folder) {
+  Result<std::unique_ptr<platform::InstanceLock>> lock = platform::lockFolder(folder);
+  if (!lock) return FolderLock(nullptr);
+  if (*lock == nullptr) return std::nullopt;
+  return FolderLock(std::move(*lock));
 }
 
 Status flushFolder(const std::filesystem::path& folder) { return platform::flushFolder(folder); }
 
 bool fileExists(const std::filesystem::path& path) {
   std::error_code error;
-  const auto status = std::filesystem::status(path, error);
-  return std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+  return std::filesystem::is_regular_file(path, error);
 }
 
 Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder) {
   std::error_code error;
   std::filesystem::directory_iterator entries(folder, error);
+  while (error == std::errc::interrupted) {
+    entries = std::filesystem::directory_iterator(folder, error);
+  }
   if (error) {
     return error == std::errc::permission_denied ? ErrorNumber::permissionDenied
                                                  : ErrorNumber::pathNotFound;
@@ -123,7 +180,7 @@ Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder)
   std::vector<std::string> names;
   for (; entries != std::filesystem::directory_iterator(); entries.increment(error)) {
     std::error_code ignored;
-    if (!entries->is_directory(ignored)) names.push_back(toUtf8(entries->path().filename()));
+    if (entries->is_regular_file(ignored)) names.push_back(toUtf8(entries->path().filename()));
   }
   if (error) return ErrorNumber::deviceIo;
   std::sort(names.begin(), names.end(), [](const std::string& left, const std::string& right) {

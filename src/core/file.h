@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,10 @@
 
 namespace vel {
 
+namespace platform {
+class InstanceLock;
+}
+
 /// A path from UTF-8 text, and back.
 [[nodiscard]] std::filesystem::path toPath(std::string_view utf8);
 [[nodiscard]] std::string toUtf8(const std::filesystem::path& path);
@@ -19,8 +24,9 @@ namespace vel {
 /// write, rename and remove the file meanwhile.
 class InputFile {
  public:
-  /// 53 when there is none, 76 when its folder is missing, 70 when refused
-  /// (also for a folder), 57 otherwise.
+  /// 53 when there is none, 76 when its folder is missing, 70 when refused, 57
+  /// otherwise. Only a regular file is one: a folder, a device or a pipe counts
+  /// as missing and is never waited for.
   static Result<InputFile> open(const std::filesystem::path& path);
 
   InputFile(InputFile&& other) noexcept;
@@ -41,7 +47,9 @@ class InputFile {
 /// the destructor closes the file but keeps whatever was written.
 class OutputFile {
  public:
-  /// Creates the file, or empties an existing one.
+  /// Makes a new file; what has its name is removed before, and a symbolic link
+  /// is never followed. 70 for a folder in its place, 58 where somebody else
+  /// makes one of that name in the same moment.
   static Result<OutputFile> create(const std::filesystem::path& path);
 
   OutputFile(OutputFile&& other) noexcept;
@@ -53,8 +61,9 @@ class OutputFile {
   /// Appends through a buffer; 61 when the disk is full.
   Status write(std::string_view bytes);
 
-  /// Gives the file the permissions of another one, where the platform has
-  /// permissions that a rename would otherwise lose.
+  /// Gives the file the group and the mode of another one, which a rename would
+  /// otherwise lose, as far as the system lets this user. Fails only where the
+  /// other file cannot be looked at.
   Status copyPermissions(const std::filesystem::path& from);
 
   /// Writes what is buffered, flushes it to the disk and closes. After it,
@@ -76,17 +85,53 @@ Status renameFile(const std::filesystem::path& from, const std::filesystem::path
 /// As renameFile, but puts the source in the place of an existing target.
 Status replaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// Removes a file; 53 when there is none.
+/// Writes a file whole: beside its place under its name with the suffix added
+/// (".new"), down to the disk, then renamed into its place. A failure leaves
+/// the old file as it was and nothing beside it. A file that is a symbolic link
+/// is written at its target's place, and the link stays.
+Status writeWholeFile(const std::filesystem::path& file, std::string_view suffix,
+                      std::string_view bytes);
+
+/// Removes what a crash may have left beside a file that is written whole.
+void removeLeftOver(const std::filesystem::path& file, std::string_view suffix);
+
+/// Where the file lies that a symbolic link leads to, also where nothing lies
+/// there; the path itself where it is no link.
+[[nodiscard]] std::filesystem::path linkTarget(const std::filesystem::path& path);
+
+/// Removes a file or a symbolic link, never a folder; 53 when there is none.
 Status removeFile(const std::filesystem::path& path);
 
-/// Flushes the folder's entries to the disk, so that renames in it last.
+/// Flushes the folder's entries to the disk, so that renames in it last. A file
+/// system that has no such thing counts as flushed.
 Status flushFolder(const std::filesystem::path& folder);
 
-/// True when the path names something that is not a folder.
+/// The lock of a folder, for one change of its files at a time: held while the
+/// object lives, and not left behind by a crash. It keeps nobody out who does
+/// not ask for it.
+class FolderLock {
+ public:
+  /// Nothing while another holder has it, in this program or another one. For a
+  /// folder that cannot hold a lock (a foreign file system, or one that may not
+  /// be read) the object locks nothing.
+  static std::optional<FolderLock> take(const std::filesystem::path& folder);
+
+  FolderLock(FolderLock&& other) noexcept;
+  FolderLock& operator=(FolderLock&& other) noexcept;
+  FolderLock(const FolderLock&) = delete;
+  FolderLock& operator=(const FolderLock&) = delete;
+  ~FolderLock();
+
+ private:
+  explicit FolderLock(std::unique_ptr<platform::InstanceLock> lock);
+  std::unique_ptr<platform::InstanceLock> lock_;
+};
+
+/// True when the path leads to a regular file.
 [[nodiscard]] bool fileExists(const std::filesystem::path& path);
 
-/// The names of the folder's files (no folders), sorted by name with letter
-/// case ignored, as UTF-8. 76 when there is no such folder.
+/// The names of the folder's regular files, sorted by name with letter case
+/// ignored, as UTF-8. 76 when there is no such folder.
 Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder);
 
 /// The folder's file of that name whatever its letter case (ASCII letters):

@@ -36,19 +36,37 @@ char32_t lowerCase(char32_t character);
 char32_t upperCase(char32_t character);
 
 /// Handles are file descriptors or Windows handles; kNoFile stands for none.
+/// A call that a signal interrupted is made again, each of them.
 constexpr std::intptr_t kNoFile = -1;
 
+/// Opens a regular file; whatever else has the name counts as missing, and is
+/// never waited for.
 Result<std::intptr_t> openForReading(const std::filesystem::path& path);
-Result<std::intptr_t> openForWriting(const std::filesystem::path& path);
+
+/// Makes a file that was not there; 58 when the name is taken, also by a link.
+Result<std::intptr_t> createNew(const std::filesystem::path& path);
+
 Result<std::size_t> readSome(std::intptr_t handle, char* data, std::size_t size);
 Status writeAll(std::intptr_t handle, std::string_view bytes);
 Status flushToDisk(std::intptr_t handle);
 Status closeFile(std::intptr_t handle);
+
+/// Gives an open file the group and the mode, or the access list, of another
+/// file as far as the system lets this user; fails only where the other file
+/// cannot be looked at.
 Status copyPermissions(std::intptr_t to, const std::filesystem::path& from);
 
 /// The rename of renameFile (replace false) and replaceFile (replace true).
 Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace);
+
+/// Removes a file or a link, never a folder; 53 when there is none.
+Status remove(const std::filesystem::path& path);
+
 Status flushFolder(const std::filesystem::path& folder);
+
+/// Where the file lies that a symbolic link leads to; the path itself where it
+/// is no link.
+std::filesystem::path linkTarget(const std::filesystem::path& path);
 
 /// The path of an existing file with the letter case of its name as stored.
 std::filesystem::path asStored(const std::filesystem::path& path);
@@ -59,14 +77,20 @@ bool fileNamesIgnoreCase();
 /// The folder of the running executable.
 std::filesystem::path executableFolder();
 
-/// Held while the program runs; released by the system even after a crash.
+/// A lock is held while its object lives; the system releases it even after a
+/// crash.
 class InstanceLock {
  public:
   virtual ~InstanceLock() = default;
 };
 
-/// The lock of this user and this key, or nothing when another process has it.
-/// An Error when the lock cannot be made at all.
+/// The lock of this user and this key, the same in every session of the user,
+/// or nothing when another process has it. An Error when the lock cannot be
+/// made at all.
 Result<std::unique_ptr<InstanceLock>> lockInstance(const std::string& key);
+
+/// The lock of a folder, whoever asks, or nothing when it is taken. An Error
+/// when the folder cannot hold a lock.
+Result<std::unique_ptr<InstanceLock>> lockFolder(const std::filesystem::path& folder);
 
 }  // namespace vel::platform

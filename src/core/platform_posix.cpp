@@ -4,10 +4,13 @@
 #include <cstdlib>
 #include <cwctype>
 #include <functional>
+#include <limits>
 #include <system_error>
+#include <vector>
 
 #include <fcntl.h>
 #include <iconv.h>
+#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -18,6 +21,15 @@ namespace vel::platform {
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+
+// Makes a call again that a signal interrupted.
+template <typename Call>
+auto uninterrupted(Call call) {
+  while (true) {
+    const auto result = call();
+    if (result != -1 || errno != EINTR) return result;
+  }
+}
 
 Error errorOf(int code) {
   switch (code) {
@@ -140,31 +152,67 @@ Status fromResult(int result) {
   return errorOf(errno);
 }
 
-class FileLock : public InstanceLock {
+class DescriptorLock : public InstanceLock {
  public:
-  explicit FileLock(int descriptor) : descriptor_(descriptor) {}
-  FileLock(const FileLock&) = delete;
-  FileLock& operator=(const FileLock&) = delete;
-  ~FileLock() override { ::close(descriptor_); }
+  explicit DescriptorLock(int descriptor) : descriptor_(descriptor) {}
+  DescriptorLock(const DescriptorLock&) = delete;
+  DescriptorLock& operator=(const DescriptorLock&) = delete;
+  ~DescriptorLock() override { ::close(descriptor_); }
 
  private:
   int descriptor_;
 };
 
-// A folder that only this user can write: the session's run-time folder, or
-// one of our own below the folder for temporary files.
-Result<std::filesystem::path> privateFolder() {
-  std::filesystem::path folder;
-  if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime != nullptr && *runtime == '/') {
-    folder = runtime;
-  } else {
-    folder = "/tmp/vel-" + std::to_string(geteuid());
-    if (mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) return errorOf(errno);
+// The result of a call that locks the descriptor, as a lock that owns it.
+Result<std::unique_ptr<InstanceLock>> lockOf(int descriptor, int result) {
+  if (result == 0) {
+    return std::unique_ptr<InstanceLock>(std::make_unique<DescriptorLock>(descriptor));
+  }
+  const int code = errno;
+  ::close(descriptor);
+  if (code == EWOULDBLOCK || code == EACCES) return std::unique_ptr<InstanceLock>();
+  return errorOf(code);
+}
+
+// The home folder that the system has for this user: a session may have its
+// own idea of it.
+std::filesystem::path homeFolder() {
+  std::vector<char> room(1024);
+  while (room.size() <= std::size_t{1} << 20) {
+    passwd entry{};
+    passwd* found = nullptr;
+    const int code = getpwuid_r(geteuid(), &entry, room.data(), room.size(), &found);
+    if (code == 0) return found != nullptr && found->pw_dir != nullptr ? found->pw_dir : "";
+    if (code == ERANGE) room.resize(room.size() * 2);
+    if (code != ERANGE && code != EINTR) break;
+  }
+  return {};
+}
+
+// True for a folder of this user's own, which is made where it is missing.
+bool isOwnFolder(const std::filesystem::path& folder) {
+  if (uninterrupted([&] { return mkdir(folder.c_str(), 0700); }) != 0 && errno != EEXIST) {
+    return false;
   }
   struct stat info {};
-  if (lstat(folder.c_str(), &info) != 0) return errorOf(errno);
-  if (!S_ISDIR(info.st_mode) || info.st_uid != geteuid()) return ErrorNumber::permissionDenied;
-  return folder;
+  return uninterrupted([&] { return lstat(folder.c_str(), &info); }) == 0 &&
+         S_ISDIR(info.st_mode) && info.st_uid == geteuid();
+}
+
+// Where every session of this user looks: below the home folder, or, for a
+// user without one, below the folder for temporary files.
+std::vector<std::filesystem::path> userFolders() {
+  std::vector<std::filesystem::path> folders;
+  std::filesystem::path folder = homeFolder();
+  bool usable = folder.is_absolute();
+  for (const char* name : {".local", "state", "vel"}) {
+    folder /= name;
+    usable = usable && isOwnFolder(folder);
+  }
+  if (usable) folders.push_back(folder);
+  const std::filesystem::path temporary = "/tmp/vel-" + std::to_string(geteuid());
+  if (isOwnFolder(temporary)) folders.push_back(temporary);
+  return folders;
 }
 
 }  // namespace
@@ -191,86 +239,123 @@ char32_t upperCase(char32_t character) {
 }
 
 Result<std::intptr_t> openForReading(const std::filesystem::path& path) {
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  // No file can have a name that is too long, so there is none.
-  if (descriptor < 0 && errno == ENAMETOOLONG) return ErrorNumber::fileNotFound;
+  const int descriptor = uninterrupted(
+      [&] { return ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
+  // No file can have a name that is too long, so there is none; and what can
+  // only be opened from its other end is none either.
+  if (descriptor < 0 && (errno == ENAMETOOLONG || errno == ENXIO || errno == ENODEV)) {
+    return ErrorNumber::fileNotFound;
+  }
   if (descriptor < 0) return openError(errno, path);
   struct stat info {};
-  if (fstat(descriptor, &info) != 0) {
+  if (uninterrupted([&] { return fstat(descriptor, &info); }) != 0) {
     const Error error = errorOf(errno);
     ::close(descriptor);
     return error;
   }
   if (!S_ISREG(info.st_mode)) {
     ::close(descriptor);
-    return ErrorNumber::permissionDenied;
+    return ErrorNumber::fileNotFound;
   }
   return std::intptr_t{descriptor};
 }
 
-Result<std::intptr_t> openForWriting(const std::filesystem::path& path) {
-  const int descriptor =
-      ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666);
+Result<std::intptr_t> createNew(const std::filesystem::path& path) {
+  const int descriptor = uninterrupted([&] {
+    return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+  });
   if (descriptor < 0) return openError(errno, path);
   return std::intptr_t{descriptor};
 }
 
 Result<std::size_t> readSome(std::intptr_t handle, char* data, std::size_t size) {
-  while (true) {
-    const ssize_t count = ::read(static_cast<int>(handle), data, size);
-    if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) return errorOf(errno);
-  }
+  const ssize_t count = uninterrupted([&] { return ::read(static_cast<int>(handle), data, size); });
+  if (count < 0) return errorOf(errno);
+  return static_cast<std::size_t>(count);
 }
 
 Status writeAll(std::intptr_t handle, std::string_view bytes) {
   while (!bytes.empty()) {
-    const ssize_t count = ::write(static_cast<int>(handle), bytes.data(), bytes.size());
-    if (count < 0) {
-      if (errno == EINTR) continue;
-      return errorOf(errno);
-    }
+    const ssize_t count = uninterrupted(
+        [&] { return ::write(static_cast<int>(handle), bytes.data(), bytes.size()); });
+    if (count < 0) return errorOf(errno);
     bytes.remove_prefix(static_cast<std::size_t>(count));
   }
   return {};
 }
 
-Status flushToDisk(std::intptr_t handle) { return fromResult(fsync(static_cast<int>(handle))); }
+Status flushToDisk(std::intptr_t handle) {
+  return fromResult(uninterrupted([&] { return fsync(static_cast<int>(handle)); }));
+}
 
-Status closeFile(std::intptr_t handle) { return fromResult(::close(static_cast<int>(handle))); }
+Status closeFile(std::intptr_t handle) {
+  // An interrupted close has closed: the descriptor may be another file's now.
+  if (::close(static_cast<int>(handle)) == 0 || errno == EINTR) return {};
+  return errorOf(errno);
+}
 
 Status copyPermissions(std::intptr_t to, const std::filesystem::path& from) {
   struct stat info {};
-  if (stat(from.c_str(), &info) != 0) return errorOf(errno);
-  // The owner may only be carried over by a privileged user; the mode always.
-  if (geteuid() == 0 && fchown(static_cast<int>(to), info.st_uid, info.st_gid) != 0) {
-    return errorOf(errno);
-  }
-  return fromResult(fchmod(static_cast<int>(to), info.st_mode & 07777));
+  if (uninterrupted([&] { return stat(from.c_str(), &info); }) != 0) return errorOf(errno);
+  const int descriptor = static_cast<int>(to);
+  // Only a privileged user may give a file away, and others only to a group of
+  // their own. What is refused, or what the file system does not have, is no
+  // reason to lose the content.
+  constexpr uid_t kSameOwner = std::numeric_limits<uid_t>::max();
+  const uid_t owner = geteuid() == 0 ? info.st_uid : kSameOwner;
+  static_cast<void>(uninterrupted([&] { return fchown(descriptor, owner, info.st_gid); }));
+  static_cast<void>(uninterrupted([&] { return fchmod(descriptor, info.st_mode & 07777); }));
+  return {};
 }
 
 Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) {
-  if (replace) {
-    if (::rename(from.c_str(), to.c_str()) == 0) return {};
-    return renameError(errno);
+  const auto renamed = [&] {
+    return uninterrupted([&] { return ::rename(from.c_str(), to.c_str()); }) == 0
+               ? Status()
+               : Status(renameError(errno));
+  };
+  if (replace) return renamed();
+  if (uninterrupted([&] {
+        return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+      }) == 0) {
+    return {};
   }
-  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
   if (errno != EINVAL && errno != ENOSYS) return renameError(errno);
   // A file system that cannot refuse by itself: ask first.
   struct stat info {};
-  if (lstat(to.c_str(), &info) == 0) return ErrorNumber::fileExists;
-  if (::rename(from.c_str(), to.c_str()) == 0) return {};
-  return renameError(errno);
+  if (uninterrupted([&] { return lstat(to.c_str(), &info); }) == 0) return ErrorNumber::fileExists;
+  return renamed();
+}
+
+Status remove(const std::filesystem::path& path) {
+  if (uninterrupted([&] { return ::unlink(path.c_str()); }) == 0) return {};
+  return errorOf(errno);
 }
 
 Status flushFolder(const std::filesystem::path& folder) {
-  const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int descriptor =
+      uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
   if (descriptor < 0) return errorOf(errno);
-  Status status = fromResult(fsync(descriptor));
-  const Status closed = fromResult(::close(descriptor));
-  // Some file systems cannot flush a folder and say EINVAL: nothing to do then.
-  if (!status && status.error().number == ErrorNumber::deviceIo) status = {};
+  const int flushed = uninterrupted([&] { return fsync(descriptor); });
+  // Some file systems cannot flush a folder and say so: nothing to do then.
+  Status status;
+  if (flushed != 0 && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP) {
+    status = errorOf(errno);
+  }
+  const Status closed = closeFile(descriptor);
   return status ? closed : status;
+}
+
+std::filesystem::path linkTarget(const std::filesystem::path& path) {
+  constexpr int kMostLinks = 40;
+  std::filesystem::path target = path;
+  for (int links = 0; links < kMostLinks; ++links) {
+    std::error_code error;
+    const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+    if (error) return target;
+    target = target.parent_path() / next;
+  }
+  return path;
 }
 
 std::filesystem::path asStored(const std::filesystem::path& path) { return path; }
@@ -284,20 +369,35 @@ std::filesystem::path executableFolder() {
 }
 
 Result<std::unique_ptr<InstanceLock>> lockInstance(const std::string& key) {
-  Result<std::filesystem::path> folder = privateFolder();
-  if (!folder) return folder.error();
-  char name[40];
-  std::snprintf(name, sizeof name, "vel-%016zx.lock", std::hash<std::string>{}(key));
-  const auto path = *folder / name;
-  const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
-  if (descriptor < 0) return errorOf(errno);
-  if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-    const int code = errno;
-    ::close(descriptor);
-    if (code == EWOULDBLOCK) return std::unique_ptr<InstanceLock>();
-    return errorOf(code);
+  // One file holds the locks of all program folders, each at its own byte.
+  constexpr std::size_t kLastByte = std::numeric_limits<off_t>::max() - 1;
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = static_cast<off_t>(std::hash<std::string>{}(key)&kLastByte);
+  lock.l_len = 1;
+  Result<std::unique_ptr<InstanceLock>> result = ErrorNumber::permissionDenied;
+  for (const std::filesystem::path& folder : userFolders()) {
+    const std::filesystem::path file = folder / "running";
+    const int descriptor = uninterrupted([&] {
+      return ::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
+    });
+    if (descriptor < 0) {
+      result = errorOf(errno);
+    } else {
+      result =
+          lockOf(descriptor, uninterrupted([&] { return fcntl(descriptor, F_OFD_SETLK, &lock); }));
+    }
+    if (result) break;
   }
-  return std::unique_ptr<InstanceLock>(std::make_unique<FileLock>(descriptor));
+  return result;
+}
+
+Result<std::unique_ptr<InstanceLock>> lockFolder(const std::filesystem::path& folder) {
+  const int descriptor =
+      uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  if (descriptor < 0) return errorOf(errno);
+  return lockOf(descriptor, uninterrupted([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }));
 }
 
 }  // namespace vel::platform

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <aclapi.h>
+#include <sddl.h>
 #include <windows.h>
 
 #include "core/platform.h"
@@ -247,16 +248,38 @@ char32_t mapCase(char32_t character, DWORD map) {
          (static_cast<char32_t>(to[1]) - 0xDC00);
 }
 
-class MutexLock : public InstanceLock {
+class HandleLock : public InstanceLock {
  public:
-  explicit MutexLock(HANDLE mutex) : mutex_(mutex) {}
-  MutexLock(const MutexLock&) = delete;
-  MutexLock& operator=(const MutexLock&) = delete;
-  ~MutexLock() override { CloseHandle(mutex_); }
+  explicit HandleLock(HANDLE handle) : handle_(handle) {}
+  HandleLock(const HandleLock&) = delete;
+  HandleLock& operator=(const HandleLock&) = delete;
+  ~HandleLock() override { CloseHandle(handle_); }
 
  private:
-  HANDLE mutex_;
+  HANDLE handle_;
 };
+
+std::unique_ptr<InstanceLock> lockOf(HANDLE handle) { return std::make_unique<HandleLock>(handle); }
+
+// The user as the system writes it ("S-1-5-21-..."), the same in every session;
+// empty where it does not say.
+std::wstring userName() {
+  HANDLE token = nullptr;
+  if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
+  alignas(TOKEN_USER) std::array<char, sizeof(TOKEN_USER) + SECURITY_MAX_SID_SIZE> room{};
+  DWORD size = 0;
+  std::wstring name;
+  wchar_t* text = nullptr;
+  if (GetTokenInformation(token, TokenUser, room.data(), static_cast<DWORD>(room.size()), &size) !=
+          0 &&
+      ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(room.data())->User.Sid, &text) !=
+          0) {
+    name = text;
+    LocalFree(text);
+  }
+  CloseHandle(token);
+  return name;
+}
 
 }  // namespace
 
@@ -280,20 +303,27 @@ char32_t lowerCase(char32_t character) { return mapCase(character, LCMAP_LOWERCA
 char32_t upperCase(char32_t character) { return mapCase(character, LCMAP_UPPERCASE); }
 
 Result<std::intptr_t> openForReading(const std::filesystem::path& path) {
-  HANDLE file = CreateFileW(systemPath(path).c_str(), GENERIC_READ, kShareAll, nullptr,
-                            OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return openError(GetLastError());
+  const std::wstring name = systemPath(path);
+  HANDLE file = CreateFileW(name.c_str(), GENERIC_READ, kShareAll, nullptr, OPEN_EXISTING,
+                            FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    const Error error = openError(GetLastError());
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    const bool isFolder =
+        attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return isFolder ? Error{ErrorNumber::fileNotFound} : error;
+  }
   // A name such as "NUL" or "COM1" opens a device, which may never end.
   if (GetFileType(file) != FILE_TYPE_DISK) {
     CloseHandle(file);
-    return ErrorNumber::permissionDenied;
+    return ErrorNumber::fileNotFound;
   }
   return reinterpret_cast<std::intptr_t>(file);
 }
 
-Result<std::intptr_t> openForWriting(const std::filesystem::path& path) {
+Result<std::intptr_t> createNew(const std::filesystem::path& path) {
   HANDLE file = CreateFileW(systemPath(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
-                            CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+                            CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return errorOf(GetLastError());
   return reinterpret_cast<std::intptr_t>(file);
 }
@@ -338,23 +368,20 @@ Status copyPermissions(std::intptr_t to, const std::filesystem::path& from) {
   if (read != ERROR_SUCCESS) return errorOf(read);
   SECURITY_DESCRIPTOR_CONTROL control = 0;
   DWORD revision = 0;
-  Status status = fromResult(GetSecurityDescriptorControl(descriptor, &control, &revision));
-  // A volume without permissions has no list: nothing to carry over.
-  if (status && list != nullptr) {
+  // A volume without permissions has no list: nothing to carry over. What is
+  // refused is no reason to lose the content.
+  if (GetSecurityDescriptorControl(descriptor, &control, &revision) != 0 && list != nullptr) {
     HANDLE file = ReOpenFile(toHandle(to), READ_CONTROL | WRITE_DAC, kShareAll, 0);
-    if (file == INVALID_HANDLE_VALUE) {
-      status = errorOf(GetLastError());
-    } else {
+    if (file != INVALID_HANDLE_VALUE) {
       const DWORD kind = (control & SE_DACL_PROTECTED) != 0 ? PROTECTED_DACL_SECURITY_INFORMATION
                                                             : UNPROTECTED_DACL_SECURITY_INFORMATION;
-      const DWORD set = SetSecurityInfo(file, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION | kind,
-                                        nullptr, nullptr, list, nullptr);
-      if (set != ERROR_SUCCESS) status = errorOf(set);
+      static_cast<void>(SetSecurityInfo(file, SE_FILE_OBJECT, DACL_SECURITY_INFORMATION | kind,
+                                        nullptr, nullptr, list, nullptr));
       CloseHandle(file);
     }
   }
   LocalFree(descriptor);
-  return status;
+  return {};
 }
 
 Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) {
@@ -363,12 +390,45 @@ Status rename(const std::filesystem::path& from, const std::filesystem::path& to
   return renameError(GetLastError());
 }
 
+Status remove(const std::filesystem::path& path) {
+  const std::wstring name = systemPath(path);
+  if (DeleteFileW(name.c_str()) != 0) return {};
+  const DWORD code = GetLastError();
+  // A file may be marked as not to be written, as a table's copy is.
+  const DWORD attributes = GetFileAttributesW(name.c_str());
+  constexpr DWORD kFolderOrWritable = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
+  if (code == ERROR_ACCESS_DENIED && attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & kFolderOrWritable) == FILE_ATTRIBUTE_READONLY &&
+      SetFileAttributesW(name.c_str(), attributes & ~DWORD{FILE_ATTRIBUTE_READONLY}) != 0 &&
+      DeleteFileW(name.c_str()) != 0) {
+    return {};
+  }
+  return errorOf(code);
+}
+
 Status flushFolder(const std::filesystem::path& folder) {
   // The file system keeps a journal of its folders, and a rename with
   // MOVEFILE_WRITE_THROUGH returns when it lasts: there is nothing to flush,
   // and no call for a folder that an ordinary user may make.
   static_cast<void>(folder);
   return {};
+}
+
+std::filesystem::path linkTarget(const std::filesystem::path& path) {
+  const DWORD attributes = GetFileAttributesW(systemPath(path).c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+    return path;
+  }
+  HANDLE file = CreateFileW(systemPath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                            FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return path;
+  std::wstring name(std::size_t{1} << 15, L'\0');
+  const DWORD size =
+      GetFinalPathNameByHandleW(file, name.data(), static_cast<DWORD>(name.size()), 0);
+  CloseHandle(file);
+  if (size == 0 || size >= name.size()) return path;
+  name.resize(size);
+  return name;
 }
 
 std::filesystem::path asStored(const std::filesystem::path& path) {
@@ -397,8 +457,10 @@ Result<std::unique_ptr<InstanceLock>> lockInstance(const std::string& key) {
   // One folder can be written in capitals or not; the name of a mutex cannot.
   std::wstring lower = toWide(CP_UTF8, key, 0);
   CharLowerBuffW(lower.data(), static_cast<DWORD>(lower.size()));
+  // One name for all sessions, so the user is a part of it.
+  lower = userName() + L'\n' + lower;
   std::array<wchar_t, 40> name{};
-  std::swprintf(name.data(), name.size(), L"Local\\vel-%016llx",
+  std::swprintf(name.data(), name.size(), L"Global\\vel-%016llx",
                 static_cast<unsigned long long>(std::hash<std::wstring>{}(lower)));
   HANDLE mutex = CreateMutexW(nullptr, FALSE, name.data());
   const DWORD code = GetLastError();
@@ -411,7 +473,24 @@ Result<std::unique_ptr<InstanceLock>> lockInstance(const std::string& key) {
     CloseHandle(mutex);
     return std::unique_ptr<InstanceLock>();
   }
-  return std::unique_ptr<InstanceLock>(std::make_unique<MutexLock>(mutex));
+  return lockOf(mutex);
+}
+
+Result<std::unique_ptr<InstanceLock>> lockFolder(const std::filesystem::path& folder) {
+  // A file that nobody else may open, and that is gone with its handle.
+  const std::wstring name = systemPath(folder / L"vel.lock");
+  constexpr int kTries = 5;
+  for (int tries = 1;; ++tries) {
+    HANDLE file = CreateFileW(name.c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+                              FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (file != INVALID_HANDLE_VALUE) return lockOf(file);
+    const DWORD code = GetLastError();
+    if (code == ERROR_SHARING_VIOLATION) return std::unique_ptr<InstanceLock>();
+    // Refused for a moment while the former holder's file goes, and for good in
+    // a folder that may not be written.
+    if (code != ERROR_ACCESS_DENIED || tries == kTries) return errorOf(code);
+    Sleep(1);
+  }
 }
 
 }  // namespace vel::platform

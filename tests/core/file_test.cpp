@@ -35,9 +35,9 @@ TEST(InputFileTest, AMissingFolderIs76) {
   EXPECT_EQ(numberOf(InputFile::open(folder / "logs" / "x.csv")), ErrorNumber::pathNotFound);
 }
 
-TEST(InputFileTest, AFolderIs70) {
+TEST(InputFileTest, AFolderIsNoFile) {
   const TemporaryFolder folder;
-  EXPECT_EQ(numberOf(InputFile::open(folder.path())), ErrorNumber::permissionDenied);
+  EXPECT_EQ(numberOf(InputFile::open(folder.path())), ErrorNumber::fileNotFound);
 }
 
 TEST(InputFileTest, ANameTooLongForAnyFileIs53) {

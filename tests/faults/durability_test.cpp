@@ -156,9 +156,16 @@ TEST_F(Durability, AFullServerNoticedOnlyWhenTheFileIsClosed) {
   expectTableUntouched();
 }
 
-TEST_F(Durability, PermissionsThatCannotBeCarriedOver) {
-  expectFailure("fchmod aircraft.$$$", EPERM, "ERROR #70");
-  expectTableUntouched();
+TEST_F(Durability, PermissionsThatCannotBeCarriedOverAreNoReasonToFail) {
+  calls.failing = "fchmod aircraft.$$$";
+  calls.code = EPERM;
+  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+  EXPECT_EQ(bytes("aircraft.csv"), "A,1\r\nJA8089,B748\r\n");
+}
+
+TEST_F(Durability, ABrokenDiskWhileTheFolderIsFlushed) {
+  expectFailure("fsync data", EIO, "ERROR #57");
 }
 
 TEST_F(Durability, ABrokenDiskAtTheFirstRename) {

@@ -15,6 +15,7 @@
 #include "tables/table_scanner.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
+#include "tests/support/unprivileged_user.h"
 
 namespace vel {
 namespace {
@@ -27,26 +28,6 @@ constexpr const char* kRenameRefused =
     "Can't write file. Using Excel to edit CSV? If not edited by Excel, close it to continue."
     "　ファイルの書込みができません。エクセルでCSVファイルを開いていませんか？。"
     "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。";
-
-/// Permissions bind every user but the privileged one: while it lives, this
-/// process is somebody else.
-class UnprivilegedUser {
- public:
-  UnprivilegedUser() : before_(geteuid()) {
-    constexpr uid_t kNobody = 65534;
-    if (before_ != 0) return;
-    EXPECT_EQ(seteuid(kNobody), 0);
-  }
-  UnprivilegedUser(const UnprivilegedUser&) = delete;
-  UnprivilegedUser& operator=(const UnprivilegedUser&) = delete;
-  ~UnprivilegedUser() {
-    if (before_ != 0) return;
-    EXPECT_EQ(seteuid(before_), 0);
-  }
-
- private:
-  uid_t before_;
-};
 
 /// While it lives, no file can grow beyond the size: a disk that is full.
 class FileSizeLimit {
@@ -99,7 +80,7 @@ class RewriteFaults : public testing::Test {
   }
   [[nodiscard]] std::string bytes(const char* name) const { return test::readBytes(data_ / name); }
 
-  UnprivilegedUser user_;
+  test::UnprivilegedUser user_;
   std::unique_ptr<test::TemporaryBase> base_;
   fs::path data_;
   std::string before_;
@@ -278,7 +259,7 @@ TEST_F(RewriteFaults, AFolderInThePlaceOfTheTableEndsTheProgram) {
   fs::remove(data_ / "aircraft.csv");
   fs::create_directory(data_ / "aircraft.csv");
   EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
-  expectEnded("ERROR #70");
+  expectEnded("ERROR #53");
 }
 
 TEST_F(RewriteFaults, AMissingDataFolderEndsTheProgram) {
