@@ -2,11 +2,13 @@
 #include <QCommandLineParser>
 #include <QFileInfo>
 #include <QTimer>
+#include <cstdlib>
 #include <memory>
 
 #include "acars/ui/acars_browser.h"
 #include "app/ui/program.h"
 #include "core/platform.h"
+#include "core/program_files.h"
 #include "core/ui/qt_desktop.h"
 #include "core/version.h"
 #include "hfdl/ui/activity_window.h"
@@ -55,7 +57,13 @@ int main(int argc, char** argv) {
                                            : vel::platform::executableFolder();
 
   vel::QtDesktop desktop;
-  vel::Program program(desktop, vel::Folders::of(folder));
+  const vel::Folders folders = vel::Folders::of(folder);
+  if (const auto encoding = vel::Services::load(vel::servicesFile(folders)).textEncoding();
+      !encoding) {
+    desktop.showMessage(encoding.error().text());
+    return EXIT_FAILURE;
+  }
+  vel::Program program(desktop, folders);
   vel::WebAccess web(program.context());
   program.addUnloadStep([&web] { web.rawLogs().close(); });
   vel::TourState tour;

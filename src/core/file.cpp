@@ -63,9 +63,12 @@ Result<OutputFile> OutputFile::create(const std::filesystem::path& path) {
 OutputFile::OutputFile(OutputFile&& other) noexcept
     : handle_(std::exchange(other.handle_, platform::kNoFile)), buffer_(std::move(other.buffer_)) {}
 
-OutputFile::~OutputFile() {
+OutputFile::~OutputFile() { abandon(); }
+
+void OutputFile::abandon() {
   // Without finish() the content is given up anyway.
-  if (handle_ != platform::kNoFile) static_cast<void>(platform::closeFile(handle_));
+  if (handle_ == platform::kNoFile) return;
+  static_cast<void>(platform::closeFile(std::exchange(handle_, platform::kNoFile)));
 }
 
 Status OutputFile::write(std::string_view bytes) {
@@ -109,31 +112,45 @@ std::filesystem::path withSuffix(std::filesystem::path path, std::string_view su
   return path;
 }
 
-Status writeTemporary(const std::filesystem::path& temporary, const std::filesystem::path& place,
-                      std::string_view bytes) {
+}  // namespace
+
+Result<WholeFile> WholeFile::create(const std::filesystem::path& file, std::string_view suffix) {
+  const std::filesystem::path place = linkTarget(file);
+  const std::filesystem::path temporary = withSuffix(place, suffix);
   Result<OutputFile> output = OutputFile::create(temporary);
   if (!output) return output.error();
-  Status status;
-  if (fileExists(place)) status = output->copyPermissions(place);
-  if (status) status = output->write(bytes);
-  const Status finished = output->finish();
-  return status ? finished : status;
+  WholeFile whole(place, temporary, std::move(*output));
+  if (fileExists(place)) {
+    if (const Status status = whole.output_.copyPermissions(place); !status) return status.error();
+  }
+  return whole;
 }
 
-}  // namespace
+WholeFile::WholeFile(WholeFile&& other) noexcept
+    : place_(std::move(other.place_)),
+      temporary_(std::exchange(other.temporary_, {})),
+      output_(std::move(other.output_)) {}
+
+WholeFile::~WholeFile() {
+  if (temporary_.empty()) return;
+  output_.abandon();
+  static_cast<void>(removeFile(temporary_));
+}
+
+Status WholeFile::finish() {
+  Status status = output_.finish();
+  if (status) status = replaceFile(temporary_, place_);
+  if (!status) return status;
+  temporary_.clear();
+  return flushFolder(place_.parent_path());
+}
 
 Status writeWholeFile(const std::filesystem::path& file, std::string_view suffix,
                       std::string_view bytes) {
-  const std::filesystem::path place = linkTarget(file);
-  const std::filesystem::path temporary = withSuffix(place, suffix);
-  Status status = writeTemporary(temporary, place, bytes);
-  if (status) status = replaceFile(temporary, place);
-  if (!status) {
-    // The first failure is the one to report.
-    static_cast<void>(removeFile(temporary));
-    return status;
-  }
-  return flushFolder(place.parent_path());
+  Result<WholeFile> whole = WholeFile::create(file, suffix);
+  if (!whole) return whole.error();
+  if (const Status written = whole->write(bytes); !written) return written;
+  return whole->finish();
 }
 
 void removeLeftOver(const std::filesystem::path& file, std::string_view suffix) {
@@ -211,6 +228,23 @@ std::optional<std::filesystem::path> findFile(const std::filesystem::path& folde
 std::filesystem::path fileIn(const std::filesystem::path& folder, std::string_view name) {
   const auto found = findFile(folder, name);
   return found ? *found : folder / toPath(name);
+}
+
+std::filesystem::path folderIn(const std::filesystem::path& folder, std::string_view name) {
+  const std::filesystem::path exact = folder / toPath(name);
+  std::error_code error;
+  if (platform::fileNamesIgnoreCase() || std::filesystem::is_directory(exact, error)) return exact;
+  std::vector<std::string> names;
+  std::filesystem::directory_iterator entries(folder, error);
+  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    std::string other = toUtf8(entries->path().filename());
+    std::error_code ignored;
+    if (equalIgnoringCase(other, name) && entries->is_directory(ignored)) {
+      names.push_back(std::move(other));
+    }
+  }
+  const auto first = std::min_element(names.begin(), names.end());
+  return first == names.end() ? exact : folder / toPath(*first);
 }
 
 bool isSafeFileName(std::string_view name) {

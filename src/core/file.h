@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/result.h"
@@ -66,6 +67,9 @@ class OutputFile {
   /// other file cannot be looked at.
   Status copyPermissions(const std::filesystem::path& from);
 
+  /// Closes the file; what was written may be anything.
+  void abandon();
+
   /// Writes what is buffered, flushes it to the disk and closes. After it,
   /// failed or not, the file is closed.
   Status finish();
@@ -85,10 +89,37 @@ Status renameFile(const std::filesystem::path& from, const std::filesystem::path
 /// As renameFile, but puts the source in the place of an existing target.
 Status replaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
 
-/// Writes a file whole: beside its place under its name with the suffix added
-/// (".new"), down to the disk, then renamed into its place. A failure leaves
-/// the old file as it was and nothing beside it. A file that is a symbolic link
+/// A file that is written whole: beside its place under its name with a suffix
+/// added (".new"), down to the disk, then renamed into its place. A failure, or
+/// an object that goes before, leaves the old file as it was and nothing beside
+/// it. The old file's group and mode carry over; a file that is a symbolic link
 /// is written at its target's place, and the link stays.
+class WholeFile {
+ public:
+  static Result<WholeFile> create(const std::filesystem::path& file, std::string_view suffix);
+
+  WholeFile(WholeFile&& other) noexcept;
+  WholeFile& operator=(WholeFile&& other) = delete;
+  WholeFile(const WholeFile&) = delete;
+  WholeFile& operator=(const WholeFile&) = delete;
+  ~WholeFile();
+
+  Status write(std::string_view bytes) { return output_.write(bytes); }
+
+  /// Puts the new file in its place. After it, failed or not, nothing more can
+  /// be written.
+  Status finish();
+
+ private:
+  WholeFile(std::filesystem::path place, std::filesystem::path temporary, OutputFile output)
+      : place_(std::move(place)), temporary_(std::move(temporary)), output_(std::move(output)) {}
+
+  std::filesystem::path place_;
+  std::filesystem::path temporary_;  // empty once there is none
+  OutputFile output_;
+};
+
+/// Writes a file whole in one go.
 Status writeWholeFile(const std::filesystem::path& file, std::string_view suffix,
                       std::string_view bytes);
 
@@ -143,6 +174,10 @@ Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder)
 /// found whatever its letter case, else the folder joined with the name.
 [[nodiscard]] std::filesystem::path fileIn(const std::filesystem::path& folder,
                                            std::string_view name);
+
+/// As fileIn, for a folder in the folder.
+[[nodiscard]] std::filesystem::path folderIn(const std::filesystem::path& folder,
+                                             std::string_view name);
 
 /// True when a name that came over the air stays within its folder: no
 /// separator, no colon, no "..", no control character.

@@ -1,5 +1,7 @@
 #include "core/folders.h"
 
+#include "core/file.h"
+
 namespace vel {
 
 Folders Folders::of(const std::filesystem::path& programFolder) {
@@ -11,10 +13,10 @@ Folders Folders::of(const std::filesystem::path& programFolder) {
   Folders folders;
   folders.program = program;
   folders.base = program.parent_path();
-  folders.data = folders.base / "data";
-  folders.logs = folders.base / "logs";
-  folders.eachLogs = folders.logs / "EachLogs";
-  folders.pics = folders.base / "pics";
+  folders.data = folderIn(folders.base, "data");
+  folders.logs = folderIn(folders.base, "logs");
+  folders.eachLogs = folderIn(folders.logs, "EachLogs");
+  folders.pics = folderIn(folders.base, "pics");
   return folders;
 }
 

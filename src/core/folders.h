@@ -15,7 +15,8 @@ struct Folders {
   std::filesystem::path eachLogs;  ///< one raw log for each aircraft
   std::filesystem::path pics;      ///< photos and noimage.jpg
 
-  /// The folders that go with a program folder (made absolute).
+  /// The folders that go with a program folder (made absolute), each found
+  /// whatever the letter case of its name.
   static Folders of(const std::filesystem::path& programFolder);
 };
 

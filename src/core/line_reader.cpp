@@ -11,8 +11,30 @@ constexpr std::size_t kBlock = std::size_t{1} << 17;
 
 }  // namespace
 
-LineReader::LineReader(InputFile file, std::size_t longestLine)
-    : file_(std::move(file)), longestLine_(longestLine), buffer_(kBlock) {}
+LineReader::LineReader(InputFile file, std::size_t longestLine, LoneCr loneCr)
+    : file_(std::move(file)), longestLine_(longestLine), loneCr_(loneCr), buffer_(kBlock) {}
+
+Status LineReader::skipByteOrderMark() {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  while (end_ < kMark.size()) {
+    const Result<bool> more = fill();
+    if (!more) return more.error();
+    if (!*more) break;
+  }
+  started_ = true;
+  if (std::string_view(buffer_.data(), end_).starts_with(kMark)) {
+    begin_ = kMark.size();
+    consumed_ = kMark.size();
+  }
+  return {};
+}
+
+void LineReader::endLinesAtLoneCrs(std::size_t from) {
+  // What follows the last byte is not known yet.
+  for (std::size_t i = from; i + 1 < end_; ++i) {
+    if (buffer_[i] == '\r' && buffer_[i + 1] != '\n') buffer_[i] = '\n';
+  }
+}
 
 Result<bool> LineReader::fill() {
   if (atEnd_) return false;
@@ -22,15 +44,21 @@ Result<bool> LineReader::fill() {
     begin_ = 0;
   }
   if (end_ == buffer_.size()) buffer_.resize(buffer_.size() * 2);
+  // The last byte was left undecided where it is a CR.
+  const std::size_t undecided = end_ > 0 ? end_ - 1 : 0;
   const Result<std::size_t> count = file_.read(buffer_.data() + end_, buffer_.size() - end_);
   if (!count) return count.error();
   end_ += *count;
   atEnd_ = *count == 0;
+  if (loneCr_ == LoneCr::endsLine) endLinesAtLoneCrs(undecided);
   return !atEnd_;
 }
 
 Result<std::optional<std::string_view>> LineReader::next() {
   wasCut_ = false;
+  if (!started_) {
+    if (const Status skipped = skipByteOrderMark(); !skipped) return skipped.error();
+  }
   std::size_t searched = 0;
   while (true) {
     const char* start = buffer_.data() + begin_;
@@ -50,9 +78,10 @@ Result<std::optional<std::string_view>> LineReader::next() {
       wasCut_ = line.size() > longestLine_;
       return std::optional(line.substr(0, longestLine_));
     }
+    const std::size_t undecided = loneCr_ == LoneCr::endsLine && available > 0 ? 1 : 0;
     if (skipping_) {
-      begin_ = end_;
-      consumed_ += available;
+      begin_ = end_ - undecided;
+      consumed_ += available - undecided;
     } else if (available > longestLine_ + 1) {
       begin_ += longestLine_;
       consumed_ += longestLine_;
@@ -60,7 +89,7 @@ Result<std::optional<std::string_view>> LineReader::next() {
       wasCut_ = true;
       return std::optional(std::string_view(start, longestLine_));
     }
-    searched = skipping_ ? 0 : available;
+    searched = skipping_ ? 0 : available - undecided;
     const Result<bool> more = fill();
     if (!more) return more.error();
     if (!*more) break;

@@ -11,15 +11,21 @@
 
 namespace vel {
 
+/// What a CR means that no LF follows: in logs it belongs to the line, in tables
+/// and settings it ends one.
+enum class LoneCr { isText, endsLine };
+
 /// The lines of a file, one after another, read in large blocks. A line ends
-/// with LF or CR LF; the last one may end with the file. Memory stays bounded
-/// by the longest line allowed, whatever the file holds.
+/// with LF or CR LF; the last one may end with the file. A byte order mark of
+/// UTF-8 at the start of the file is skipped. Memory stays bounded by the
+/// longest line allowed, whatever the file holds.
 class LineReader {
  public:
   /// The longest line that is handed out whole, in bytes.
   static constexpr std::size_t kLongestLine = std::size_t{1} << 20;
 
-  explicit LineReader(InputFile file, std::size_t longestLine = kLongestLine);
+  explicit LineReader(InputFile file, std::size_t longestLine = kLongestLine,
+                      LoneCr loneCr = LoneCr::isText);
 
   /// The next line without its line end, or nothing at the end of the file.
   /// The view lives until the next call. A longer line is cut at the limit.
@@ -59,18 +65,22 @@ class LineReader {
   /// True when the line just handed out was longer than the limit.
   [[nodiscard]] bool wasCut() const { return wasCut_; }
 
-  /// Bytes consumed so far, line ends included.
+  /// Bytes consumed so far, line ends and a byte order mark included.
   [[nodiscard]] std::size_t bytesRead() const { return consumed_; }
 
  private:
   Result<bool> fill();
+  Status skipByteOrderMark();
+  void endLinesAtLoneCrs(std::size_t from);
 
   InputFile file_;
   std::size_t longestLine_;
+  LoneCr loneCr_;
   std::vector<char> buffer_;
   std::size_t begin_ = 0;
   std::size_t end_ = 0;
   std::size_t consumed_ = 0;
+  bool started_ = false;
   bool atEnd_ = false;
   bool skipping_ = false;
   bool wasCut_ = false;

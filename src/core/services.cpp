@@ -30,8 +30,7 @@ Services Services::load(const std::filesystem::path& file) {
   while (true) {
     const auto line = lines.next();
     if (!line || !*line) return services;
-    std::string_view text = Trim(**line);
-    if (text.starts_with("\xEF\xBB\xBF")) text.remove_prefix(3);
+    const std::string_view text = Trim(**line);
     const std::size_t equals = text.find('=');
     if (equals == std::string_view::npos || text.front() == ';' || text.front() == '#') continue;
     const auto member = members.find(Trim(text.substr(0, equals)));
@@ -45,9 +44,6 @@ DefaultSearches Services::defaultSearches() const {
   return {airliner + "/search/photo.search?regsearch=", homepage + "/?F="};
 }
 
-Encoding Services::textEncoding() const {
-  Result<Encoding> chosen = Encoding::named(encoding);
-  return chosen ? *chosen : Encoding::codePage932();
-}
+Result<Encoding> Services::textEncoding() const { return vel::textEncoding(encoding); }
 
 }  // namespace vel

@@ -41,8 +41,9 @@ struct Services {
   /// with "/": the companion service's address is put before it when it opens.
   [[nodiscard]] DefaultSearches defaultSearches() const;
 
-  /// The encoding by its name, or code page 932 where the name is not usable.
-  [[nodiscard]] Encoding textEncoding() const;
+  /// The encoding by its name, or code page 932 where the name is not usable; an
+  /// Error with its message where the platform has neither.
+  [[nodiscard]] Result<Encoding> textEncoding() const;
 };
 
 }  // namespace vel

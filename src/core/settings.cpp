@@ -4,8 +4,10 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "core/line_reader.h"
+#include "core/program_files.h"
 
 namespace vel {
 namespace {
@@ -39,11 +41,16 @@ constexpr std::array<Entry, 18> kEntries = {{
     {"env_Config", &Settings::env_Config},
 }};
 
-// False when the value is of the wrong kind for the setting.
-bool assign(Settings& settings, const Member& member, const SettingValue& value) {
+// False when the value is of the wrong kind for the setting. A text comes in
+// the encoding's bytes.
+bool assign(Settings& settings, const Entry& entry, const SettingValue& value,
+            const Encoding& encoding) {
+  const Member& member = entry.member;
   if (const auto* text = std::get_if<std::string Settings::*>(&member)) {
-    if (!std::holds_alternative<std::string>(value)) return false;
-    settings.*(*text) = std::get<std::string>(value);
+    const auto* bytes = std::get_if<std::string>(&value);
+    if (bytes == nullptr) return false;
+    settings.*(*text) = encoding.decode(*bytes);
+    settings.asRead[std::string(entry.key)] = {settings.*(*text), *bytes};
     return true;
   }
   double number = 0;
@@ -63,10 +70,61 @@ bool assign(Settings& settings, const Member& member, const SettingValue& value)
   return true;
 }
 
-SettingValue valueOf(const Settings& settings, const Member& member) {
-  if (const auto* text = std::get_if<std::string Settings::*>(&member)) return settings.*(*text);
+// The text in the encoding's bytes. A line end would make two lines of it.
+std::optional<std::string> oneLine(const Encoding& encoding, const std::string& text) {
+  if (text.find_first_of("\r\n") != std::string::npos) return std::nullopt;
+  return encoding.encode(text);
+}
+
+std::string bytesOf(const Settings& settings, const Entry& entry, const std::string& text,
+                    const Encoding& encoding) {
+  const auto read = settings.asRead.find(entry.key);
+  const bool isKnown = read != settings.asRead.end();
+  if (isKnown && read->second.text == text) return read->second.bytes;
+  if (auto bytes = oneLine(encoding, text)) return *std::move(bytes);
+  return isKnown ? read->second.bytes : std::string();
+}
+
+SettingValue valueOf(const Settings& settings, const Entry& entry, const Encoding& encoding) {
+  const Member& member = entry.member;
+  if (const auto* text = std::get_if<std::string Settings::*>(&member)) {
+    return bytesOf(settings, entry, settings.*(*text), encoding);
+  }
   if (const auto* real = std::get_if<double Settings::*>(&member)) return settings.*(*real);
   return static_cast<double>(settings.*std::get<int Settings::*>(member));
+}
+
+// True for a name that leads somewhere, or that cannot be looked at.
+bool isTaken(const std::filesystem::path& file) {
+  std::error_code error;
+  return std::filesystem::status(file, error).type() != std::filesystem::file_type::not_found;
+}
+
+Error unreadable(ErrorNumber number) {
+  return {number,
+          "Can't read vel.env. It is left as it is, and the settings are not saved this time."
+          "　vel.envを読めません。vel.envはそのままにし、今回の設定は保存しません。"};
+}
+
+Status readLines(LineReader& lines, const Encoding& encoding, Settings& settings) {
+  while (true) {
+    const auto line = lines.next();
+    if (!line) return unreadable(line.error().number);
+    if (!*line || lines.wasCut()) return {};
+    if (Trim(**line).empty()) continue;
+    const auto record = parseSetting(**line);
+    if (!record) return {};
+    const auto* entry = kEntries.begin();
+    while (entry != kEntries.end() && entry->key != record->first) ++entry;
+    if (entry != kEntries.end() && !assign(settings, *entry, record->second, encoding)) return {};
+  }
+}
+
+Status readFile(const std::filesystem::path& file, const Encoding& encoding, Settings& settings) {
+  Result<InputFile> opened = InputFile::open(file);
+  if (!opened) return isTaken(file) ? unreadable(opened.error().number) : Status();
+  LineReader lines(std::move(*opened), LineReader::kLongestLine, LoneCr::endsLine);
+  return readLines(lines, encoding, settings);
 }
 
 std::string shortestDecimal(double number) {
@@ -112,48 +170,32 @@ Result<std::pair<std::string, SettingValue>> parseSetting(std::string_view line)
   return found(number);
 }
 
-void LoadEnv(Desktop& desktop, const std::filesystem::path& file, const Encoding& encoding,
-             const DefaultSearches& defaults, Settings& settings) {
+Status LoadEnv(Desktop& desktop, const std::filesystem::path& file, const Encoding& encoding,
+               const DefaultSearches& defaults, Settings& settings) {
   WriteRunLog(desktop, "Start LoadEnv");
   settings = Settings();
   settings.env_regDefUrl0 = defaults.regDefUrl0;
   settings.env_FltDefUrl0 = defaults.fltDefUrl0;
-  if (Result<InputFile> opened = InputFile::open(file)) {
-    LineReader lines(std::move(*opened));
-    while (true) {
-      const auto line = lines.next();
-      if (!line || !*line || lines.wasCut()) break;
-      const auto record = parseSetting(encoding.decode(**line));
-      if (!record) break;
-      const auto* entry = kEntries.begin();
-      while (entry != kEntries.end() && entry->key != record->first) ++entry;
-      if (entry != kEntries.end() && !assign(settings, entry->member, record->second)) break;
-    }
+  for (const Entry& entry : kEntries) {
+    const auto* text = std::get_if<std::string Settings::*>(&entry.member);
+    if (text == nullptr) continue;
+    settings.asRead[std::string(entry.key)] = {
+        settings.*(*text), oneLine(encoding, settings.*(*text)).value_or(std::string())};
   }
+  Status read = readFile(file, encoding, settings);
+  settings.mayBeSaved = read.ok();
   WriteRunLog(desktop, "End LoadEnv");
+  return read;
 }
 
 Status SaveEnv(const std::filesystem::path& file, const Encoding& encoding,
                const Settings& settings) {
-  std::filesystem::path temporary = file;
-  temporary += ".new";
-  Result<OutputFile> output = OutputFile::create(temporary);
-  if (!output) return output.error();
-  Status status;
-  if (fileExists(file)) status = output->copyPermissions(file);
+  if (!settings.mayBeSaved) return ErrorNumber::permissionDenied;
+  std::string lines;
   for (const Entry& entry : kEntries) {
-    const auto line = encoding.encode(formatSetting(entry.key, valueOf(settings, entry.member)));
-    if (!line) status = ErrorNumber::typeMismatch;
-    if (status) status = output->write(*line + "\r\n");
+    lines += formatSetting(entry.key, valueOf(settings, entry, encoding)) + "\r\n";
   }
-  const Status finished = output->finish();
-  if (status) status = finished;
-  if (status) status = replaceFile(temporary, file);
-  if (!status) {
-    static_cast<void>(removeFile(temporary));
-    return status;
-  }
-  return flushFolder(file.parent_path());
+  return writeWholeFile(file, kSettingsSuffix, lines);
 }
 
 }  // namespace vel

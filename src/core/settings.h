@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -18,6 +20,12 @@ using SettingValue = std::variant<std::string, double, bool>;
 
 /// Window states as they are saved.
 enum WindowState : int { kNormal = 0, kMinimised = 1, kMaximised = 2 };
+
+/// A text as the file holds it, so that it can be written back unchanged.
+struct TextAsRead {
+  std::string text;   ///< decoded
+  std::string bytes;  ///< as they stand in the file
+};
 
 /// The program-wide settings, kept in vel.env. Geometry is in twips (1/1440
 /// inch; 15 to a logical pixel).
@@ -40,6 +48,11 @@ struct Settings {
   int env_fltSchZsp = 0;   ///< 1 drops leading zeros in the user's flight search
   int env_keepCsrPos = 0;  ///< 1 keeps the selected line when a log is re-read
   int env_Config = 0;      ///< non-zero shows the Config button
+
+  /// What the file held for its texts, or else their defaults, by key.
+  std::map<std::string, TextAsRead, std::less<>> asRead = {};
+  /// False when the file is there and could not be read: it is not overwritten.
+  bool mayBeSaved = true;
 };
 
 /// The two address prefixes that the defaults start from.
@@ -48,18 +61,23 @@ struct DefaultSearches {
   std::string fltDefUrl0;
 };
 
-/// Assigns every default, then takes over what the file holds. Reading stops
-/// at the first damaged line; no file, or one that cannot be read, leaves the
-/// defaults. Nothing is reported.
-void LoadEnv(Desktop& desktop, const std::filesystem::path& file, const Encoding& encoding,
-             const DefaultSearches& defaults, Settings& settings);
+/// Assigns every default, then takes over what the file holds. Blank lines are
+/// skipped; reading stops at the first damaged line, and no file leaves the
+/// defaults. A file that is there and cannot be read is an Error with the
+/// message for the user; the settings are then never saved.
+Status LoadEnv(Desktop& desktop, const std::filesystem::path& file, const Encoding& encoding,
+               const DefaultSearches& defaults, Settings& settings);
 
 /// Writes all eighteen lines through a temporary file beside the old one and a
-/// rename, so that a failure leaves the old file as it was.
+/// rename, so that a failure leaves the old file as it was. A text that was not
+/// changed is written with the bytes that were read; one that the encoding
+/// cannot hold keeps the bytes it had, or else the default's, and costs no other
+/// setting. A file that could not be read is left alone: 70.
 Status SaveEnv(const std::filesystem::path& file, const Encoding& encoding,
                const Settings& settings);
 
-/// One line of the file without its line end: `"key",value`.
+/// One line of the file without its line end, `"key",value`, as text or in the
+/// bytes of an encoding.
 [[nodiscard]] std::string formatSetting(std::string_view key, const SettingValue& value);
 
 /// The key and the value of a line; an error for a line of another form.

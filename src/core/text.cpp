@@ -10,69 +10,14 @@
 namespace vel {
 namespace {
 
-// The bytes of the character that begins the text: 1 for an ill-formed one.
-std::size_t characterSize(std::string_view text) {
-  const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
-  const unsigned char lead = byte(0);
-  std::size_t size = 1;
-  if (lead >= 0xF0 && lead <= 0xF4) {
-    size = 4;
-  } else if (lead >= 0xE0 && lead < 0xF0) {
-    size = 3;
-  } else if (lead >= 0xC2 && lead < 0xE0) {
-    size = 2;
-  }
-  if (size > text.size()) return 1;
-  for (std::size_t i = 1; i < size; ++i) {
-    if ((byte(i) & 0xC0) != 0x80) return 1;
-  }
-  return size;
-}
-
 // Bytes of the first `count` characters.
 std::size_t offsetOf(std::string_view text, std::size_t count) {
   std::size_t offset = 0;
   while (count > 0 && offset < text.size()) {
-    offset += characterSize(text.substr(offset));
+    offset += firstCharacter(text.substr(offset)).size;
     --count;
   }
   return offset;
-}
-
-char32_t decodeOne(std::string_view character) {
-  const auto byte = [&](std::size_t index) {
-    return static_cast<char32_t>(static_cast<unsigned char>(character[index]));
-  };
-  switch (character.size()) {
-    case 2:
-      return (byte(0) & 0x1F) << 6 | (byte(1) & 0x3F);
-    case 3:
-      return (byte(0) & 0x0F) << 12 | (byte(1) & 0x3F) << 6 | (byte(2) & 0x3F);
-    case 4:
-      return (byte(0) & 0x07) << 18 | (byte(1) & 0x3F) << 12 | (byte(2) & 0x3F) << 6 |
-             (byte(3) & 0x3F);
-    default:
-      return byte(0);
-  }
-}
-
-void appendOne(std::string& text, char32_t character) {
-  const auto add = [&](char32_t byte) { text += static_cast<char>(byte); };
-  if (character < 0x80) {
-    add(character);
-  } else if (character < 0x800) {
-    add(0xC0 | character >> 6);
-    add(0x80 | (character & 0x3F));
-  } else if (character < 0x10000) {
-    add(0xE0 | character >> 12);
-    add(0x80 | (character >> 6 & 0x3F));
-    add(0x80 | (character & 0x3F));
-  } else {
-    add(0xF0 | character >> 18);
-    add(0x80 | (character >> 12 & 0x3F));
-    add(0x80 | (character >> 6 & 0x3F));
-    add(0x80 | (character & 0x3F));
-  }
 }
 
 template <typename Convert>
@@ -80,20 +25,20 @@ std::string mapCharacters(std::string_view text, Convert convert) {
   std::string mapped;
   mapped.reserve(text.size());
   while (!text.empty()) {
-    const std::string_view character = text.substr(0, characterSize(text));
-    if (character.size() == 1 && static_cast<unsigned char>(character[0]) >= 0x80) {
-      mapped += character;
+    const Character character = firstCharacter(text);
+    if (character.wellFormed) {
+      appendCharacter(mapped, convert(character.code));
     } else {
-      appendOne(mapped, convert(decodeOne(character)));
+      mapped += text[0];
     }
-    text.remove_prefix(character.size());
+    text.remove_prefix(character.size);
   }
   return mapped;
 }
 
 // The names under which people know code page 932. The converters' own idea of
 // "Shift_JIS" lacks the characters that makers added to it.
-bool isCodePage932(std::string_view name) {
+bool namesCodePage932(std::string_view name) {
   std::string plain;
   for (const char c : name) {
     if (c != '-' && c != '_') plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
@@ -134,6 +79,99 @@ std::string withUsualTwins(std::string_view text) {
   });
 }
 
+// The bytes that code page 932 leaves undefined, with what Windows makes of
+// them; the platforms' converters do not agree.
+struct UndefinedByte {
+  char byte;
+  char32_t code;
+};
+constexpr std::array<UndefinedByte, 5> kUndefined = {{{'\x80', U'\u0080'},
+                                                      {'\xA0', U'\uF8F0'},
+                                                      {'\xFD', U'\uF8F1'},
+                                                      {'\xFE', U'\uF8F2'},
+                                                      {'\xFF', U'\uF8F3'}}};
+
+const UndefinedByte* undefinedByte(char byte) {
+  if (static_cast<unsigned char>(byte) < 0x80) return nullptr;
+  const auto* found = std::find_if(kUndefined.begin(), kUndefined.end(),
+                                   [&](const UndefinedByte& each) { return each.byte == byte; });
+  return found == kUndefined.end() ? nullptr : found;
+}
+
+const UndefinedByte* undefinedCharacter(char32_t code) {
+  const auto* found = std::find_if(kUndefined.begin(), kUndefined.end(),
+                                   [&](const UndefinedByte& each) { return each.code == code; });
+  return found == kUndefined.end() ? nullptr : found;
+}
+
+class CodePage932 : public platform::Transcoder {
+ public:
+  explicit CodePage932(std::unique_ptr<platform::Transcoder> platforms)
+      : platforms_(std::move(platforms)) {}
+
+  std::string decode(std::string_view bytes) override {
+    if (std::none_of(bytes.begin(), bytes.end(), [](char c) { return undefinedByte(c); })) {
+      return platforms_->decode(bytes);
+    }
+    std::string text;
+    std::size_t size = 0;
+    while (size < bytes.size()) {
+      const UndefinedByte* undefined = undefinedByte(bytes[size]);
+      if (undefined == nullptr) {
+        size += isPair(bytes.substr(size, 2)) ? 2 : 1;
+        continue;
+      }
+      if (size > 0) text += platforms_->decode(bytes.substr(0, size));
+      appendCharacter(text, undefined->code);
+      bytes.remove_prefix(size + 1);
+      size = 0;
+    }
+    return text + platforms_->decode(bytes);
+  }
+
+  std::optional<std::string> encode(std::string_view utf8) override {
+    std::string bytes;
+    std::size_t size = 0;
+    const auto addPlain = [&] {
+      const auto plain = platforms_->encode(utf8.substr(0, size));
+      if (plain) bytes += *plain;
+      return plain.has_value();
+    };
+    while (size < utf8.size()) {
+      const Character character = firstCharacter(utf8.substr(size));
+      const UndefinedByte* undefined = undefinedCharacter(character.code);
+      if (undefined == nullptr) {
+        size += character.size;
+        continue;
+      }
+      if (!addPlain()) return std::nullopt;
+      bytes += undefined->byte;
+      utf8.remove_prefix(size + character.size);
+      size = 0;
+    }
+    if (!addPlain()) return std::nullopt;
+    return bytes;
+  }
+
+ private:
+  // True for two bytes that stand for one character, assigned or not.
+  static bool isPair(std::string_view bytes) {
+    if (bytes.size() < 2) return false;
+    const auto lead = static_cast<unsigned char>(bytes[0]);
+    const auto trail = static_cast<unsigned char>(bytes[1]);
+    const bool isLead = (lead >= 0x81 && lead <= 0x9F) || (lead >= 0xE0 && lead <= 0xFC);
+    return isLead && trail >= 0x40 && trail != 0x7F && trail <= 0xFC;
+  }
+
+  std::unique_ptr<platform::Transcoder> platforms_;
+};
+
+constexpr const char* kNoCodePage932 =
+    "Code page 932 is not available: the system's text converter does not know it, or cannot "
+    "open its part for it (iconv's module CP932 on Linux)."
+    "　コードページ932が使えません。システムの文字コード変換(Linuxではiconvのモジュール"
+    "CP932)が対応していないか、開けません。";
+
 }  // namespace
 
 Encoding::Encoding(std::string name, std::shared_ptr<platform::Transcoder> transcoder)
@@ -142,9 +180,11 @@ Encoding::Encoding(std::string name, std::shared_ptr<platform::Transcoder> trans
 Encoding Encoding::codePage932() { return named("CP932").value(); }
 
 Result<Encoding> Encoding::named(const std::string& name) {
-  std::shared_ptr<platform::Transcoder> transcoder =
-      platform::makeTranscoder(isCodePage932(name) ? "CP932" : name);
-  if (transcoder == nullptr) return ErrorNumber::typeMismatch;
+  const bool is932 = namesCodePage932(name);
+  std::unique_ptr<platform::Transcoder> made = platform::makeTranscoder(is932 ? "CP932" : name);
+  if (made == nullptr) return ErrorNumber::typeMismatch;
+  if (is932) made = std::make_unique<CodePage932>(std::move(made));
+  const std::shared_ptr<platform::Transcoder> transcoder = std::move(made);
   // Files are cut at these bytes before anything is decoded.
   constexpr std::string_view kCuts = ",\"\r\n A0";
   if (transcoder->encode(kCuts) != kCuts || transcoder->decode(kCuts) != kCuts) {
@@ -156,8 +196,10 @@ Result<Encoding> Encoding::named(const std::string& name) {
     const auto bytes = transcoder->encode(letter);
     if (bytes && isAscii(*bytes)) return ErrorNumber::typeMismatch;
   }
-  return Encoding(name, std::move(transcoder));
+  return Encoding(name, transcoder);
 }
+
+bool Encoding::isCodePage932() const { return namesCodePage932(name_); }
 
 std::string Encoding::decode(std::string_view bytes) const {
   if (isAscii(bytes)) return std::string(bytes);
@@ -168,6 +210,71 @@ std::optional<std::string> Encoding::encode(std::string_view utf8) const {
   if (isAscii(utf8)) return std::string(utf8);
   if (auto bytes = encodeExactly(*transcoder_, utf8)) return bytes;
   return encodeExactly(*transcoder_, withUsualTwins(utf8));
+}
+
+Result<Encoding> textEncoding(const std::string& name) {
+  Result<Encoding> chosen = Encoding::named(name);
+  if (!chosen) chosen = Encoding::named("CP932");
+  if (!chosen) return Error{ErrorNumber::typeMismatch, kNoCodePage932};
+  return chosen;
+}
+
+Character firstCharacter(std::string_view text) {
+  const auto byte = [&](std::size_t index) {
+    return static_cast<char32_t>(static_cast<unsigned char>(text[index]));
+  };
+  constexpr Character kIllFormed = {U'\uFFFD', 1, false};
+  const char32_t lead = byte(0);
+  if (lead < 0x80) return {lead, 1};
+  std::size_t size = 0;
+  char32_t code = 0;
+  char32_t lowest = 0;
+  if (lead >= 0xC2 && lead < 0xE0) {
+    size = 2;
+    code = lead & 0x1F;
+    lowest = 0x80;
+  } else if (lead >= 0xE0 && lead < 0xF0) {
+    size = 3;
+    code = lead & 0x0F;
+    lowest = 0x800;
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    size = 4;
+    code = lead & 0x07;
+    lowest = 0x10000;
+  }
+  if (size == 0 || size > text.size()) return kIllFormed;
+  for (std::size_t i = 1; i < size; ++i) {
+    if ((byte(i) & 0xC0) != 0x80) return kIllFormed;
+    code = code << 6 | (byte(i) & 0x3F);
+  }
+  if (code < lowest || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) return kIllFormed;
+  return {code, size};
+}
+
+void appendCharacter(std::string& text, char32_t code) {
+  const auto add = [&](char32_t byte) { text += static_cast<char>(byte); };
+  if (code < 0x80) {
+    add(code);
+  } else if (code < 0x800) {
+    add(0xC0 | code >> 6);
+    add(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    add(0xE0 | code >> 12);
+    add(0x80 | (code >> 6 & 0x3F));
+    add(0x80 | (code & 0x3F));
+  } else {
+    add(0xF0 | code >> 18);
+    add(0x80 | (code >> 12 & 0x3F));
+    add(0x80 | (code >> 6 & 0x3F));
+    add(0x80 | (code & 0x3F));
+  }
+}
+
+std::optional<unsigned> hexDigit(char digit) {
+  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
+  if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A') + 10;
+  if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a') + 10;
+  return std::nullopt;
 }
 
 bool isAscii(std::string_view bytes) {
@@ -184,7 +291,7 @@ bool isAscii(std::string_view bytes) {
 std::size_t length(std::string_view text) {
   std::size_t count = 0;
   while (!text.empty()) {
-    text.remove_prefix(characterSize(text));
+    text.remove_prefix(firstCharacter(text).size);
     ++count;
   }
   return count;

@@ -20,7 +20,8 @@ class Transcoder;
 /// ASCII. Copies share the platform's converter; one thread uses it.
 class Encoding {
  public:
-  /// Windows code page 932.
+  /// Windows code page 932, where the platform is known to have it; textEncoding
+  /// is for the rest.
   static Encoding codePage932();
 
   /// The encoding of that name ("UTF-8", "windows-1252"), or an error when the
@@ -28,7 +29,9 @@ class Encoding {
   /// "Shift_JIS" and "windows-31J" are names of code page 932.
   static Result<Encoding> named(const std::string& name);
 
-  /// Bytes to UTF-8. Bytes that are no character give U+FFFD each.
+  /// Bytes to UTF-8. Bytes that are no character give U+FFFD each. The five that
+  /// code page 932 leaves undefined have the characters that Windows gives them:
+  /// U+0080, and U+F8F0 to U+F8F3 for A0, FD, FE and FF.
   [[nodiscard]] std::string decode(std::string_view bytes) const;
 
   /// UTF-8 to bytes, or nothing when the encoding cannot hold the text. A wave
@@ -36,6 +39,8 @@ class Encoding {
   [[nodiscard]] std::optional<std::string> encode(std::string_view utf8) const;
 
   [[nodiscard]] const std::string& name() const { return name_; }
+  /// True under each of its names.
+  [[nodiscard]] bool isCodePage932() const;
 
  private:
   Encoding(std::string name, std::shared_ptr<platform::Transcoder> transcoder);
@@ -43,6 +48,32 @@ class Encoding {
   std::string name_;
   std::shared_ptr<platform::Transcoder> transcoder_;
 };
+
+/// The encoding of that name; where it is not usable, code page 932. An Error
+/// with a message for the user where the platform has no converter for that
+/// either.
+[[nodiscard]] Result<Encoding> textEncoding(const std::string& name);
+
+/// One character of a UTF-8 text.
+struct Character {
+  char32_t code = 0;     ///< U+FFFD for an ill-formed byte
+  std::size_t size = 1;  ///< in bytes
+  bool wellFormed = true;
+};
+
+/// The character that begins the text, which is not empty, by the strict rules
+/// of UTF-8: no overlong form, no surrogate, nothing beyond U+10FFFF. A byte
+/// that begins none is one ill-formed character.
+[[nodiscard]] Character firstCharacter(std::string_view text);
+
+/// Adds the character in UTF-8.
+void appendCharacter(std::string& text, char32_t code);
+
+/// The value of a hexadecimal digit in either case, or nothing.
+[[nodiscard]] std::optional<unsigned> hexDigit(char digit);
+
+/// The hexadecimal digits in capitals, each at the place of its value.
+inline constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
 /// True when every byte is ASCII.
 [[nodiscard]] bool isAscii(std::string_view bytes);

@@ -18,7 +18,7 @@ std::string withoutHyphens(std::string_view text) {
 bool hasOneForm(const Encoding& encoding, std::string_view bytes) {
   if (isAscii(bytes)) return true;
   if (encoding.name() == "UTF-8") return true;
-  if (bytes.size() != 2 || encoding.name() != Encoding::codePage932().name()) return false;
+  if (bytes.size() != 2 || !encoding.isCodePage932()) return false;
   const auto lead = static_cast<unsigned char>(bytes[0]);
   return (lead >= 0x82 && lead <= 0x86) || (lead >= 0x88 && lead <= 0x9F) ||
          (lead >= 0xE0 && lead <= 0xEA);

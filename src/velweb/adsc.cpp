@@ -1,7 +1,9 @@
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
+#include "core/text.h"
 #include "velweb/positions.h"
 #include "velweb/text_scan.h"
 
@@ -17,25 +19,20 @@ constexpr std::size_t kReportSize = 11;
 constexpr unsigned kAcknowledgement = 3;  // the tag and the contract's number
 constexpr std::size_t kAcknowledgementSize = 2;
 
-int hexDigit(char c) {
-  if (isDigitChar(c)) return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  return -1;
-}
-
 // The bytes that the hexadecimal digits at the start of a text stand for.
 std::vector<std::uint8_t> hexBytes(std::string_view text) {
   std::vector<std::uint8_t> bytes;
-  int high = -1;
+  std::optional<unsigned> high;
   for (const char c : text) {
     if (c == ' ' || c == '\n' || c == '\r') continue;
-    const int digit = hexDigit(c);
-    if (digit < 0) break;
-    if (high < 0) {
+    const std::optional<unsigned> digit = hexDigit(c);
+    // The messages are in capitals: a small letter is none of their digits.
+    if (!digit || (c >= 'a' && c <= 'z')) break;
+    if (!high) {
       high = digit;
     } else {
-      bytes.push_back(static_cast<std::uint8_t>(high << 4 | digit));
-      high = -1;
+      bytes.push_back(static_cast<std::uint8_t>(*high << 4 | *digit));
+      high.reset();
     }
   }
   return bytes;

@@ -15,6 +15,7 @@
 #include "core/file.h"
 #include "core/folders.h"
 #include "core/platform.h"
+#include "core/program_files.h"
 #include "core/services.h"
 #include "velweb/http_server.h"
 #include "velweb/velweb_options.h"
@@ -68,13 +69,9 @@ int run(const VelwebOptions& options) {
   if (!std::filesystem::is_directory(folders.base, failure)) {
     return fail("no base folder " + toUtf8(folders.base));
   }
-  const Services services = Services::load(fileIn(folders.program, "services.ini"));
-  Result<Encoding> encoding = Encoding::named(services.encoding);
-  if (!encoding) encoding = Encoding::named("CP932");
-  if (!encoding) {
-    return fail("this system has no converter for code page 932, nor for the encoding \"" +
-                services.encoding + "\"");
-  }
+  const Services services = Services::load(servicesFile(folders));
+  const Result<Encoding> encoding = services.textEncoding();
+  if (!encoding) return fail(encoding.error().text());
   const VelwebService service(folders, encoding->name(), options.host);
   ClientLimits limits;
   limits.request = std::chrono::seconds(options.timeoutSeconds);

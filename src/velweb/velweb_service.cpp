@@ -90,8 +90,7 @@ bool VelwebService::isOwnHost(std::string_view hostHeader) const {
 
 Encoding VelwebService::encoding() const {
   // One for each request: an Encoding belongs to one thread.
-  Result<Encoding> chosen = Encoding::named(encodingName_);
-  return chosen ? *chosen : Encoding::codePage932();
+  return textEncoding(encodingName_).value();
 }
 
 bool isLoopbackHost(std::string_view hostHeader) {

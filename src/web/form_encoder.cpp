@@ -1,9 +1,9 @@
 #include "web/form_encoder.h"
 
+#include "core/text.h"
+
 namespace vel {
 namespace {
-
-constexpr std::string_view kDigits = "0123456789ABCDEF";
 
 bool isLeadByte(unsigned char byte) {
   return (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xEF);
@@ -16,8 +16,8 @@ bool staysAsItIs(unsigned char byte) {
 
 void appendCode(std::string& encoded, unsigned char high, unsigned char low) {
   encoded += '%';
-  encoded += kDigits[high];
-  encoded += kDigits[low];
+  encoded += kHexDigits[high];
+  encoded += kHexDigits[low];
 }
 
 }  // namespace

@@ -59,15 +59,32 @@ TEST(Encoding, EveryTwoByteCharacterOfCodePage932ComesBackAsTheSameText) {
 
 TEST(Encoding, BytesThatAreNoCharacterBecomeOneReplacementEach) {
   const Encoding encoding = Encoding::codePage932();
-  EXPECT_EQ(encoding.decode("A\xFF"
+  EXPECT_EQ(encoding.decode("A\x85\x01"
                             "B"),
-            "A\uFFFDB");
-  EXPECT_EQ(encoding.decode("\x80\xA0\xFD\xFE"), "\uFFFD\uFFFD\uFFFD\uFFFD");
+            "A\uFFFD\x01"
+            "B");
+  EXPECT_EQ(encoding.decode("\x85\x80"), "\uFFFD\uFFFD");
   EXPECT_EQ(encoding.decode("JL\x81"), "JL\uFFFD");
   EXPECT_EQ(encoding.decode("\x81 羽"), "\uFFFD " + encoding.decode("羽"));
   EXPECT_EQ(encoding.decode("\x82\x60\x85\x40|\x82\x61"), "Ａ\uFFFD@|Ｂ");
-  EXPECT_EQ(encoding.decode(std::string_view("\xFF\0\x82\x60", 4)),
+  EXPECT_EQ(encoding.decode(std::string_view("\x85\0\x82\x60", 4)),
             std::string_view("\uFFFD\0Ａ", 7));
+}
+
+TEST(Encoding, TheBytesThatCodePage932LeavesUndefinedAreThoseOfWindows) {
+  const Encoding encoding = Encoding::codePage932();
+  const Pair pairs[] = {
+      {"\u0080", "\x80"},          {"\uF8F0", "\xA0"},
+      {"\uF8F1", "\xFD"},          {"\uF8F2", "\xFE"},
+      {"\uF8F3", "\xFF"},          {"A\uF8F3羽\u0080田\uF8F0", "A\xFF\x89\x48\x80\x93\x63\xA0"},
+      {"\uF8F3\uF8F2", "\xFF\xFE"}};
+  for (const Pair& pair : pairs) {
+    EXPECT_EQ(encoding.decode(pair.bytes), pair.text);
+    EXPECT_EQ(encoding.encode(pair.text), std::string(pair.bytes));
+  }
+  // As the second byte of a character they are that character's.
+  EXPECT_EQ(encoding.decode("\x83\x80\x88\xA0"), "ム唖");
+  EXPECT_EQ(encoding.decode("\x81\xFD"), "\uFFFD\uF8F1");
 }
 
 TEST(Encoding, AByteOfATwoByteCharacterIsNoAsciiLetter) {
@@ -102,6 +119,7 @@ TEST(Encoding, Utf8IsAccepted) {
                              "B"),
             "A\uFFFD\uFFFD\uFFFDB");
   EXPECT_EQ(encoding->encode("〜¢"), "〜¢");
+  EXPECT_FALSE(encoding->isCodePage932());
 }
 
 TEST(Encoding, Windows1252IsAccepted) {
@@ -120,6 +138,7 @@ TEST(Encoding, EveryUsualNameOfCodePage932MeansTheSame) {
     ASSERT_TRUE(encoding.ok()) << name;
     EXPECT_EQ(encoding->encode("①～"), "\x87\x40\x81\x60") << name;
     EXPECT_EQ(encoding->name(), name);
+    EXPECT_TRUE(encoding->isCodePage932()) << name;
   }
 }
 

@@ -8,6 +8,7 @@
 #include "core/folders.h"
 #include "core/helpers.h"
 #include "core/platform.h"
+#include "core/program_files.h"
 #include "tests/support/test_files.h"
 
 namespace vel {
@@ -280,6 +281,44 @@ TEST(FoldersTest, LieAroundTheProgramFolder) {
   EXPECT_EQ(folders.logs, station / "logs");
   EXPECT_EQ(folders.eachLogs, station / "logs" / "EachLogs");
   EXPECT_EQ(folders.pics, station / "pics");
+}
+
+TEST(FoldersTest, AreFoundWhateverTheCaseOfTheirNames) {
+  const TemporaryFolder station;
+  for (const char* name : {"Data", "LOGS", "LOGS/eachlogs", "Pics"}) {
+    std::filesystem::create_directory(station / name);
+  }
+  const Folders folders = Folders::of(station / "vel");
+  EXPECT_TRUE(std::filesystem::equivalent(folders.data, station / "Data"));
+  EXPECT_TRUE(std::filesystem::equivalent(folders.logs, station / "LOGS"));
+  EXPECT_TRUE(std::filesystem::equivalent(folders.eachLogs, station / "LOGS" / "eachlogs"));
+  EXPECT_TRUE(std::filesystem::equivalent(folders.pics, station / "Pics"));
+}
+
+TEST(FoldersTest, TheFilesOfTheProgramFolderToo) {
+  const TemporaryFolder station;
+  std::filesystem::create_directory(station / "vel");
+  const Folders folders = Folders::of(station / "vel");
+  EXPECT_EQ(settingsFile(folders), folders.program / "vel.env");
+  EXPECT_EQ(servicesFile(folders), folders.program / "services.ini");
+  EXPECT_EQ(kmlFile(folders), folders.program / "temp.kml");
+  for (const char* name : {"VEL.ENV", "Services.ini", "Temp.KML"}) {
+    writeBytes(folders.program / name, name);
+  }
+  EXPECT_EQ(readBytes(settingsFile(folders)), "VEL.ENV");
+  EXPECT_EQ(readBytes(servicesFile(folders)), "Services.ini");
+  EXPECT_EQ(readBytes(kmlFile(folders)), "Temp.KML");
+}
+
+TEST(FoldersTest, WhatAKilledProgramLeftIsRemoved) {
+  const TemporaryFolder station;
+  std::filesystem::create_directory(station / "vel");
+  const Folders folders = Folders::of(station / "vel");
+  for (const char* name : {"vel.env", "vel.env.new", "temp.kml.part"}) {
+    writeBytes(folders.program / name, "x");
+  }
+  removeLeftOvers(folders);
+  EXPECT_THAT(listFolder(folders.program).value(), ElementsAre("vel.env"));
 }
 
 TEST(FoldersTest, ATrailingSlashNamesTheSameFolder) {

@@ -22,9 +22,13 @@ constexpr std::size_t kBlock = std::size_t{1} << 17;
 
 class LineReaderTest : public testing::Test {
  protected:
-  LineReader reader(std::string_view bytes, std::size_t longest = LineReader::kLongestLine) {
+  LineReader reader(std::string_view bytes, std::size_t longest = LineReader::kLongestLine,
+                    LoneCr loneCr = LoneCr::isText) {
     writeBytes(folder_ / "list.csv", bytes);
-    return LineReader(InputFile::open(folder_ / "list.csv").value(), longest);
+    return LineReader(InputFile::open(folder_ / "list.csv").value(), longest, loneCr);
+  }
+  LineReader crReader(std::string_view bytes, std::size_t longest = LineReader::kLongestLine) {
+    return reader(bytes, longest, LoneCr::endsLine);
   }
 
   static std::vector<std::string> allOf(LineReader reader) {
@@ -52,6 +56,31 @@ TEST_F(LineReaderTest, TheLastLineMayEndWithTheFile) {
 TEST_F(LineReaderTest, BlankLinesAreLinesAndAnEmptyFileHasNone) {
   EXPECT_THAT(allOf(reader("\r\n\n\r\nend\n\n")), ElementsAre("", "", "", "end", ""));
   EXPECT_THAT(allOf(reader("")), IsEmpty());
+}
+
+TEST_F(LineReaderTest, ALoneCrEndsALineWhereThatIsAskedFor) {
+  EXPECT_THAT(allOf(crReader("a\rb\r\nc\nd\r\re")), ElementsAre("a", "b", "c", "d", "", "e"));
+  EXPECT_THAT(allOf(crReader("a\r")), ElementsAre("a"));
+  EXPECT_THAT(allOf(crReader("\r")), ElementsAre(""));
+}
+
+TEST_F(LineReaderTest, ALoneCrCountsAtTheEdgesOfTheBlocksToo) {
+  for (std::size_t size = kBlock - 3; size <= kBlock + 1; ++size) {
+    const std::string line(size, 'x');
+    EXPECT_THAT(allOf(crReader(line + "\rb\r\nc\r")), ElementsAre(line, "b", "c")) << size;
+    EXPECT_THAT(allOf(crReader(line + "\r\nb\rc")), ElementsAre(line, "b", "c")) << size;
+    const auto cut = allOf(crReader(line + "\rb", 100));
+    EXPECT_THAT(cut, ElementsAre(std::string(100, 'x'), "b")) << size;
+  }
+}
+
+TEST_F(LineReaderTest, AByteOrderMarkIsSkippedAndCounted) {
+  LineReader lines = reader("\xEF\xBB\xBF羽田\r\n\xEF\xBB\xBFz\r\n");
+  EXPECT_EQ(**lines.next(), "羽田");
+  EXPECT_EQ(lines.bytesRead(), 3U + 6U + 2U);
+  EXPECT_EQ(**lines.next(), "\xEF\xBB\xBFz");
+  EXPECT_THAT(allOf(reader("\xEF\xBB\xBF")), IsEmpty());
+  EXPECT_THAT(allOf(reader("\xEF\xBB")), ElementsAre("\xEF\xBB"));
 }
 
 TEST_F(LineReaderTest, ACrWithinALineStays) {

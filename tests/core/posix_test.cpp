@@ -9,15 +9,16 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include "core/file.h"
+#include "core/folders.h"
 #include "core/helpers.h"
 #include "core/platform.h"
 #include "core/settings.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 #include "tests/support/unprivileged_user.h"
@@ -30,26 +31,6 @@ using test::RecordingDesktop;
 using test::TemporaryFolder;
 using test::writeBytes;
 using testing::ElementsAre;
-
-// No file may grow beyond some bytes while this lives.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before_), 0);
-    const rlimit limit{bytes, before_.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-  ~FullDisk() {
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before_), 0);
-    std::signal(SIGXFSZ, handler_);
-  }
-
- private:
-  rlimit before_{};
-  void (*handler_)(int);
-};
 
 mode_t modeOf(const std::filesystem::path& path) {
   struct stat info {};
@@ -97,7 +78,7 @@ TEST(SettingsPosix, AFullDiskNeverCostsTheOldSettings) {
   for (const rlim_t room : {rlim_t{0}, rlim_t{20}, rlim_t{300}}) {
     Status saved;
     {
-      const FullDisk full(room);
+      const test::FileSizeLimit full(room);
       saved = SaveEnv(folder / "vel.env", Encoding::codePage932(), Settings());
     }
     ASSERT_FALSE(saved.ok()) << room;
@@ -127,12 +108,52 @@ TEST(SettingsPosix, TheFileKeepsItsPermissions) {
   EXPECT_EQ(modeOf(folder / "vel.env"), mode_t{0640});
 }
 
+TEST(SettingsPosix, AFileThatMayNotBeReadIsNotOverwritten) {
+  const TemporaryFolder folder;
+  writeBytes(folder / "vel.env", "\"env_Config\",9\r\n");
+  const test::UnprivilegedUser user(folder.path());
+  ASSERT_EQ(chmod((folder / "vel.env").c_str(), 0), 0);
+  RecordingDesktop desktop;
+  Settings settings;
+  const Encoding encoding = Encoding::codePage932();
+  const Status loaded = LoadEnv(desktop, folder / "vel.env", encoding, {}, settings);
+  EXPECT_FALSE(loaded.ok());
+  EXPECT_EQ(settings.env_Config, 0);
+  // It stays so, also where it could be read by now.
+  ASSERT_EQ(chmod((folder / "vel.env").c_str(), 0600), 0);
+  EXPECT_FALSE(SaveEnv(folder / "vel.env", encoding, settings).ok());
+  EXPECT_EQ(readBytes(folder / "vel.env"), "\"env_Config\",9\r\n");
+}
+
+TEST(SettingsPosix, ALinkThatLeadsNowhereIsNoFileYet) {
+  const TemporaryFolder folder;
+  std::filesystem::create_symlink("my.env", folder / "vel.env");
+  RecordingDesktop desktop;
+  Settings settings;
+  const Encoding encoding = Encoding::codePage932();
+  EXPECT_TRUE(LoadEnv(desktop, folder / "vel.env", encoding, {}, settings).ok());
+  EXPECT_TRUE(SaveEnv(folder / "vel.env", encoding, settings).ok());
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "vel.env"));
+  EXPECT_TRUE(fileExists(folder / "my.env"));
+}
+
+TEST(FoldersPosix, TheUsualNameComesFirst) {
+  const TemporaryFolder station;
+  for (const char* name : {"Data", "data", "DATA", "Logs", "LOGS"}) {
+    std::filesystem::create_directory(station / name);
+  }
+  EXPECT_EQ(Folders::of(station / "vel").data, station / "data");
+  EXPECT_EQ(Folders::of(station / "vel").logs, station / "LOGS");
+  writeBytes(station / "PICS", "a file is no folder");
+  EXPECT_EQ(Folders::of(station / "vel").pics, station / "pics");
+}
+
 TEST(OutputFilePosix, AFullDiskIs61) {
   const TemporaryFolder folder;
   Status written;
   Status finished;
   {
-    const FullDisk full(100'000);
+    const test::FileSizeLimit full(100'000);
     Result<OutputFile> file = OutputFile::create(folder / "FLIGHT.$$$");
     ASSERT_TRUE(file.ok());
     written = file->write(std::string(1'000'000, 'x'));

@@ -87,13 +87,13 @@ TEST_F(ServicesTest, AByteOrderMarkIsNoPartOfTheFirstKey) {
 }
 
 TEST_F(ServicesTest, TheEncodingIsTheNamedOne) {
-  EXPECT_EQ(load("encoding=UTF-8\n").textEncoding().encode("é"), "é");
-  EXPECT_EQ(load("encoding=windows-1252\n").textEncoding().encode("é"), "\xE9");
+  EXPECT_EQ(load("encoding=UTF-8\n").textEncoding()->encode("é"), "é");
+  EXPECT_EQ(load("encoding=windows-1252\n").textEncoding()->encode("é"), "\xE9");
 }
 
 TEST_F(ServicesTest, AnEncodingThatCannotBeUsedLeavesCodePage932) {
   for (const char* line : {"encoding=UTF-16\n", "encoding=nonsense\n", ""}) {
-    const Encoding encoding = load(line).textEncoding();
+    const Encoding encoding = load(line).textEncoding().value();
     EXPECT_EQ(encoding.encode("羽田"), "\x89\x48\x93\x63") << line;
   }
 }

@@ -1,6 +1,7 @@
 // What a settings file that is damaged, or that cannot be written, costs: never
 // a default, never the old file, never a word to the user.
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -26,15 +27,15 @@ class SettingsDamageTest : public testing::Test {
  protected:
   Settings load() {
     Settings settings;
-    LoadEnv(desktop_, file_, Encoding::codePage932(), {"photo=", "flight="}, settings);
+    loaded_ = LoadEnv(desktop_, file_, encoding_, {"photo=", "flight="}, settings);
     return settings;
   }
-  Status save(const Settings& settings) {
-    return SaveEnv(file_, Encoding::codePage932(), settings);
-  }
+  Status save(const Settings& settings) { return SaveEnv(file_, encoding_, settings); }
 
   TemporaryFolder folder_;
   std::filesystem::path file_ = folder_ / "vel.env";
+  Encoding encoding_ = Encoding::codePage932();
+  Status loaded_;
   RecordingDesktop desktop_;
 };
 
@@ -42,8 +43,6 @@ TEST_F(SettingsDamageTest, ReadingStopsAtABadLineAndKeepsWhatItRead) {
   const std::string nuls("\0\0\0\0", 4);
   const std::string endless(std::size_t{3} << 20, '7');
   const std::string lines[] = {
-      "",
-      "   ",
       "garbage",
       "\"env_fltSchCmb\"",
       "\"env_fltSchCmb\",",
@@ -83,9 +82,11 @@ TEST_F(SettingsDamageTest, ReadingStopsAtABadLineAndKeepsWhatItRead) {
 
 TEST_F(SettingsDamageTest, BytesThatAreNoTextDoNotStopTheRead) {
   writeBytes(file_,
-             "\"env_regDefName0\",\"a\xFF"
+             "\"env_regDefName0\",\"a\x85\x01"
              "b\"\r\n\"env_Config\",9\r\n");
-  EXPECT_EQ(load().env_regDefName0, "a\uFFFDb");
+  EXPECT_EQ(load().env_regDefName0,
+            "a\uFFFD\x01"
+            "b");
   EXPECT_EQ(load().env_Config, 9);
 }
 
@@ -101,9 +102,30 @@ TEST_F(SettingsDamageTest, EmptyAndHalfWrittenFilesLeaveTheRestAtItsDefaults) {
   }
 }
 
+TEST_F(SettingsDamageTest, BlankLinesAreSkipped) {
+  writeBytes(file_, "\r\n\"env_regSchCmb\",2\r\n\r\n   \r\n\n\"env_Config\",9\r\n\r\n");
+  EXPECT_EQ(load().env_regSchCmb, 2);
+  EXPECT_EQ(load().env_Config, 9);
+}
+
+TEST_F(SettingsDamageTest, ALoneCrEndsALineAndAByteOrderMarkIsSkipped) {
+  writeBytes(file_,
+             "\xEF\xBB\xBF\"env_regSchCmb\",2\r\"env_regDefName0\",\"a\"\r\"env_Config\",9\r");
+  const Settings settings = load();
+  EXPECT_EQ(settings.env_regSchCmb, 2);
+  EXPECT_EQ(settings.env_regDefName0, "a");
+  EXPECT_EQ(settings.env_Config, 9);
+}
+
 TEST_F(SettingsDamageTest, AFolderInItsPlaceLeavesTheDefaultsAndIsNotReplaced) {
   std::filesystem::create_directory(file_);
-  EXPECT_EQ(load().env_Form3_Height, 8310);
+  const Settings settings = load();
+  EXPECT_EQ(settings.env_Form3_Height, 8310);
+  ASSERT_FALSE(loaded_.ok());
+  EXPECT_EQ(loaded_.error().text(),
+            "Can't read vel.env. It is left as it is, and the settings are not saved this time."
+            "　vel.envを読めません。vel.envはそのままにし、今回の設定は保存しません。");
+  EXPECT_FALSE(save(settings).ok());
   EXPECT_FALSE(save(Settings()).ok());
   EXPECT_TRUE(std::filesystem::is_directory(file_));
   EXPECT_FALSE(fileExists(folder_ / "vel.env.new"));
@@ -124,13 +146,59 @@ TEST_F(SettingsDamageTest, AProgramFolderThatIsGoneIsAnErrorAndNoMore) {
   EXPECT_EQ(saved.error().number, ErrorNumber::pathNotFound);
 }
 
-TEST_F(SettingsDamageTest, ANameThatTheEncodingCannotHoldKeepsTheOldSettings) {
-  writeBytes(file_, "\"env_Config\",9\r\n");
-  Settings settings;
-  settings.env_FltDefName0 = "😀";
-  EXPECT_FALSE(save(settings).ok());
-  EXPECT_EQ(readBytes(file_), "\"env_Config\",9\r\n");
-  EXPECT_THAT(listFolder(folder_.path()).value(), ElementsAre("vel.env"));
+TEST_F(SettingsDamageTest, ANameThatTheEncodingCannotHoldKeepsItsBytesAndCostsNoOtherSetting) {
+  writeBytes(file_, "\"env_FltDefName0\",\"" + cp932("便名") + "\"\r\n");
+  for (const char* name : {"😀", "two\nlines", "two\rlines"}) {
+    Settings settings = load();
+    settings.env_FltDefName0 = name;
+    settings.env_regDefUrl0 = name;
+    settings.env_regDefName0 = "機体";
+    settings.env_Config = 9;
+    ASSERT_TRUE(save(settings).ok()) << name;
+    const std::string saved = readBytes(file_);
+    EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 18) << name;
+    EXPECT_TRUE(saved.starts_with("\"env_regDefName0\",\"" + cp932("機体") +
+                                  "\"\r\n\"env_regDefUrl0\",\"photo=\"\r\n"
+                                  "\"env_FltDefName0\",\"" +
+                                  cp932("便名") + "\"\r\n"))
+        << name;
+    EXPECT_TRUE(saved.ends_with("\"env_Config\",9\r\n")) << name;
+  }
+}
+
+TEST_F(SettingsDamageTest, BytesThatTheEncodingDoesNotKnowAreSavedAsTheyWereRead) {
+  const std::string line = "\"env_regDefName0\",\"a\x81\x01 \x85\x40z\"\r\n";
+  writeBytes(file_, line);
+  Settings settings = load();
+  settings.env_Config = 9;
+  ASSERT_TRUE(save(settings).ok());
+  EXPECT_TRUE(readBytes(file_).starts_with(line));
+  EXPECT_TRUE(readBytes(file_).ends_with("\"env_Config\",9\r\n"));
+}
+
+TEST_F(SettingsDamageTest, AStartUnderAnotherEncodingCostsNoName) {
+  writeBytes(file_, "\"env_regDefName0\",\"" + cp932("機体表示") + "\"\r\n");
+  encoding_ = Encoding::named("UTF-8").value();
+  Settings settings = load();
+  settings.env_FltDefName0 = "便名";
+  ASSERT_TRUE(save(settings).ok());
+  EXPECT_TRUE(
+      readBytes(file_).starts_with("\"env_regDefName0\",\"" + cp932("機体表示") + "\"\r\n"));
+  EXPECT_EQ(load().env_FltDefName0, "便名");
+  encoding_ = Encoding::codePage932();
+  EXPECT_EQ(load().env_regDefName0, "機体表示");
+}
+
+TEST_F(SettingsDamageTest, ANameThatIsChangedAndChangedBackIsTheSame) {
+  writeBytes(file_, "\"env_regDefName0\",\"a\x81\x01\"\r\n");
+  Settings settings = load();
+  const std::string before = settings.env_regDefName0;
+  settings.env_regDefName0 = "b";
+  ASSERT_TRUE(save(settings).ok());
+  EXPECT_TRUE(readBytes(file_).starts_with("\"env_regDefName0\",\"b\"\r\n"));
+  settings.env_regDefName0 = before;
+  ASSERT_TRUE(save(settings).ok());
+  EXPECT_TRUE(readBytes(file_).starts_with("\"env_regDefName0\",\"a\x81\x01\"\r\n"));
 }
 
 TEST_F(SettingsDamageTest, WhatACrashLeftOfATemporaryFileIsOverwritten) {

@@ -27,7 +27,7 @@ class SettingsTest : public testing::Test {
  protected:
   Settings load() {
     Settings settings;
-    LoadEnv(desktop_, file_, encoding_, kSearches, settings);
+    EXPECT_TRUE(LoadEnv(desktop_, file_, encoding_, kSearches, settings).ok());
     return settings;
   }
   Settings loadOf(std::string_view bytes) {
@@ -78,7 +78,7 @@ TEST_F(SettingsTest, LoadingAssignsDefaultsOverWhatWasThere) {
   Settings settings;
   settings.env_Config = 7;
   settings.env_regDefName0 = "mine";
-  LoadEnv(desktop_, file_, encoding_, kSearches, settings);
+  EXPECT_TRUE(LoadEnv(desktop_, file_, encoding_, kSearches, settings).ok());
   EXPECT_EQ(settings.env_Config, 0);
   EXPECT_EQ(settings.env_regDefName0, "USER DEF");
 }

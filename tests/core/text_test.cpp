@@ -100,5 +100,45 @@ TEST(Text, IsAsciiLooksAtEveryByte) {
   }
 }
 
+TEST(Characters, AreReadByTheStrictRules) {
+  const auto code = [](std::string_view text) { return firstCharacter(text).code; };
+  const auto size = [](std::string_view text) { return firstCharacter(text).size; };
+  EXPECT_EQ(code("A"), U'A');
+  EXPECT_EQ(code("é"), U'é');
+  EXPECT_EQ(code("羽田"), U'羽');
+  EXPECT_EQ(size("羽田"), 3U);
+  EXPECT_EQ(code("😀"), U'😀');
+  EXPECT_EQ(size("😀"), 4U);
+  EXPECT_EQ(code(std::string_view("\0", 1)), U'\0');
+  EXPECT_TRUE(firstCharacter("\uFFFD").wellFormed);
+  for (const char* ill :
+       {"\x80", "\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xED\xA0\x80", "\xE7\xBE",
+        "\xF0\x80\x80\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF"}) {
+    const Character character = firstCharacter(ill);
+    EXPECT_FALSE(character.wellFormed) << ill;
+    EXPECT_EQ(character.size, 1U) << ill;
+    EXPECT_EQ(character.code, U'\uFFFD') << ill;
+  }
+}
+
+TEST(Characters, AreWrittenAsTheyAreRead) {
+  for (const char32_t code : {U'A', U'\u007F', U'\u0080', U'\u07FF', U'\u0800', U'\uFFFF',
+                              U'\U00010000', U'\U0010FFFF'}) {
+    std::string text;
+    appendCharacter(text, code);
+    EXPECT_EQ(firstCharacter(text).code, code);
+    EXPECT_EQ(firstCharacter(text).size, text.size());
+  }
+}
+
+TEST(HexDigits, HaveTheirValuesInBothCases) {
+  for (unsigned value = 0; value < 16; ++value) EXPECT_EQ(hexDigit(kHexDigits[value]), value);
+  EXPECT_EQ(hexDigit('a'), 10U);
+  EXPECT_EQ(hexDigit('f'), 15U);
+  for (const char other : {'g', 'G', '/', ':', '@', '`', ' '}) {
+    EXPECT_EQ(hexDigit(other), std::nullopt) << other;
+  }
+}
+
 }  // namespace
 }  // namespace vel

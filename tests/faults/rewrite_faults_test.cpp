@@ -1,4 +1,3 @@
-#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -6,13 +5,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "core/file.h"
 #include "tables/rewrite.h"
 #include "tables/table_scanner.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 #include "tests/support/unprivileged_user.h"
@@ -28,27 +27,6 @@ constexpr const char* kRenameRefused =
     "Can't write file. Using Excel to edit CSV? If not edited by Excel, close it to continue."
     "　ファイルの書込みができません。エクセルでCSVファイルを開いていませんか？。"
     "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。";
-
-/// While it lives, no file can grow beyond the size: a disk that is full.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t size) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before_), 0);
-    rlimit limit = before_;
-    limit.rlim_cur = size;
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() {
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &before_), 0);
-    std::signal(SIGXFSZ, oldHandler_);
-  }
-
- private:
-  void (*oldHandler_)(int);
-  rlimit before_{};
-};
 
 class RewriteFaults : public testing::Test {
  protected:
@@ -162,7 +140,7 @@ TEST_F(RewriteFaults, AFullDiskEndsTheProgramWithTheTableUntouchedAndNoRemains) 
   test::writeBytes(data_ / "aircraft.csv", large);
   test::writeBytes(data_ / "aircraft.bak", "old");
   {
-    const FileSizeLimit limit(400000);
+    const test::FileSizeLimit limit(400000);
     EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
   }
   expectEnded("ERROR #61");
@@ -174,7 +152,7 @@ TEST_F(RewriteFaults, AFullDiskEndsTheProgramWithTheTableUntouchedAndNoRemains) 
 
 TEST_F(RewriteFaults, ADiskThatIsFullAtTheLastByteIsNoticedToo) {
   {
-    const FileSizeLimit limit(before_.size() - 1);
+    const test::FileSizeLimit limit(before_.size() - 1);
     EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
   }
   expectEnded("ERROR #61");

@@ -8,6 +8,7 @@
 #include "app/ui/browser_window.h"
 #include "app/ui/splash.h"
 #include "core/file.h"
+#include "core/program_files.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
 
@@ -24,8 +25,8 @@ constexpr int kSmallestSavedHeight = 500;
 Program::Program(Desktop& desktop, const Folders& folders)
     : desktop_(desktop),
       folders_(folders),
-      services_(Services::load(folders.program / "services.ini")),
-      encoding_(services_.textEncoding()),
+      services_(Services::load(servicesFile(folders))),
+      encoding_(services_.textEncoding().value()),
       context_{desktop_, folders_, services_, encoding_, settings_, jobs_} {
   jobs_.isEnding = [&desktop] { return desktop.isEnding(); };
 }
@@ -48,12 +49,14 @@ bool Program::Main() {
     return false;
   }
   if (lock) lock_ = std::move(*lock);
+  removeLeftOvers(folders_);
   WriteRunLog(desktop_, "Start main");
   startingUp = true;
   firstUnload = true;
   loadProgressCount = 2;
-  LoadEnv(desktop_, folders_.program / "vel.env", encoding_, services_.defaultSearches(),
-          settings_);
+  const Status loaded =
+      LoadEnv(desktop_, settingsFile(folders_), encoding_, services_.defaultSearches(), settings_);
+  if (!loaded) desktop_.showMessage(loaded.error().text());
   startingUp = false;
   splash_ = std::make_unique<Splash>([this] { splashTick(); });
   splashStage = 0;
@@ -130,7 +133,7 @@ void Program::showProgress() {
 
 void Program::SaveEnv() {
   // Nothing is shown for any trouble with the settings.
-  static_cast<void>(vel::SaveEnv(folders_.program / "vel.env", encoding_, settings_));
+  static_cast<void>(vel::SaveEnv(settingsFile(folders_), encoding_, settings_));
 }
 
 void Program::switchBrowser(const BrowserWindow& from) {

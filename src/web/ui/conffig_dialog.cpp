@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "core/helpers.h"
+#include "core/program_files.h"
 #include "core/ui/qt_desktop.h"
 #include "tables/rewrite.h"
 #include "web/address.h"
@@ -127,7 +128,7 @@ void ConffigDialog::store() {
   env.env_fltSchZsp = zeroSuppress_->isChecked() ? 1 : 0;
   env.env_keepCsrPos = keepCursor_->isChecked() ? 1 : 0;
   // Nothing is shown for any trouble with the settings.
-  static_cast<void>(SaveEnv(context_.folders.program / "vel.env", context_.encoding, env));
+  static_cast<void>(SaveEnv(settingsFile(context_.folders), context_.encoding, env));
   accept();
 }
 

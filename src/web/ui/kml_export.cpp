@@ -12,6 +12,7 @@
 
 #include "core/file.h"
 #include "core/helpers.h"
+#include "core/program_files.h"
 #include "core/ui/qt_desktop.h"
 #include "web/form_encoder.h"
 #include "web/ui/own_site.h"
@@ -79,37 +80,25 @@ class EncodeJob : public Job {
   std::size_t encoded_ = 0;
 };
 
-// Writes a file that takes the target's place only when every byte is on the
-// disk. What is left of a failed or stopped attempt goes: it helps nobody.
+// Writes a file whole, some of it in each step.
 class StoreJob : public Job {
  public:
   StoreJob(std::filesystem::path target, std::string bytes)
-      : target_(std::move(target)), part_(target_), bytes_(std::move(bytes)) {
-    part_ += ".part";
-  }
-  ~StoreJob() override {
-    if (stored_) return;
-    output_.reset();
-    static_cast<void>(removeFile(part_));
-  }
-  StoreJob(const StoreJob&) = delete;
-  StoreJob& operator=(const StoreJob&) = delete;
+      : target_(std::move(target)), bytes_(std::move(bytes)) {}
 
   Result<JobProgress> step(Clock::time_point deadline) override {
-    if (!output_) {
-      Result<OutputFile> output = OutputFile::create(part_);
-      if (!output) return output.error();
-      output_.emplace(std::move(*output));
+    if (!file_) {
+      Result<WholeFile> file = WholeFile::create(target_, kKmlSuffix);
+      if (!file) return file.error();
+      file_.emplace(std::move(*file));
     }
     while (written_ < bytes_.size()) {
       const auto piece = std::string_view(bytes_).substr(written_, kWrittenAtOnce);
-      if (const Status written = output_->write(piece); !written) return written.error();
+      if (const Status written = file_->write(piece); !written) return written.error();
       written_ += piece.size();
       if (Clock::now() >= deadline) return JobProgress::more;
     }
-    if (const Status finished = output_->finish(); !finished) return finished.error();
-    if (const Status replaced = replaceFile(part_, target_); !replaced) return replaced.error();
-    stored_ = true;
+    if (const Status finished = file_->finish(); !finished) return finished.error();
     return JobProgress::done;
   }
 
@@ -117,11 +106,9 @@ class StoreJob : public Job {
   static constexpr std::size_t kWrittenAtOnce = std::size_t{1} << 20;
 
   std::filesystem::path target_;
-  std::filesystem::path part_;
   std::string bytes_;
-  std::optional<OutputFile> output_;
+  std::optional<WholeFile> file_;
   std::size_t written_ = 0;
-  bool stored_ = false;
 };
 
 }  // namespace
@@ -130,7 +117,7 @@ KmlExport::KmlExport(const Context& context, OwnSite& site, QObject* parent)
     : QObject(parent),
       context_(context),
       site_(site),
-      target_(context.folders.program / "temp.kml"),
+      target_(kmlFile(context.folders)),
       work_(context.jobs) {
   silence_.setSingleShot(true);
   silence_.setInterval(kSilenceLimit);

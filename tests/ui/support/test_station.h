@@ -21,7 +21,7 @@ class TestStation {
   /// Reads services.ini; the context may be used from now on.
   void use() {
     services_ = Services::load(base.folders.program / "services.ini");
-    encoding_ = services_.textEncoding();
+    encoding_ = services_.textEncoding().value();
     drivenJobs = &jobs_;
   }
 

@@ -6,6 +6,7 @@
 
 #include "core/file.h"
 #include "core/helpers.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/ui/web/http_server.h"
 #include "tests/ui/web/web_fixture.h"
 
@@ -400,9 +401,11 @@ TEST_F(KmlExportTest, ALoopbackHostIsReachedWithoutTheProxy) {
 }
 
 TEST_F(KmlExportTest, AFullDiskLeavesTheOldFile) {
-  std::filesystem::create_symlink("/dev/full", base_.folders.program / "temp.kml.part");
   server_.onRequest = [](QTcpSocket& socket) { answer(socket, "200 OK", kKml); };
-  exportLog();
+  {
+    const test::FileSizeLimit full(1);
+    exportLog();
+  }
   expectFailure(failure("the file could not be written (ERROR #61)",
                         "ファイルに書き込めませんでした(ERROR #61)。"));
 }
