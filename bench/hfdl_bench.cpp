@@ -268,7 +268,7 @@ void ActivityDay(benchmark::State& state) {
   const auto program = [&] {
     ActivityLoad load(InputFile::open(log).value(), Encoding::codePage932(),
                       {kStart + std::chrono::days(1), std::nullopt});
-    while (*load.step()) {
+    while (*load.step(Job::Clock::now() + kSlice) == JobProgress::more) {
     }
     benchmark::DoNotOptimize(
         drowGraph(load.counts(), kStart + std::chrono::days(1), 1000, 600).shapes.data());

@@ -5,6 +5,9 @@
 #include <initializer_list>
 #include <utility>
 
+#include "core/text.h"
+#include "hfdl/hfdl_lines.h"
+
 namespace vel {
 namespace {
 
@@ -21,7 +24,6 @@ constexpr Colour kDownColour{128, 255, 128};
 constexpr Colour kSquitterColour{255, 64, 64};
 constexpr Colour kGridColour{220, 220, 220};
 constexpr Colour kBlack{0, 0, 0};
-constexpr Colour kPink{255, 128, 128};
 
 constexpr double kLabelPoints = 10;
 constexpr double kScalePoints = 15;
@@ -30,7 +32,10 @@ constexpr double kRightMargin = 24;
 constexpr double kTopMargin = 32;  // the legend
 constexpr double kBottomMargin = 28;
 constexpr double kLegendSquare = 10;
-constexpr double kLegendStep = 110;
+constexpr double kLegendStep = 92;
+constexpr double kLegendTextTop = 6;
+constexpr double kTitleGap = 16;  // between the legend and the title
+constexpr double kCutMarkHeight = 6;
 
 local_seconds slotTime(std::size_t slot, local_seconds reference) {
   return reference - minutes(1440) + minutes(10) * static_cast<int>(slot);
@@ -57,6 +62,24 @@ void addBars(Drawing& drawing, const ActivityPlot& plot, const ActivityCounts& c
       if (top < plot.base()) {
         drawing.shapes.emplace_back(Rect{left, top, width, plot.base() - top, colour});
       }
+    }
+  }
+}
+
+// Above a bar that is higher than the scale: an arrow that points on upwards.
+void addCutMarks(Drawing& drawing, const ActivityPlot& plot, const ActivityCounts& counts,
+                 int scale, double ratio) {
+  constexpr int kSteps = 3;
+  constexpr double kStepHeight = kCutMarkHeight / kSteps;
+  for (std::size_t slot = 0; slot < kDrawnSlots; ++slot) {
+    if (counts.total(slot) <= scale) continue;
+    const double middle = (plot.slotLeft(slot) + plot.slotLeft(slot + 1)) / 2;
+    for (int step = 0; step < kSteps; ++step) {
+      const double half = 1.0 + step;
+      const double left = snapped(middle - half, ratio);
+      const double right = snapped(middle + half, ratio);
+      drawing.shapes.emplace_back(Rect{left, plot.top() - kCutMarkHeight + step * kStepHeight,
+                                       right - left, kStepHeight, kBlack});
     }
   }
 }
@@ -100,9 +123,42 @@ void addLegend(Drawing& drawing, const ActivityPlot& plot) {
                                                              {kAllColour, "CRC failed"}}) {
     drawing.shapes.emplace_back(Rect{x, 8, kLegendSquare, kLegendSquare, colour});
     drawing.shapes.emplace_back(
-        Text{x + kLegendSquare + 4, 6, name, kBlack, kLabelPoints, Align::left});
+        Text{x + kLegendSquare + 4, kLegendTextTop, name, kBlack, kLabelPoints, Align::left});
     x += kLegendStep;
   }
+}
+
+// How many cells of half a letter's height a text takes in the chart's font.
+std::size_t cellsOf(std::string_view character) { return character.size() > 1 ? 2 : 1; }
+
+std::size_t cellsIn(std::string_view text) {
+  std::size_t cells = 0;
+  for (; !text.empty(); text.remove_prefix(Left(text, 1).size())) cells += cellsOf(Left(text, 1));
+  return cells;
+}
+
+std::string elided(std::string_view text, std::size_t cells) {
+  if (cellsIn(text) <= cells) return std::string(text);
+  constexpr std::string_view kEllipsis = "...";
+  std::string kept;
+  std::size_t taken = kEllipsis.size();
+  for (; !text.empty(); text.remove_prefix(Left(text, 1).size())) {
+    const std::string_view character = Left(text, 1);
+    taken += cellsOf(character);
+    if (taken > cells) break;
+    kept += character;
+  }
+  return kept.append(kEllipsis);
+}
+
+void addTitle(Drawing& drawing, const ActivityPlot& plot, double left, const ActivityTitle& title) {
+  if (title.station.empty() && title.time.empty()) return;
+  const double room = (plot.right() - left - kTitleGap) / (textHeight(kLabelPoints) / 2);
+  const std::string time = "  " + title.time;
+  const double spare = std::max(0.0, room - static_cast<double>(cellsIn(time)));
+  drawing.shapes.emplace_back(Text{plot.right(), kLegendTextTop,
+                                   elided(title.station, static_cast<std::size_t>(spare)) + time,
+                                   kBlack, kLabelPoints, Align::right});
 }
 
 }  // namespace
@@ -141,14 +197,27 @@ std::optional<std::size_t> ActivityPlot::slotAt(double x, double y) const {
   return slot;
 }
 
+std::string chartedTime(local_seconds reference) {
+  const auto dated = [](local_seconds moment) {
+    std::string day = dayDigits(std::chrono::floor<std::chrono::days>(moment));
+    return day.insert(6, 1, '/').insert(4, 1, '/');
+  };
+  if (reference == std::chrono::floor<std::chrono::days>(reference)) {
+    return dated(reference - minutes(1440));
+  }
+  return "24h to " + dated(reference) + ' ' + hourAndMinute(reference);
+}
+
 Drawing drowGraph(const ActivityCounts& counts, local_seconds reference, double width,
-                  double height, double ratio) {
+                  double height, double ratio, const ActivityTitle& title) {
   Drawing drawing{width, height, ChartFont::mincho, {}};
   const ActivityPlot plot(width, height, ratio);
   const int scale = fullScale(counts.largestTotal);
   addLabels(drawing, plot, scale, reference);
   addBars(drawing, plot, counts, scale);
   addGrid(drawing, plot, ratio);
+  addCutMarks(drawing, plot, counts, scale, ratio);
+  addTitle(drawing, plot, plot.left() + 8 + 4 * kLegendStep, title);
   addLegend(drawing, plot);
   return drawing;
 }
@@ -161,11 +230,6 @@ std::string slotTip(const ActivityCounts& counts, std::size_t slot, local_second
          hourAndMinute(slotTime(slot + 1, reference)) + counted("Squitter", counts.squitters) +
          counted("Downlink", counts.downlinks) + counted("Uplink", counts.uplinks) +
          counted("CRC failed", counts.failed) + "\nTotal: " + std::to_string(counts.total(slot));
-}
-
-Rect bu(double width, double height) {
-  constexpr double kHalf = 100;
-  return {width / 2 - kHalf, height / 2 - kHalf, 2 * kHalf, 2 * kHalf, kPink};
 }
 
 }  // namespace vel

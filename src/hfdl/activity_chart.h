@@ -43,15 +43,24 @@ class ActivityPlot {
   double base_;
 };
 
-/// drowGraph: the chart of the counts on a surface of that size.
+/// What the chart shows: the station ("ALL" for all) and the time.
+struct ActivityTitle {
+  std::string station;
+  std::string time;
+};
+
+/// The day that ends at the reference time: "2026/11/17" from midnight to
+/// midnight, else "24h to 2026/11/17 12:05".
+[[nodiscard]] std::string chartedTime(std::chrono::local_seconds reference);
+
+/// drowGraph: the chart of the counts on a surface of that size. A title that is
+/// too long for it loses the end of the station's name.
 [[nodiscard]] Drawing drowGraph(const ActivityCounts& counts, std::chrono::local_seconds reference,
-                                double width, double height, double ratio = 1);
+                                double width, double height, double ratio = 1,
+                                const ActivityTitle& title = {});
 
 /// The tool tip of a slot: its time and its counts.
 [[nodiscard]] std::string slotTip(const ActivityCounts& counts, std::size_t slot,
                                   std::chrono::local_seconds reference);
-
-/// bu: a pink square, 200 units on a side, in the middle of the surface.
-[[nodiscard]] Rect bu(double width, double height);
 
 }  // namespace vel

@@ -3,7 +3,18 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/text.h"
+
 namespace vel {
+namespace {
+
+constexpr HfdlLines kCountedLines{HfdlLine::header,   HfdlLine::downLink,      HfdlLine::upLink,
+                                  HfdlLine::squitter, HfdlLine::groundStation, HfdlLine::crcFailed};
+
+constexpr std::size_t kPieceLines = 4000;
+constexpr std::size_t kPieceBytes = std::size_t{1} << 18;
+
+}  // namespace
 
 using std::chrono::floor;
 using std::chrono::local_days;
@@ -26,80 +37,90 @@ std::optional<std::size_t> slotOf(local_seconds moment, local_seconds reference)
   return static_cast<std::size_t>(slot);
 }
 
-ActivityLoad::ActivityLoad(InputFile file, const Encoding& encoding, ActivityQuery query,
-                           std::vector<std::string> stations)
+ActivityLoad::ActivityLoad(InputFile file, const Encoding& encoding, ActivityQuery query)
     : lines_(std::move(file), kLongestHfdlLine),
-      text_(encoding),
-      query_(std::move(query)),
-      stations_(std::move(stations)) {}
+      parser_(encoding, kCountedLines),
+      query_(std::move(query)) {}
 
-Result<bool> ActivityLoad::step() {
-  const std::size_t stopAt = lines_.bytesRead() + kStepBytes;
-  for (std::size_t read = 0; !atEnd_ && read < kStepLines && lines_.bytesRead() < stopAt; ++read) {
-    const Result<std::optional<std::string_view>> line = lines_.next();
-    if (!line) return line.error();
-    if (line->has_value()) {
-      take(text_.of(**line));
-    } else {
-      finishMessage();
-      atEnd_ = true;
+Result<JobProgress> ActivityLoad::step(Clock::time_point deadline) {
+  do {
+    const Status read = readSome();
+    if (!read) return read.error();
+  } while (!atEnd_ && Clock::now() < deadline);
+  return atEnd_ ? JobProgress::done : JobProgress::more;
+}
+
+// So much that looking at the clock costs nothing, and a window does not wait.
+Status ActivityLoad::readSome() {
+  const std::size_t stopAt = lines_.bytesRead() + kPieceBytes;
+  for (std::size_t read = 0; read < kPieceLines && lines_.bytesRead() < stopAt; ++read) {
+    std::string_view line;
+    if (!lines_.nextAtHand(line)) {
+      const Result<std::optional<std::string_view>> next = lines_.next();
+      if (!next) return next.error();
+      if (!next->has_value()) {
+        parser_.end(*this);
+        atEnd_ = true;
+        return {};
+      }
+      line = **next;
     }
+    parser_.takeLine(line, *this);
   }
-  return !atEnd_;
+  return {};
 }
 
-void ActivityLoad::take(std::string_view line) {
-  if (hasLabel(line, kHeaderMark)) {
-    finishMessage();
-    beginMessage(line);
-  } else if (line == kDownLink) {
-    message_.kind = Kind::downlink;
-  } else if (line == kUpLink) {
-    message_.kind = Kind::uplink;
-  } else if (line == kSquitter) {
-    message_.kind = Kind::squitter;
-  } else if (hasLabel(line, kGroundStationLabel)) {
-    message_.station = Mid(line, kGroundStationColumn, kLongestStationName);
-    enterStation(message_.station);
-  } else if (hasLabel(line, kCrcFailedLabel)) {
-    message_.failed = true;
-  }
+const ActivityCounts& ActivityLoad::counts() const { return countedStation() ? wanted_ : all_; }
+
+std::optional<std::size_t> ActivityLoad::countedStation() const {
+  return query_.station ? placeOf(*query_.station) : std::nullopt;
 }
 
-void ActivityLoad::beginMessage(std::string_view header) {
-  message_ = Message{};
-  message_.moment = momentOf(chartTimeStamp(header));
-  if (message_.moment && !query_.reference) {
-    query_.reference = floor<std::chrono::days>(*message_.moment) + std::chrono::days(1);
-  }
-}
-
-void ActivityLoad::finishMessage() {
-  if (!message_.moment) return;
-  if (query_.station && *query_.station != message_.station) return;
-  const std::optional<std::size_t> slot = slotOf(*message_.moment, *query_.reference);
-  if (!slot) return;
-  if (message_.failed) {
-    ++counts_.failed[*slot];
-  } else if (message_.kind == Kind::uplink) {
-    ++counts_.uplinks[*slot];
-  } else if (message_.kind == Kind::squitter) {
-    ++counts_.squitters[*slot];
-  } else if (message_.kind == Kind::downlink) {
-    ++counts_.downlinks[*slot];
-  }
-  counts_.largestTotal = std::max(counts_.largestTotal, counts_.total(*slot));
-}
-
-void ActivityLoad::enterStation(const std::string& name) {
+void ActivityLoad::stationNamed(const HfdlMessage& message) {
   // A station without a name would be an entry that nobody can tell from none.
-  if (Trim(name).empty()) return;
-  if (std::find(stations_.begin(), stations_.end(), name) != stations_.end()) return;
+  if (Trim(message.groundStation).empty() || placeOf(message.groundStation)) return;
   if (stations_.size() < kMostStations) {
-    stations_.push_back(name);
+    stations_.push_back({message.groundStation});
   } else {
-    excess_.add(name);
+    excess_.add(message.groundStation);
   }
+}
+
+void ActivityLoad::messageEnded(const HfdlMessage& message) {
+  if (message.header.empty()) return;
+  const std::optional<local_seconds> moment = momentOf(chartTimeStamp(message.header));
+  if (!moment) return;
+  if (!query_.reference) {
+    query_.reference = floor<std::chrono::days>(*moment) + std::chrono::days(1);
+  }
+  const std::optional<std::size_t> slot = slotOf(*moment, *query_.reference);
+  if (!slot || !all_.add(message, *slot)) return;
+  if (query_.station == message.groundStation) wanted_.add(message, *slot);
+  const std::optional<std::size_t> station = placeOf(message.groundStation);
+  if (station && *slot <= ActivityCounts::kReferenceSlot) ++stations_[*station].messages;
+}
+
+std::optional<std::size_t> ActivityLoad::placeOf(std::string_view station) const {
+  const auto found = std::find_if(stations_.begin(), stations_.end(),
+                                  [&](const StationTotal& each) { return each.name == station; });
+  if (found == stations_.end()) return std::nullopt;
+  return static_cast<std::size_t>(found - stations_.begin());
+}
+
+bool ActivityCounts::add(const HfdlMessage& message, std::size_t slot) {
+  if (message.checkFailed) {
+    ++failed[slot];
+  } else if (message.kind == HfdlKind::uplink) {
+    ++uplinks[slot];
+  } else if (message.kind == HfdlKind::squitter) {
+    ++squitters[slot];
+  } else if (message.kind == HfdlKind::downlink) {
+    ++downlinks[slot];
+  } else {
+    return false;
+  }
+  largestTotal = std::max(largestTotal, total(slot));
+  return true;
 }
 
 }  // namespace vel

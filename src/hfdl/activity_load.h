@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "core/file.h"
+#include "core/job.h"
 #include "core/line_reader.h"
 #include "core/result.h"
-#include "core/text.h"
 #include "hfdl/chart_limits.h"
-#include "hfdl/hfdl_lines.h"
+#include "hfdl/hfdl_parser.h"
 
 namespace vel {
 
@@ -34,6 +34,9 @@ struct ActivityCounts {
   [[nodiscard]] int total(std::size_t slot) const {
     return uplinks[slot] + squitters[slot] + downlinks[slot] + failed[slot];
   }
+
+  /// Counts a message; false for one of no kind, which counts nowhere.
+  bool add(const HfdlMessage& message, std::size_t slot);
 };
 
 /// The reference time of the option "Current": the present minute.
@@ -49,35 +52,39 @@ struct ActivityCounts {
 
 /// What a load counts.
 struct ActivityQuery {
-  /// Nothing: the end of the day of the first header that has one.
+  /// Nothing: the end of the day of the first message that has one.
   std::optional<std::chrono::local_seconds> reference;
   /// Nothing counts all stations ("ALL"), else only messages of this one.
   std::optional<std::string> station;
 };
 
-/// fmtDataLoad: counts the messages of one formatted log, piece by piece, so
-/// that window events can run between the pieces.
-class ActivityLoad {
+/// A station of a log and how many of its messages are drawn.
+struct StationTotal {
+  std::string name;  ///< as it stands in the log (with a blank in front)
+  int messages = 0;
+  friend bool operator==(const StationTotal&, const StationTotal&) = default;
+};
+
+/// fmtDataLoad: counts the messages of one formatted log.
+class ActivityLoad : public Job, private HfdlListener {
  public:
-  /// Lines and bytes after which a step pauses: some milliseconds at most.
-  static constexpr std::size_t kStepLines = 20000;
-  static constexpr std::size_t kStepBytes = std::size_t{1} << 20;
+  ActivityLoad(InputFile file, const Encoding& encoding, ActivityQuery query);
 
-  /// `stations` are those that the chooser has already, beside "ALL".
-  ActivityLoad(InputFile file, const Encoding& encoding, ActivityQuery query,
-               std::vector<std::string> stations = {});
+  /// A file that cannot be read any further gives the error; the counts so far
+  /// stand.
+  Result<JobProgress> step(Clock::time_point deadline) override;
 
-  /// Reads on; false when the whole log has been counted. A file that cannot
-  /// be read any further gives the error; the counts so far stand.
-  Result<bool> step();
+  /// Of the wanted station; of all where none is wanted or the log does not
+  /// have it among its stations.
+  [[nodiscard]] const ActivityCounts& counts() const;
 
-  [[nodiscard]] const ActivityCounts& counts() const { return counts_; }
+  /// The index of the wanted station; nothing where all are counted.
+  [[nodiscard]] std::optional<std::size_t> countedStation() const;
 
-  /// The stations in order of first appearance, as they stand in the log (with
-  /// a blank in front); at most kMostStations.
-  [[nodiscard]] const std::vector<std::string>& stations() const { return stations_; }
+  /// In order of first appearance; at most kMostStations.
+  [[nodiscard]] const std::vector<StationTotal>& stations() const { return stations_; }
 
-  /// The reference time; before the first dated header perhaps nothing.
+  /// The reference time; before the first dated message perhaps nothing.
   [[nodiscard]] std::optional<std::chrono::local_seconds> reference() const {
     return query_.reference;
   }
@@ -86,27 +93,18 @@ class ActivityLoad {
   [[nodiscard]] std::string excessText() const { return excessMessage(excess_.count(), 0); }
 
  private:
-  enum class Kind { none, uplink, squitter, downlink };
-
-  struct Message {
-    std::optional<std::chrono::local_seconds> moment;
-    Kind kind = Kind::none;
-    bool failed = false;
-    std::string station;
-  };
-
-  void take(std::string_view line);
-  void beginMessage(std::string_view header);
-  void finishMessage();
-  void enterStation(const std::string& name);
+  Status readSome();
+  void stationNamed(const HfdlMessage& message) override;
+  void messageEnded(const HfdlMessage& message) override;
+  [[nodiscard]] std::optional<std::size_t> placeOf(std::string_view station) const;
 
   LineReader lines_;
-  LineText text_;
+  HfdlParser parser_;
   ActivityQuery query_;
-  std::vector<std::string> stations_;
+  std::vector<StationTotal> stations_;
   Excess excess_;
-  ActivityCounts counts_;
-  Message message_;
+  ActivityCounts all_;
+  ActivityCounts wanted_;  // of the wanted station
   bool atEnd_ = false;
 };
 

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <vector>
 
-#include "core/helpers.h"
 #include "core/text.h"
+#include "hfdl/hfdl_lines.h"
 
 namespace vel {
 namespace {
@@ -36,11 +36,21 @@ constexpr double kStationLeft = 20;
 constexpr double kFrequencyLeft = 40;
 constexpr std::size_t kFrequencyWidth = 8;  // characters
 
+// Room for an hour and for a date beside the next one.
+constexpr double kHourRoom = 8;
+constexpr double kDateRoom = 48;
+
 std::string monthAndDay(local_days day) {
   const std::chrono::year_month_day date(day);
   char text[24];
   std::snprintf(text, sizeof text, "%02u/%02u", static_cast<unsigned>(date.month()),
                 static_cast<unsigned>(date.day()));
+  return text;
+}
+
+std::string hourText(int minute) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%02d", minute / 60 % 24);
   return text;
 }
 
@@ -61,9 +71,8 @@ void addGrid(Drawing& drawing, local_days start, double ratio) {
       continue;
     }
     addVertical(drawing, x, kHourColour);
-    char hour[16];
-    std::snprintf(hour, sizeof hour, "%02d", minute / 60 % 24);
-    drawing.shapes.emplace_back(Text{x, hourTop, hour, kHourColour, kPoints, Align::centre});
+    drawing.shapes.emplace_back(
+        Text{x, hourTop, hourText(minute), kHourColour, kPoints, Align::centre});
   }
   for (int minute = 0; minute <= kChartMinutes; minute += kDayMinutes) {
     const double x = snapped(xOf(minute, drawing.width), ratio);
@@ -131,6 +140,12 @@ void markPoints(MarkRows& rows, const FrequencyTables& tables, std::size_t stati
 
 }  // namespace
 
+std::chrono::local_seconds frequency_chart::momentAt(double x, local_days start, double width) {
+  const double chartWidth = std::max(1.0, width - kLeftMargin - kRightMargin);
+  const double sinceStart = (x - kLeftMargin) / chartWidth * kChartMinutes * 60;
+  return start + seconds(static_cast<std::int64_t>(std::floor(sinceStart)));
+}
+
 double neededHeight(const FrequencyTables& tables) {
   double height = kFirstStation + kGridBottom;
   for (std::size_t station = 0; station < tables.stationCount(); ++station) {
@@ -140,30 +155,96 @@ double neededHeight(const FrequencyTables& tables) {
   return height;
 }
 
+std::vector<FrequencyRow> frequencyRows(const FrequencyTables& tables) {
+  std::vector<FrequencyRow> rows;
+  double y = kFirstStation;
+  for (std::size_t station = 0; station < tables.stationCount(); ++station) {
+    y += kStationHeight;
+    for (std::size_t frequency = 0; frequency < tables.frequencies(station).size(); ++frequency) {
+      rows.push_back({station, frequency, y});
+      y += kRowHeight;
+    }
+    y += kStationGap;
+  }
+  return rows;
+}
+
 Drawing DrawGraph(const FrequencyTables& tables, local_days start, double width, double leastHeight,
                   double ratio) {
-  Drawing drawing{width, MaxOf(leastHeight, neededHeight(tables)), ChartFont::gothic, {}};
+  Drawing drawing{width, std::max(leastHeight, neededHeight(tables)), ChartFont::gothic, {}};
   addGrid(drawing, start, ratio);
   addLegend(drawing);
-  MarkRows rows(width, ratio);
+  MarkRows marks(width, ratio);
   double y = kFirstStation;
   for (std::size_t station = 0; station < tables.stationCount(); ++station) {
     drawing.shapes.emplace_back(Text{kStationLeft, y, tables.stationName(station), kStationColour,
                                      kStationPoints, Align::left});
     y += kStationHeight;
-    rows.clear();
-    markPoints(rows, tables, station, start, width);
+    marks.clear();
+    markPoints(marks, tables, station, start, width);
     const std::vector<std::string>& frequencies = tables.frequencies(station);
     for (std::size_t slot = 0; slot < frequencies.size(); ++slot) {
       drawing.shapes.emplace_back(Text{kFrequencyLeft, y, inEight(frequencies[slot]),
                                        slot % 2 == 0 ? kEvenRowColour : kOddRowColour, kPoints,
                                        Align::left});
-      rows.addRow(drawing, slot, y);
+      marks.addRow(drawing, slot, y);
       y += kRowHeight;
     }
     y += kStationGap;
   }
   return drawing;
+}
+
+Drawing timeAxis(local_days start, double width, double ratio) {
+  Drawing drawing{width, kAxisHeight + kGridBottom, ChartFont::gothic, {}};
+  addGrid(drawing, start, ratio);
+  addLegend(drawing);
+  drawing.height = kAxisHeight;
+  return drawing;
+}
+
+Drawing enlargedTimeAxis(local_days start, double width, double left, double span, double times,
+                         double ratio) {
+  constexpr double kTick = 6;
+  const double hourTop = kTick;
+  const double dateTop = hourTop + textHeight(kPoints) + 2;
+  Drawing drawing{span * times, dateTop + textHeight(kPoints) + 4, ChartFont::gothic, {}};
+  double firstDate = drawing.width;
+  const auto addDate = [&](double x, local_days day, Align align) {
+    drawing.shapes.emplace_back(Text{x, dateTop, monthAndDay(day), kDayColour, kPoints, align});
+    firstDate = std::min(firstDate, x);
+  };
+  for (int minute = 0; minute <= kChartMinutes; minute += kGridMinutes) {
+    const double x = (snapped(xOf(minute, width), ratio) - left) * times;
+    if (x < 0 || x >= drawing.width) continue;
+    const bool midnight = minute % kDayMinutes == 0;
+    const Colour colour = midnight ? kDayColour : kHourColour;
+    drawing.shapes.emplace_back(Rect{x, 0, times, kTick, colour});
+    const double middle = x + times / 2;
+    if (x < kHourRoom || x + kHourRoom > drawing.width) continue;
+    drawing.shapes.emplace_back(
+        Text{middle, hourTop, hourText(minute), colour, kPoints, Align::centre});
+    if (midnight) addDate(middle, start + std::chrono::days(minute / kDayMinutes), Align::centre);
+  }
+  const auto from = momentAt(left, start, width);
+  if (from >= start && from < start + minutes(kChartMinutes) && firstDate >= kDateRoom) {
+    addDate(0, std::chrono::floor<std::chrono::days>(from), Align::left);
+  }
+  return drawing;
+}
+
+std::string placeTip(const FrequencyTables& tables, local_days start, double width, double x,
+                     double y) {
+  const std::chrono::local_seconds moment = momentAt(x, start, width);
+  if (moment < start || moment >= start + minutes(kChartMinutes)) return {};
+  std::string tip;
+  for (const FrequencyRow& row : frequencyRows(tables)) {
+    if (y < row.top || y >= row.top + kRowHeight) continue;
+    tip = tables.stationName(row.station) + '\n' + tables.frequencies(row.station)[row.frequency] +
+          '\n';
+  }
+  const local_days day = std::chrono::floor<std::chrono::days>(moment);
+  return tip + dayDigits(day).substr(0, 4) + '/' + monthAndDay(day) + ' ' + hourAndMinute(moment);
 }
 
 }  // namespace vel

@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "hfdl/frequency_tables.h"
 #include "hfdl/shapes.h"
@@ -16,6 +18,9 @@ constexpr double kRightMargin = 20;  ///< right of its end
 constexpr double kGridTop = 20;
 constexpr double kGridBottom = 10;  ///< above the lower edge of the surface
 constexpr double kFirstStation = 26;
+/// Dates, hours and the beginning of the grid: what stays in sight above the
+/// rows when these are scrolled.
+constexpr double kAxisHeight = 24;
 constexpr double kStationHeight = 15;  ///< of a station's name
 constexpr double kRowHeight = 12;      ///< of a frequency
 constexpr double kStationGap = 5;
@@ -26,6 +31,10 @@ constexpr double kMarkHeight = 8;
 [[nodiscard]] constexpr double xOf(double minutes, double width) {
   return kLeftMargin + minutes * (width - kLeftMargin - kRightMargin) / (7 * 1440);
 }
+
+/// The moment at that x; it may lie outside the seven days.
+[[nodiscard]] std::chrono::local_seconds momentAt(double x, std::chrono::local_days start,
+                                                  double width);
 
 }  // namespace frequency_chart
 
@@ -38,5 +47,30 @@ constexpr double kMarkHeight = 8;
 /// neighbouring device pixels are one rectangle.
 [[nodiscard]] Drawing DrawGraph(const FrequencyTables& tables, std::chrono::local_days start,
                                 double width, double leastHeight, double ratio = 1);
+
+/// The upper kAxisHeight pixels of that chart.
+[[nodiscard]] Drawing timeAxis(std::chrono::local_days start, double width, double ratio = 1);
+
+/// The time axis of the part of the chart from `left` on that is `span` wide,
+/// enlarged so many times, as its lines are: a tick and its hour every two hours, the date at the
+/// left edge and at each midnight.
+[[nodiscard]] Drawing enlargedTimeAxis(std::chrono::local_days start, double width, double left,
+                                       double span, double times, double ratio = 1);
+
+/// A row of the chart: a frequency of a station.
+struct FrequencyRow {
+  std::size_t station;
+  std::size_t frequency;
+  double top;  ///< its y
+  friend bool operator==(const FrequencyRow&, const FrequencyRow&) = default;
+};
+
+/// All rows from top to bottom.
+[[nodiscard]] std::vector<FrequencyRow> frequencyRows(const FrequencyTables& tables);
+
+/// What stands at a point of the chart: station and frequency where it is on a
+/// row, and day and time; a line each. Empty left and right of the seven days.
+[[nodiscard]] std::string placeTip(const FrequencyTables& tables, std::chrono::local_days start,
+                                   double width, double x, double y);
 
 }  // namespace vel

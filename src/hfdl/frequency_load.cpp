@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "core/file.h"
+#include "core/text.h"
 #include "hfdl/hfdl_log.h"
 #include "log/dated_logs.h"
 
@@ -34,6 +35,14 @@ FrequencyLoad::FrequencyLoad(const Folders& folders, FrequencyTables& tables, lo
       upperBound_(boundOf(start + days(7))),
       names_(hfdlLogs(folders)) {
   tables_.clear();
+}
+
+Result<JobProgress> FrequencyLoad::step(Clock::time_point deadline) {
+  if (!file_) return nextFile() ? JobProgress::more : JobProgress::done;
+  while (readPiece()) {
+    if (Clock::now() >= deadline) break;
+  }
+  return JobProgress::more;
 }
 
 bool FrequencyLoad::nextFile() {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/folders.h"
+#include "core/job.h"
 #include "core/result.h"
 #include "hfdl/frequency_tables.h"
 #include "hfdl/shapes.h"
@@ -18,24 +19,21 @@ namespace vel {
 [[nodiscard]] std::chrono::local_days chartStart(std::chrono::local_seconds now);
 
 /// loadFMTlog: fills the tables from the logs of the seven days from `start`,
-/// file by file and piece by piece, so that window events can run between:
-///
-///     FrequencyLoad load(folders, tables, start);
-///     while (load.nextFile()) {
-///       // show load.progressText(), let events run
-///       while (load.readPiece()) { /* let events run */ }
-///     }
-///     // show load.messages(), draw
-class FrequencyLoad {
+/// file by file. A step ends where the next file begins, so that the progress
+/// text can be shown before that is read.
+class FrequencyLoad : public Job {
  public:
   /// Clears the tables; they must live as long as the load.
   FrequencyLoad(const Folders& folders, FrequencyTables& tables, std::chrono::local_days start);
 
+  /// Never an error: what could not be read is told by messages().
+  Result<JobProgress> step(Clock::time_point deadline) override;
+
   /// Goes on to the next log of the dates; false when there is none left.
   bool nextFile();
 
-  /// Reads a piece of that log, about a megabyte; false when it is at its end
-  /// or cannot be read any further.
+  /// Reads a piece of that log; false when it is at its end or cannot be read
+  /// any further.
   bool readPiece();
 
   /// "Loading " and a character for each file looked at so far: "o" for one

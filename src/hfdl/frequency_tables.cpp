@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "core/helpers.h"
+#include "core/text.h"
 
 namespace vel {
 namespace {
@@ -15,6 +15,8 @@ using std::chrono::local_seconds;
 constexpr std::string_view kStampForm = "0000/00/00 00:00:00";
 constexpr std::uint64_t kOtherStamp = std::uint64_t{1} << 63;
 constexpr std::size_t kMarkWidth = 10;
+
+constexpr HfdlLines kAnnouncements{HfdlLine::header, HfdlLine::frequencies};
 
 // These bounds keep a log of ever new lines from being remembered whole.
 constexpr std::size_t kMostKnownLines = 4096;
@@ -59,45 +61,31 @@ std::optional<std::string_view> between(std::string_view line, char open, char c
 
 }  // namespace
 
+FrequencyTables::FrequencyTables(const Encoding& encoding)
+    : encoding_(encoding), parser_(encoding, kAnnouncements) {
+  clear();
+}
+
 void FrequencyTables::clear() {
+  parser_ = HfdlParser(encoding_, kAnnouncements);
   stations_.clear();
   knownLines_.clear();
   knownPlaces_.assign(kKnownPlaces, 0);
-  firstTimeStamp_.clear();
-  latestHeader_.reset();
-  latestStamp_.reset();
+  stamp_.reset();
   overflowed_ = false;
   excessStations_ = {};
   excessFrequencies_ = {};
 }
 
-void FrequencyTables::readLines(std::string_view lines) {
-  // Both kinds of lines that count have a bracket, and most others have none.
-  for (std::size_t at = lines.find('['); at != std::string_view::npos; at = lines.find('[', at)) {
-    const std::size_t before = at == 0 ? std::string_view::npos : lines.rfind('\n', at - 1);
-    const std::size_t begin = before == std::string_view::npos ? 0 : before + 1;
-    at = MinOf(lines.find('\n', at), lines.size());
-    std::string_view line = lines.substr(begin, at - begin);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    takeLine(line.substr(0, kLongestHfdlLine));
-  }
-}
+void FrequencyTables::readLines(std::string_view lines) { parser_.takeLines(lines, *this); }
 
-void FrequencyTables::takeLine(std::string_view bytes) {
-  const std::string_view line = text_.of(bytes);
-  if (hasLabel(line, kHeaderMark)) {
-    if (!latestHeader_) firstTimeStamp_ = chartTimeStamp(line);
-    latestHeader_ = line;
-    latestStamp_.reset();
-  } else if (hasLabel(line, kFrequenciesLabel)) {
-    takeFrequencies(line);
-  }
-}
+void FrequencyTables::messageBegan(const HfdlMessage&) { stamp_.reset(); }
 
-void FrequencyTables::takeFrequencies(std::string_view line) {
+void FrequencyTables::frequenciesAnnounced(const HfdlMessage& message, std::string_view line) {
+  if (!stamp_) stamp_ = stampOf(message.header.empty() ? "" : chartTimeStamp(message.header));
   std::uint16_t& place = knownPlace(line);
   if (place == 0) {
-    KnownLine entered = enterFrequencies(line);
+    KnownLine entered = enterFrequencies(line, *stamp_);
     if (line.size() > kLongestKnownLine || knownLines_.size() == kMostKnownLines) return;
     knownLines_.push_back(std::move(entered));
     place = static_cast<std::uint16_t>(knownLines_.size());
@@ -106,7 +94,7 @@ void FrequencyTables::takeFrequencies(std::string_view line) {
   const KnownLine& known = knownLines_[place - 1U];
   if (!known.station) return;
   Station& station = stations_[*known.station];
-  station.points[enterStamp(station, latestStamp())].marks |= known.marks;
+  station.points[enterStamp(station, *stamp_)].marks |= known.marks;
 }
 
 // Where the line stands among the known ones, or the free place for it.
@@ -118,14 +106,15 @@ std::uint16_t& FrequencyTables::knownPlace(std::string_view line) {
   return knownPlaces_[place];
 }
 
-FrequencyTables::KnownLine FrequencyTables::enterFrequencies(std::string_view line) {
+FrequencyTables::KnownLine FrequencyTables::enterFrequencies(std::string_view line,
+                                                             const Stamp& stamp) {
   KnownLine entered{std::string(line), std::nullopt, 0};
   const std::optional<std::string_view> list = between(line, '[', ']');
   const std::optional<std::string_view> name = between(line, '(', ')');
   if (!list || !name || Trim(*name).empty()) return entered;
   entered.station = enterStation(Left(*name, kLongestStationName));
   if (!entered.station) return entered;
-  const std::size_t point = enterStamp(stations_[*entered.station], latestStamp());
+  const std::size_t point = enterStamp(stations_[*entered.station], stamp);
   for (const std::string_view frequency : split(Trim(*list), ' ')) {
     if (frequency.empty()) continue;
     addFrq2Ary(*entered.station, frequency, point);
@@ -154,11 +143,6 @@ FrequencyTables::Stamp FrequencyTables::stampOf(std::string timeStamp) {
   return {std::move(timeStamp), key, moment};
 }
 
-const FrequencyTables::Stamp& FrequencyTables::latestStamp() {
-  if (!latestStamp_) latestStamp_ = stampOf(latestHeader_ ? chartTimeStamp(*latestHeader_) : "");
-  return *latestStamp_;
-}
-
 std::size_t FrequencyTables::enterTimePoint(std::size_t station, std::string_view timeStamp) {
   return enterStamp(stations_[station], stampOf(std::string(timeStamp)));
 }
@@ -172,7 +156,7 @@ std::size_t FrequencyTables::enterStamp(Station& station, const Stamp& stamp) {
     if (place->first == stamp.key) return place->second;
   }
 
-  const std::size_t index = MinOf(station.timePointCount, kLastTimePoint);
+  const std::size_t index = std::min(station.timePointCount, kLastTimePoint);
   if (index == station.points.size()) {
     station.points.push_back({stamp.moment, 0});
     station.keys.push_back(stamp.key);
@@ -208,12 +192,12 @@ void FrequencyTables::addFrq2Ary(std::size_t station, std::string_view frequency
                                  std::size_t timePoint) {
   const std::optional<std::size_t> slot = enterFrequency(station, frequency);
   if (!slot) return;
-  stations_[station].points[MinOf(timePoint, kLastTimePoint)].marks |= std::uint32_t{1} << *slot;
+  stations_[station].points[std::min(timePoint, kLastTimePoint)].marks |= std::uint32_t{1} << *slot;
 }
 
 std::size_t FrequencyTables::largestTimePointCount() const {
   std::size_t largest = 0;
-  for (const Station& station : stations_) largest = MaxOf(largest, station.timePointCount);
+  for (const Station& station : stations_) largest = std::max(largest, station.timePointCount);
   return largest;
 }
 

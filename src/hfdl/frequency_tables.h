@@ -10,9 +10,8 @@
 #include <string_view>
 #include <vector>
 
-#include "core/text.h"
 #include "hfdl/chart_limits.h"
-#include "hfdl/hfdl_lines.h"
+#include "hfdl/hfdl_parser.h"
 
 namespace vel {
 
@@ -20,7 +19,7 @@ namespace vel {
 /// stations with 11 frequencies and 10,001 time points each. What there is no
 /// place for is left out and counted; time points past the table overwrite its
 /// last cell.
-class FrequencyTables {
+class FrequencyTables : private HfdlListener {
  public:
   static constexpr std::size_t kLastTimePoint = 10000;
   /// From this many time points of one station on, the load has overflowed.
@@ -28,7 +27,7 @@ class FrequencyTables {
   /// A moment that no time stamp has.
   static constexpr std::chrono::local_seconds kNoMoment = std::chrono::local_seconds::min();
 
-  explicit FrequencyTables(const Encoding& encoding) : text_(encoding) { clear(); }
+  explicit FrequencyTables(const Encoding& encoding);
 
   void clear();
 
@@ -80,10 +79,6 @@ class FrequencyTables {
   [[nodiscard]] std::size_t excessStations() const { return excessStations_.count(); }
   [[nodiscard]] std::size_t excessFrequencies() const { return excessFrequencies_.count(); }
 
-  /// Time stamps of the first and the latest header of the load.
-  [[nodiscard]] const std::string& firstTimeStamp() const { return firstTimeStamp_; }
-  [[nodiscard]] const std::string& latestTimeStamp() { return latestStamp().text; }
-
  private:
   // A time stamp as a number. One of the usual form, yyyy/mm/dd hh:mm:ss, is
   // its digits, so that stamps in order of time are numbers in order.
@@ -114,21 +109,19 @@ class FrequencyTables {
   };
 
   static Stamp stampOf(std::string timeStamp);
-  const Stamp& latestStamp();
-  void takeLine(std::string_view line);
-  void takeFrequencies(std::string_view line);
+  void messageBegan(const HfdlMessage& message) override;
+  void frequenciesAnnounced(const HfdlMessage& message, std::string_view line) override;
   std::uint16_t& knownPlace(std::string_view line);
-  KnownLine enterFrequencies(std::string_view line);
+  KnownLine enterFrequencies(std::string_view line, const Stamp& stamp);
   std::size_t enterStamp(Station& station, const Stamp& stamp);
   std::optional<std::size_t> enterFrequency(std::size_t station, std::string_view frequency);
 
-  LineText text_;
+  Encoding encoding_;
+  HfdlParser parser_;
   std::vector<Station> stations_;
   std::vector<KnownLine> knownLines_;
   std::vector<std::uint16_t> knownPlaces_;  // by hash: 1 + index of a known line, or 0
-  std::string firstTimeStamp_;
-  std::optional<std::string> latestHeader_;
-  std::optional<Stamp> latestStamp_;  // of that header, once it is needed
+  std::optional<Stamp> stamp_;              // of the message, once it is needed
   bool overflowed_ = false;
   Excess excessStations_;
   Excess excessFrequencies_;

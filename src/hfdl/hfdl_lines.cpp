@@ -1,7 +1,10 @@
 #include "hfdl/hfdl_lines.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
+
+#include "core/text.h"
 
 namespace vel {
 namespace {
@@ -38,15 +41,112 @@ std::optional<local_days> dayOf(int year, int month, int day) {
   return local_days(date);
 }
 
+// Lines that are told by all of their text. No label stands in one of them.
+struct WholeLine {
+  HfdlLine kind;
+  std::string_view text;
+};
+constexpr std::array<WholeLine, 4> kWholeLines{{
+    {HfdlLine::subRecordEnd, "  .............................."},
+    {HfdlLine::downLink, " DOWN LINK"},
+    {HfdlLine::upLink, " UP LINK"},
+    {HfdlLine::squitter, " SQUITTER"},
+}};
+
+// Lines that are told by a label, in the order in which they are tested.
+struct LabelledLine {
+  HfdlLine kind;
+  LineLabel label;
+};
+constexpr std::array<LabelledLine, 7> kLabelledLines{{
+    {HfdlLine::header, kHeaderMark},
+    {HfdlLine::groundStation, kGroundStationLabel},
+    {HfdlLine::address, kAddressLabel},
+    {HfdlLine::registration, kRegistrationLabel},
+    {HfdlLine::flight, kFlightLabel},
+    {HfdlLine::crcFailed, kCrcFailedLabel},
+    {HfdlLine::frequencies, kFrequenciesLabel},
+}};
+
+// True when the label stands so that its anchor is at that place.
+bool standsAt(std::string_view text, std::size_t place, const LineLabel& label) {
+  return place >= label.anchor &&
+         text.substr(place - label.anchor, label.text.size()) == label.text;
+}
+
+// The byte by which all wanted kinds are found, if there is one.
+std::optional<char> commonAnchor(HfdlLines wanted) {
+  std::optional<char> common;
+  for (const WholeLine& line : kWholeLines) {
+    if (wanted.has(line.kind)) return std::nullopt;
+  }
+  for (const auto& [kind, label] : kLabelledLines) {
+    if (!wanted.has(kind)) continue;
+    const char anchor = label.text[label.anchor];
+    if (common.value_or(anchor) != anchor) return std::nullopt;
+    common = anchor;
+  }
+  return common;
+}
+
+std::string_view withoutReturn(std::string_view line) {
+  if (line.ends_with('\r')) line.remove_suffix(1);
+  return line;
+}
+
+// Goes from anchor to anchor instead of from line to line.
+void forEachMarkedLine(std::string_view lines, HfdlLines wanted, char anchor,
+                       const std::function<void(std::string_view line)>& take) {
+  std::size_t at = lines.find(anchor);
+  while (at != std::string_view::npos) {
+    const auto found =
+        std::find_if(kLabelledLines.begin(), kLabelledLines.end(), [&](const LabelledLine& line) {
+          return wanted.has(line.kind) && standsAt(lines, at, line.label);
+        });
+    if (found == kLabelledLines.end()) {
+      at = lines.find(anchor, at + 1);
+      continue;
+    }
+    std::size_t begin = at - found->label.anchor;
+    while (begin > 0 && lines[begin - 1] != '\n') --begin;
+    const std::size_t end = std::min(lines.find('\n', at), lines.size());
+    take(withoutReturn(lines.substr(begin, end - begin)));
+    at = lines.find(anchor, end);
+  }
+}
+
 }  // namespace
 
 bool hasLabel(std::string_view line, const LineLabel& label) {
   const char anchor = label.text[label.anchor];
   for (std::size_t at = line.find(anchor, label.anchor); at != std::string_view::npos;
        at = line.find(anchor, at + 1)) {
-    if (line.substr(at - label.anchor, label.text.size()) == label.text) return true;
+    if (standsAt(line, at, label)) return true;
   }
   return false;
+}
+
+HfdlLine kindOf(std::string_view line, HfdlLines wanted) {
+  for (const auto& [kind, text] : kWholeLines) {
+    if (wanted.has(kind) && line == text) return kind;
+  }
+  for (const auto& [kind, label] : kLabelledLines) {
+    if (wanted.has(kind) && hasLabel(line, label)) return kind;
+  }
+  return HfdlLine::other;
+}
+
+void forEachLine(std::string_view lines, HfdlLines wanted,
+                 const std::function<void(std::string_view line)>& take) {
+  if (const std::optional<char> anchor = commonAnchor(wanted)) {
+    forEachMarkedLine(lines, wanted, *anchor, take);
+    return;
+  }
+  while (!lines.empty()) {
+    const std::size_t end = std::min(lines.find('\n'), lines.size());
+    take(withoutReturn(lines.substr(0, end)));
+    lines.remove_prefix(std::min(end + 1, lines.size()));
+  }
 }
 
 std::string listTimeStamp(std::string_view header) {
@@ -57,9 +157,9 @@ std::string listTimeStamp(std::string_view header) {
 }
 
 std::string chartTimeStamp(std::string_view header) {
-  const std::size_t mark = header.find(kHeaderMark.text);
+  const std::size_t mark = header.find(kHeaderMark);
   std::string_view date;
-  if (mark != std::string_view::npos) date = header.substr(mark + kHeaderMark.text.size());
+  if (mark != std::string_view::npos) date = header.substr(mark + kHeaderMark.size());
   std::string stamp(Left(date, 10));
   stamp += ' ';
   // Counting characters from the end of a text takes a walk through all of it.

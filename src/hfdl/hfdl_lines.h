@@ -2,11 +2,12 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "core/text.h"
 
 namespace vel {
 
@@ -17,7 +18,6 @@ struct LineLabel {
   std::size_t anchor;
 };
 
-/// The labels and whole lines of the formatted log; docs/formats/hfdl_log.md.
 constexpr LineLabel kHeaderMark{"------------------------[", 24};
 constexpr LineLabel kGroundStationLabel{"  GS NAME         =", 18};
 constexpr LineLabel kAddressLabel{"ICAO24 ADDRESS = ", 15};
@@ -25,10 +25,48 @@ constexpr LineLabel kRegistrationLabel{"REGISTRATION   = ", 15};
 constexpr LineLabel kFlightLabel{"FLIGHT ID      = ", 15};
 constexpr LineLabel kCrcFailedLabel{"   CRC FAILED", 5};
 constexpr LineLabel kFrequenciesLabel{"FREQUENCIES    = [", 17};
-constexpr std::string_view kSubRecordEnd = "  ..............................";
-constexpr std::string_view kDownLink = " DOWN LINK";
-constexpr std::string_view kUpLink = " UP LINK";
-constexpr std::string_view kSquitter = " SQUITTER";
+
+/// True when the label occurs in the line, letter case included.
+[[nodiscard]] bool hasLabel(std::string_view line, const LineLabel& label);
+
+/// What a line of the formatted log says; docs/formats/hfdl_log.md. A line is of
+/// the first kind, in this order, whose test it passes.
+enum class HfdlLine : std::uint8_t {
+  header,
+  subRecordEnd,
+  downLink,
+  upLink,
+  squitter,
+  groundStation,
+  address,
+  registration,
+  flight,
+  crcFailed,
+  frequencies,
+  other,
+};
+
+/// Some kinds of lines: those that mean something to a reader. To it, all
+/// others are `other`.
+class HfdlLines {
+ public:
+  constexpr HfdlLines(std::initializer_list<HfdlLine> kinds) {
+    for (const HfdlLine kind : kinds) bits_ |= bitOf(kind);
+  }
+  [[nodiscard]] constexpr bool has(HfdlLine kind) const { return (bits_ & bitOf(kind)) != 0; }
+
+ private:
+  static constexpr unsigned bitOf(HfdlLine kind) { return 1U << static_cast<unsigned>(kind); }
+  unsigned bits_ = 0;
+};
+
+/// The kind of a line without its line end.
+[[nodiscard]] HfdlLine kindOf(std::string_view line, HfdlLines wanted);
+
+/// Calls `take` with each line (without its line end) of a text of whole lines
+/// that can be of a wanted kind; perhaps with some others as well.
+void forEachLine(std::string_view lines, HfdlLines wanted,
+                 const std::function<void(std::string_view line)>& take);
 
 /// 1-based columns where values begin, in characters.
 constexpr std::size_t kGroundStationColumn = 20;
@@ -40,27 +78,6 @@ constexpr std::size_t kLongestHfdlLine = std::size_t{1} << 16;
 /// The longest ground-station name that is kept, in characters. It stands once
 /// in a message and is repeated in each of its records.
 constexpr std::size_t kLongestStationName = 256;
-
-/// True when the label occurs in the line, letter case included.
-[[nodiscard]] bool hasLabel(std::string_view line, const LineLabel& label);
-
-/// Hands out lines as UTF-8 and decodes only those that are not ASCII.
-class LineText {
- public:
-  explicit LineText(Encoding encoding) : encoding_(std::move(encoding)) {}
-
-  /// The line as UTF-8. The view lives until the next call, or as long as the
-  /// bytes where they are ASCII.
-  std::string_view of(std::string_view bytes) {
-    if (isAscii(bytes)) return bytes;
-    decoded_ = encoding_.decode(bytes);
-    return decoded_;
-  }
-
- private:
-  Encoding encoding_;
-  std::string decoded_;
-};
 
 /// The time stamp of a list line from its header line: ten characters from
 /// column 29, a blank, and the first eight of the last nine characters. A line

@@ -3,70 +3,56 @@
 #include "log/dated_logs.h"
 
 namespace vel {
+namespace {
+
+const char* directionOf(HfdlKind kind) {
+  if (kind == HfdlKind::downlink) return "D";
+  return kind == HfdlKind::uplink ? "U" : "";
+}
+
+}  // namespace
 
 std::vector<std::string> hfdlLogs(const Folders& folders) {
   return datedLogs(folders.logs, kHfdlLogSuffix);
 }
 
+void fillRecord(HfdlRecord& record, const HfdlMessage& message, const HfdlAircraft& aircraft) {
+  record.timeStamp = message.header.empty() ? std::string() : listTimeStamp(message.header);
+  record.tag = Left(message.header, 3);
+  record.direction = directionOf(message.kind);
+  record.groundStation = message.groundStation;
+  record.address = aircraft.address;
+  record.registration = aircraft.registration;
+  record.flightId = aircraft.flightId;
+}
+
 HfdlReader::HfdlReader(InputFile file, const Encoding& encoding)
-    : lines_(std::move(file), kLongestHfdlLine), text_(encoding) {}
+    : lines_(std::move(file), kLongestHfdlLine), parser_(encoding, kRecordLines) {}
 
 Result<HfdlReader::Step> HfdlReader::step(std::size_t mostLines) {
+  complete_ = false;
   const std::size_t stopAt = lines_.bytesRead() + kStepBytes;
   for (std::size_t read = 0; !atEnd_ && read < mostLines && lines_.bytesRead() < stopAt; ++read) {
-    const Result<std::optional<std::string_view>> line = lines_.next();
-    if (!line) return line.error();
-    if (!line->has_value()) {
-      atEnd_ = true;
-      if (emitCurrent()) return Step::record;
-      break;
+    std::string_view line;
+    if (!lines_.nextAtHand(line)) {
+      const Result<std::optional<std::string_view>> next = lines_.next();
+      if (!next) return next.error();
+      atEnd_ = !next->has_value();
+      line = next->value_or(std::string_view());
     }
-    ++linesRead_;
-    if (take(text_.of(**line))) return Step::record;
+    if (atEnd_) {
+      parser_.end(*this);
+    } else {
+      parser_.takeLine(line, *this);
+    }
+    if (complete_) return Step::record;
   }
   return atEnd_ ? Step::end : Step::pause;
 }
 
-// True when the line completes a record.
-bool HfdlReader::take(std::string_view line) {
-  if (hasLabel(line, kHeaderMark)) {
-    const bool complete = emitCurrent();
-    beginMessage(line);
-    return complete;
-  }
-  if (line == kSubRecordEnd) {
-    const bool complete = emitCurrent();
-    current_.address.clear();
-    current_.registration.clear();
-    current_.flightId.clear();
-    return complete;
-  }
-  if (line == kDownLink) {
-    current_.direction.assign(1, 'D');
-  } else if (line == kUpLink) {
-    current_.direction.assign(1, 'U');
-  } else if (hasLabel(line, kGroundStationLabel)) {
-    current_.groundStation = Mid(line, kGroundStationColumn, kLongestStationName);
-  } else if (hasLabel(line, kAddressLabel)) {
-    current_.address = Mid(line, kValueColumn);
-  } else if (hasLabel(line, kRegistrationLabel)) {
-    current_.registration = Mid(line, kValueColumn);
-  } else if (hasLabel(line, kFlightLabel)) {
-    current_.flightId = Mid(line, kValueColumn);
-  }
-  return false;
-}
-
-bool HfdlReader::emitCurrent() {
-  if (current_.address.empty()) return false;
-  record_ = current_;
-  return true;
-}
-
-void HfdlReader::beginMessage(std::string_view header) {
-  current_ = HfdlRecord{};
-  current_.tag = Left(header, 3);
-  current_.timeStamp = listTimeStamp(header);
+void HfdlReader::aircraftEnded(const HfdlMessage& message, const HfdlAircraft& aircraft) {
+  fillRecord(record_, message, aircraft);
+  complete_ = true;
 }
 
 }  // namespace vel

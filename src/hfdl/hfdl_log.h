@@ -10,7 +10,7 @@
 #include "core/line_reader.h"
 #include "core/result.h"
 #include "core/text.h"
-#include "hfdl/hfdl_lines.h"
+#include "hfdl/hfdl_parser.h"
 
 namespace vel {
 
@@ -37,10 +37,18 @@ struct HfdlRecord {
   std::string flightId;
 };
 
+/// The kinds of lines that records are made of.
+constexpr HfdlLines kRecordLines{
+    HfdlLine::header,        HfdlLine::subRecordEnd, HfdlLine::downLink,     HfdlLine::upLink,
+    HfdlLine::groundStation, HfdlLine::address,      HfdlLine::registration, HfdlLine::flight};
+
+/// Makes a record of an aircraft's part of a message.
+void fillRecord(HfdlRecord& record, const HfdlMessage& message, const HfdlAircraft& aircraft);
+
 /// Reads a formatted log piece by piece, so that window events can run between
 /// the pieces. Lines that it does not know, and lines before the first header,
 /// are ignored; a record without an address is dropped.
-class HfdlReader {
+class HfdlReader : private HfdlListener {
  public:
   enum class Step {
     record,  ///< record() holds the next one
@@ -61,19 +69,16 @@ class HfdlReader {
   /// The record of the last step; valid until the next one.
   [[nodiscard]] const HfdlRecord& record() const { return record_; }
 
-  /// Lines read so far.
-  [[nodiscard]] std::size_t linesRead() const { return linesRead_; }
+  /// Bytes of the log read so far.
+  [[nodiscard]] std::size_t bytesRead() const { return lines_.bytesRead(); }
 
  private:
-  bool take(std::string_view line);
-  bool emitCurrent();
-  void beginMessage(std::string_view header);
+  void aircraftEnded(const HfdlMessage& message, const HfdlAircraft& aircraft) override;
 
   LineReader lines_;
-  LineText text_;
-  std::size_t linesRead_ = 0;
+  HfdlParser parser_;
   bool atEnd_ = false;
-  HfdlRecord current_;
+  bool complete_ = false;  // the last step came to the end of a record
   HfdlRecord record_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "web/raw_log.h"
 
@@ -52,46 +53,29 @@ bool cutListLine(std::string_view line, ListFields& fields) {
 
 void HfdlParts::forEach(std::string_view messages,
                         const std::function<void(const HfdlPart&)>& take) {
-  HfdlPart part;
-  HfdlRecord& record = part.record;
-  bool inMessage = false;
-  const auto complete = [&](std::size_t end) {
-    part.end = end;
-    if (inMessage && !record.address.empty()) take(part);
-    part.begin = end;
+  HfdlParser parser(encoding_, kRecordLines);
+  part_ = HfdlPart{};
+  const auto endPart = [&](std::size_t end) {
+    part_.end = end;
+    if (std::exchange(complete_, false)) take(part_);
+    part_.begin = end;
   };
   for (std::size_t at = 0; at < messages.size();) {
     const std::size_t found = messages.find('\n', at);
     const std::size_t behind = found == std::string_view::npos ? messages.size() : found + 1;
-    const std::string_view bytes = withoutLineEnd(messages.substr(at, behind - at));
-    const std::string_view line = text_.of(bytes.substr(0, kLongestHfdlLine));
-    if (hasLabel(line, kHeaderMark)) {
-      complete(at);
-      record = HfdlRecord{};
-      record.tag = Left(line, 3);
-      record.timeStamp = listTimeStamp(line);
-      inMessage = true;
-    } else if (line == kSubRecordEnd) {
-      complete(behind);
-      record.address.clear();
-      record.registration.clear();
-      record.flightId.clear();
-    } else if (line == kDownLink) {
-      record.direction.assign(1, 'D');
-    } else if (line == kUpLink) {
-      record.direction.assign(1, 'U');
-    } else if (hasLabel(line, kGroundStationLabel)) {
-      record.groundStation = Mid(line, kGroundStationColumn, kLongestStationName);
-    } else if (hasLabel(line, kAddressLabel)) {
-      record.address = Mid(line, kValueColumn);
-    } else if (hasLabel(line, kRegistrationLabel)) {
-      record.registration = Mid(line, kValueColumn);
-    } else if (hasLabel(line, kFlightLabel)) {
-      record.flightId = Mid(line, kValueColumn);
-    }
+    const HfdlLine kind = parser.takeLine(withoutLineEnd(messages.substr(at, behind - at)), *this);
+    if (kind == HfdlLine::header) endPart(at);
+    if (kind == HfdlLine::subRecordEnd) endPart(behind);
     at = behind;
   }
-  complete(messages.size());
+  parser.end(*this);
+  endPart(messages.size());
+}
+
+void HfdlParts::aircraftEnded(const HfdlMessage& message, const HfdlAircraft& aircraft) {
+  if (message.header.empty()) return;
+  fillRecord(part_.record, message, aircraft);
+  complete_ = true;
 }
 
 MessageMatch::MessageMatch(const HistoryQuery& query, const Encoding& encoding)

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "core/text.h"
-#include "hfdl/hfdl_lines.h"
 #include "hfdl/hfdl_log.h"
 #include "history/found_messages.h"
 #include "history/query.h"
@@ -33,15 +32,19 @@ struct HfdlPart {
 
 /// Reads the records of whole messages as bytes; what stands before the first
 /// header is left out.
-class HfdlParts {
+class HfdlParts : private HfdlListener {
  public:
-  explicit HfdlParts(const Encoding& encoding) : text_(encoding) {}
+  explicit HfdlParts(const Encoding& encoding) : encoding_(encoding) {}
 
   /// Calls `take` for each record, in their order.
   void forEach(std::string_view messages, const std::function<void(const HfdlPart&)>& take);
 
  private:
-  LineText text_;
+  void aircraftEnded(const HfdlMessage& message, const HfdlAircraft& aircraft) override;
+
+  Encoding encoding_;
+  HfdlPart part_;
+  bool complete_ = false;  // the last line ended the part
 };
 
 /// Tells whether a line, or a message, that holds the text's bytes is one that

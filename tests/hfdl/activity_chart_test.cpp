@@ -217,8 +217,47 @@ TEST(ActivityChart, ToolTipTellsTheSlotsTimeAndCounts) {
             "11:55 - 12:05\nSquitter: 1\nDownlink: 2\nUplink: 3\nCRC failed: 4\nTotal: 10");
 }
 
-TEST(ActivityChart, BuIsAPinkSquareInTheMiddle) {
-  EXPECT_EQ(bu(800, 460), (Rect{300, 130, 200, 200, {255, 128, 128}}));
+TEST(ActivityChart, BarCutOffAtTheTopHasAMarkAboveThePlotAndOthersHaveNone) {
+  ActivityCounts counts;
+  counts.failed[5] = counts.largestTotal = 1001;
+  counts.failed[6] = 1000;
+  const ActivityPlot plot(800, 460);
+  std::vector<Rect> above;
+  for (const Rect& rect : shapesOf<Rect>(drowGraph(counts, kReference, 800, 460))) {
+    if (rect.y + rect.height <= plot.top() && rect.y > 20) above.push_back(rect);
+  }
+  ASSERT_FALSE(above.empty());
+  for (const Rect& rect : above) {
+    EXPECT_EQ(rect.colour, (Colour{0, 0, 0}));
+    EXPECT_NEAR(rect.x + rect.width / 2, (plot.slotLeft(5) + plot.slotLeft(6)) / 2, 1);
+  }
+  counts.failed[5] = 1000;
+  EXPECT_EQ(shapesOf<Rect>(drowGraph(counts, kReference, 800, 460)).size(), 4U + 2U);
+}
+
+TEST(ActivityChart, TitleSaysStationAndTimeAndKeepsTheTimeWhereItIsTooLong) {
+  const auto titleOf = [](const std::string& station, double width) {
+    const Drawing drawing =
+        drowGraph({}, kReference, width, 460, 1, {station, chartedTime(kReference)});
+    for (const Text& text : shapesOf<Text>(drawing)) {
+      if (text.text.find("2026/11/17") == std::string::npos) continue;
+      EXPECT_EQ(text.align, Align::right);
+      EXPECT_LE(text.y + textHeight(text.points), ActivityPlot(width, 460).top());
+      return text.text;
+    }
+    return std::string();
+  };
+  EXPECT_EQ(titleOf("Agana, Guam", 960), "Agana, Guam  2026/11/17");
+  EXPECT_EQ(titleOf("東京", 960), "東京  2026/11/17");
+  const std::string cut = titleOf("Agana, Guam, " + std::string(250, 'G'), 960);
+  EXPECT_TRUE(cut.starts_with("Agana, Guam, GGG")) << cut;
+  EXPECT_TRUE(cut.ends_with("...  2026/11/17")) << cut;
+  EXPECT_LT(cut.size(), 100U);
+}
+
+TEST(ActivityChart, ChartedTimeIsTheDayOrTheDayUpToNow) {
+  EXPECT_EQ(chartedTime(local_days(2026y / 3 / 1)), "2026/02/28");
+  EXPECT_EQ(chartedTime(local_days(2026y / 11 / 17) + 12h + 5min), "24h to 2026/11/17 12:05");
 }
 
 }  // namespace

@@ -22,16 +22,14 @@ const local_seconds kEndOf17th = at(18, 0, 0);
 
 class ActivityLoadTest : public ::testing::Test {
  protected:
-  ActivityLoad load(std::string_view bytes, ActivityQuery query = {kEndOf17th, std::nullopt},
-                    std::vector<std::string> stations = {}) {
+  ActivityLoad load(std::string_view bytes, ActivityQuery query = {kEndOf17th, std::nullopt}) {
     const auto path = folder_ / "202611170000_HFDL_FMT.log";
     writeBytes(path, bytes);
-    ActivityLoad load(InputFile::open(path).value(), Encoding::codePage932(), std::move(query),
-                      std::move(stations));
+    ActivityLoad load(InputFile::open(path).value(), Encoding::codePage932(), std::move(query));
     while (true) {
-      const auto more = load.step();
-      if (!more.ok()) ADD_FAILURE() << more.error().text();
-      if (!more.ok() || !*more) return load;
+      const auto progress = load.step(Job::Clock::now());
+      if (!progress.ok()) ADD_FAILURE() << progress.error().text();
+      if (!progress.ok() || *progress == JobProgress::done) return load;
     }
   }
 
@@ -39,6 +37,12 @@ class ActivityLoadTest : public ::testing::Test {
                              std::string_view station = "Agana, Guam") {
     return "[3]------------------------[2026/11/17 " + std::string(time) + "]\r\n" +
            std::string(kind) + "\r\n  GS NAME         = " + std::string(station) + "\r\n";
+  }
+
+  static std::vector<std::string> names(const ActivityLoad& load) {
+    std::vector<std::string> names;
+    for (const StationTotal& station : load.stations()) names.push_back(station.name);
+    return names;
   }
 
   TemporaryFolder folder_;
@@ -149,11 +153,37 @@ TEST_F(ActivityLoadTest, ChosenStationAloneIsCountedAndAllAreListed) {
                           message("00:00:00", " UP LINK", "Shannon, Ireland");
   const auto all = load(log);
   EXPECT_EQ(all.counts().uplinks[0], 3);
-  EXPECT_THAT(all.stations(), ElementsAre(" Agana, Guam", " Shannon, Ireland"));
-  const auto one = load(log, {kEndOf17th, " Shannon, Ireland"}, {" Shannon, Ireland"});
+  EXPECT_THAT(names(all), ElementsAre(" Agana, Guam", " Shannon, Ireland"));
+  const auto one = load(log, {kEndOf17th, " Shannon, Ireland"});
   EXPECT_EQ(one.counts().uplinks[0], 2);
   EXPECT_EQ(one.counts().largestTotal, 2);
-  EXPECT_THAT(one.stations(), ElementsAre(" Shannon, Ireland", " Agana, Guam"));
+  EXPECT_THAT(names(one), ElementsAre(" Agana, Guam", " Shannon, Ireland"));
+  EXPECT_EQ(one.countedStation(), 1U);
+  EXPECT_EQ(all.countedStation(), std::nullopt);
+}
+
+TEST_F(ActivityLoadTest, EachStationHasTheTotalOfItsDrawnMessagesWhateverIsCounted) {
+  const std::string log = message("00:00:00", " UP LINK", "Agana, Guam") +
+                          message("00:00:00", "x", "Agana, Guam") +
+                          message("11:00:00", " SQUITTER", "Shannon, Ireland") +
+                          message("00:30:00", " DOWN LINK", "Agana, Guam") + "   CRC FAILED\r\n";
+  for (const auto& wanted :
+       {std::optional<std::string>(), std::optional<std::string>(" Agana, Guam")}) {
+    EXPECT_THAT(load(log, {kEndOf17th, wanted}).stations(),
+                ElementsAre(StationTotal{" Agana, Guam", 2}, StationTotal{" Shannon, Ireland", 1}));
+  }
+  // Seen at one o'clock, eleven o'clock is still to come: counted, not drawn.
+  EXPECT_THAT(load(log, {at(17, 1, 0), std::nullopt}).stations(),
+              ElementsAre(StationTotal{" Agana, Guam", 2}, StationTotal{" Shannon, Ireland", 0}));
+}
+
+TEST_F(ActivityLoadTest, StationThatTheLogDoesNotHaveGivesAllStations) {
+  const auto loaded = load(message("00:00:00", " UP LINK") + message("00:20:00", " UP LINK"),
+                           {kEndOf17th, " Shannon, Ireland"});
+  EXPECT_EQ(loaded.countedStation(), std::nullopt);
+  EXPECT_EQ(loaded.counts().uplinks[0], 1);
+  EXPECT_EQ(loaded.counts().uplinks[2], 1);
+  EXPECT_THAT(names(loaded), ElementsAre(" Agana, Guam"));
 }
 
 TEST_F(ActivityLoadTest, StationWithoutANameCountsAmongAllAndIsNotListed) {
@@ -174,7 +204,7 @@ TEST_F(ActivityLoadTest, StationPastThe31stIsCountedAmongAllAndToldOnce) {
   }
   const auto loaded = load(log);
   EXPECT_EQ(loaded.stations().size(), 31U);
-  EXPECT_EQ(loaded.stations().back(), " Station 31");
+  EXPECT_EQ(loaded.stations().back().name, " Station 31");
   EXPECT_EQ(loaded.counts().uplinks[0], 66);
   EXPECT_EQ(loaded.excessText(), "2 stations are not shown. 2局は表示されません。");
   EXPECT_EQ(load(message("00:00:00", " UP LINK")).excessText(), "");
@@ -190,7 +220,7 @@ TEST_F(ActivityLoadTest, NulBytesLongLinesAndCutFilesDoNoHarm) {
   odd += std::string(2'000'000, '\0') + "\r\n  GS NAME         =" + std::string(100'000, 'G');
   const auto loaded = load(odd);
   EXPECT_EQ(loaded.counts().uplinks[0], 1);
-  EXPECT_THAT(loaded.stations(), ElementsAre(" Agana, Guam", std::string(256, 'G')));
+  EXPECT_THAT(names(loaded), ElementsAre(" Agana, Guam", std::string(256, 'G')));
 }
 
 }  // namespace

@@ -200,5 +200,65 @@ TEST_F(FrequencyChartTest, SurfaceNarrowerThanItsMarginsDoesNoHarm) {
   }
 }
 
+TEST_F(FrequencyChartTest, TimeAxisIsTheUpperPartOfTheChart) {
+  announce("Shannon", "2026/11/15 12:06:00", {"2998"});
+  const Drawing chart = DrawGraph(tables_, kStart, kWidth, 300);
+  const Drawing axis = timeAxis(kStart, kWidth);
+  EXPECT_EQ(axis.height, kAxisHeight);
+  EXPECT_LE(kAxisHeight, kFirstStation) << "no row begins above its lower edge";
+  std::vector<Text> above;
+  for (const Text& text : shapesOf<Text>(chart)) {
+    if (text.y < kAxisHeight) above.push_back(text);
+  }
+  EXPECT_EQ(shapesOf<Text>(axis), above);
+  std::vector<Line> lines = shapesOf<Line>(chart);
+  for (Line& line : lines) line.y2 = kAxisHeight;
+  EXPECT_EQ(shapesOf<Line>(axis), lines);
+}
+
+TEST_F(FrequencyChartTest, EnlargedTimeAxisTellsTheHoursAndTheDateOfThatPart) {
+  // From 12 hours after the start, and 25 hours wide.
+  const Drawing axis = enlargedTimeAxis(kStart, kWidth, kLeftMargin + 60, 125, 4);
+  EXPECT_EQ(axis.width, 500);
+  std::vector<std::pair<double, std::string>> hours;
+  std::vector<std::pair<double, std::string>> dates;
+  for (const Text& text : shapesOf<Text>(axis)) {
+    (text.text.size() == 2 ? hours : dates).emplace_back(text.x, text.text);
+  }
+  ASSERT_EQ(hours.size(), 12U);
+  EXPECT_EQ(hours.front(), std::pair(42.0, std::string("14")));
+  EXPECT_EQ(hours[5], std::pair(242.0, std::string("00")));
+  EXPECT_THAT(dates, ElementsAre(std::pair(242.0, std::string("11/15")),
+                                 std::pair(0.0, std::string("11/14"))));
+  // Where midnight follows at once there is room for its date alone.
+  for (const Text& text :
+       shapesOf<Text>(enlargedTimeAxis(kStart, kWidth, kLeftMargin + 115, 150, 4))) {
+    EXPECT_NE(text.text, "11/14");
+  }
+}
+
+TEST_F(FrequencyChartTest, EnlargedTimeAxisOutsideTheSevenDaysIsEmpty) {
+  EXPECT_TRUE(enlargedTimeAxis(kStart, kWidth, -200, 150, 4).shapes.empty());
+  EXPECT_TRUE(enlargedTimeAxis(kStart, kWidth, kWidth + 20, 150, 4).shapes.empty());
+}
+
+TEST_F(FrequencyChartTest, PointOnARowTellsStationFrequencyDayAndTime) {
+  announce("Shannon", "2026/11/15 12:00:00", {"2998", "6532"});
+  announce("Hat Yai", "2026/11/15 12:00:00", {"5655"});
+  const std::vector<FrequencyRow> rows = frequencyRows(tables_);
+  const double top = kFirstStation + kStationHeight;
+  ASSERT_THAT(rows,
+              ElementsAre(FrequencyRow{0, 0, top}, FrequencyRow{0, 1, top + kRowHeight},
+                          FrequencyRow{1, 0, top + 2 * kRowHeight + kStationGap + kStationHeight}));
+  const double noon = kLeftMargin + 36 * 60 / 12;
+  const auto tip = [&](double x, double y) { return placeTip(tables_, kStart, kWidth, x, y); };
+  EXPECT_EQ(tip(noon, rows[1].top), "Shannon\n6532\n2026/11/15 12:00");
+  EXPECT_EQ(tip(noon + 1, rows[2].top + kRowHeight - 1), "Hat Yai\n5655\n2026/11/15 12:12");
+  EXPECT_EQ(tip(noon, kFirstStation), "2026/11/15 12:00") << "between the rows";
+  EXPECT_EQ(tip(kLeftMargin, 0), "2026/11/14 00:00");
+  EXPECT_EQ(tip(kLeftMargin - 1, rows[0].top), "");
+  EXPECT_EQ(tip(kWidth - kRightMargin, rows[0].top), "");
+}
+
 }  // namespace
 }  // namespace vel::test

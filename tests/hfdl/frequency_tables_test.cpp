@@ -52,8 +52,6 @@ TEST_F(FrequencyTablesTest, EntersStationsTimesFrequenciesAndMarksAsTheyAppear) 
   EXPECT_THAT(timePoints(1), ElementsAre("2026/11/17 00:00:01"));
   EXPECT_EQ(tables_.points(0)[1].moment,
             std::chrono::local_days(2026y / 11 / 17) + std::chrono::minutes(10));
-  EXPECT_EQ(tables_.firstTimeStamp(), "2026/11/17 00:00:01");
-  EXPECT_EQ(tables_.latestTimeStamp(), "2026/11/17 00:10:00");
 }
 
 TEST_F(FrequencyTablesTest, SameTimeStampIsOneTimePointHoweverOftenItComesBack) {
@@ -131,6 +129,18 @@ TEST_F(FrequencyTablesTest, NamesAreReadInTheirEncoding) {
       "   \x83"
       "FREQUENCIES    = [ 2998 ] (Oslo)\r\n");
   EXPECT_EQ(tables_.stationCount(), 1U);
+}
+
+TEST_F(FrequencyTablesTest, LineWithABracketOfItsOwnIsReadByTheLabelBehindIt) {
+  tables_.readLines(
+      "[[x]------------------------[2026/11/17 00:00:01]\n"
+      "[ ( [   FREQUENCIES    = [ 2998 ] (Shannon)\n"
+      "[\n\n[ x ] FREQUENCIES    = [ 6532 ] (Hat Yai)");
+  ASSERT_EQ(tables_.stationCount(), 2U);
+  EXPECT_EQ(tables_.stationName(0), " [   FREQUENCIES    = [ 2998 ] (Shannon");
+  EXPECT_EQ(tables_.stationName(1), "Hat Yai");
+  EXPECT_THAT(tables_.frequencies(1), ElementsAre("x"));
+  EXPECT_THAT(timePoints(1), ElementsAre("2026/11/17 00:00:01"));
 }
 
 TEST_F(FrequencyTablesTest, TwelfthFrequencyOfAStationIsLeftOutAndCounted) {

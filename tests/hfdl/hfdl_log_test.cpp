@@ -47,7 +47,6 @@ class HfdlLogTest : public ::testing::Test {
       if (*step == HfdlReader::Step::end) break;
       if (*step == HfdlReader::Step::record) records.push_back(reader.record());
     }
-    linesRead_ = reader.linesRead();
     return records;
   }
 
@@ -56,7 +55,6 @@ class HfdlLogTest : public ::testing::Test {
   }
 
   TemporaryFolder folder_;
-  std::size_t linesRead_ = 0;
 };
 
 TEST_F(HfdlLogTest, MessageGivesOneLineWithEveryField) {
@@ -65,7 +63,6 @@ TEST_F(HfdlLogTest, MessageGivesOneLineWithEveryField) {
                     "   FLIGHT ID      = PK0370", "   POSITION       = N35.123 E139.456", kDots}),
               ElementsAre(HfdlRecord{"2026/11/17 00:01:24", "[3]", "D", " Reykjavik, Iceland",
                                      "706071", "9K-APK", "PK0370"}));
-  EXPECT_EQ(linesRead_, 8U);
 }
 
 TEST_F(HfdlLogTest, TwoSubRecordsShareTimeTagDirectionAndGroundStation) {
@@ -268,7 +265,7 @@ TEST_F(HfdlLogTest, MillionUnknownLinesAreReadInPiecesAndIgnored) {
     ASSERT_EQ(*step, HfdlReader::Step::pause);
     ++pauses;
   }
-  EXPECT_EQ(reader.linesRead(), 1'000'000U);
+  EXPECT_EQ(reader.bytesRead(), bytes.size());
   EXPECT_EQ(pauses, 500);
   EXPECT_EQ(*reader.step(), HfdlReader::Step::end);
 }

@@ -7,9 +7,11 @@
 #include <QSignalBlocker>
 #include <QToolTip>
 #include <QVBoxLayout>
+#include <memory>
 #include <utility>
 
 #include "core/file.h"
+#include "core/text.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/activity_chart.h"
@@ -23,15 +25,18 @@ using std::chrono::local_seconds;
 constexpr QSize kDesignedSize(960, 560);
 constexpr QSize kLeastPicture(620, 240);
 
-constexpr std::size_t kCurrent = 0;
-constexpr std::size_t kDay = 1;
+// A name that came over the air may be wider than the screen.
+constexpr int kWidestName = 240;
+
+const QString kAllStations = QStringLiteral("ALL");
+const QString kChooserTip = QStringLiteral("Station whose messages are counted\n集計する地上局");
 
 local_seconds endOfDay(local_seconds moment) { return std::chrono::floor<days>(moment) + days(1); }
 
 }  // namespace
 
 ActivityWindow::ActivityWindow(const Context& context, std::function<std::string()> shownLog)
-    : ChartWindow(context), shownLog_(std::move(shownLog)) {
+    : ChartWindow(context), shownLog_(std::move(shownLog)), count_(context.jobs) {
   setObjectName(QStringLiteral("ActivityChart"));
   setWindowTitle(QStringLiteral("VEL Ground stations"));
   buildControls();
@@ -42,19 +47,20 @@ void ActivityWindow::buildControls() {
   station_ = new QComboBox(this);
   station_->setObjectName(QStringLiteral("Combo1"));
   station_->setAccessibleName(tr("Ground station"));
-  station_->setToolTip(tr("Station whose messages are counted\n集計する地上局"));
+  station_->setToolTip(kChooserTip);
   station_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
   auto* caption = new QLabel(tr("&Station"), this);
   caption->setBuddy(station_);
 
-  option_[kCurrent] = new QRadioButton(tr("C&urrent"), this);
-  option_[kCurrent]->setAccessibleName(tr("The last 24 hours"));
-  option_[kCurrent]->setToolTip(tr("The 24 hours up to now\n現在までの24時間"));
-  option_[kDay] = new QRadioButton(this);
-  option_[kDay]->setAccessibleName(tr("The day of the shown log"));
-  option_[kDay]->setToolTip(
+  upToNow_ = makeOption(QStringLiteral("Option1(0)"));
+  upToNow_->setText(tr("C&urrent"));
+  upToNow_->setAccessibleName(tr("The last 24 hours"));
+  upToNow_->setToolTip(tr("The 24 hours up to now\n現在までの24時間"));
+  dayOfLog_ = makeOption(QStringLiteral("Option1(1)"));
+  dayOfLog_->setAccessibleName(tr("The day of the shown log"));
+  dayOfLog_->setToolTip(
       tr("The day of the log that the HFDL browser shows\nHFDLブラウザで表示中のログの1日"));
-  option_[kCurrent]->setChecked(true);
+  upToNow_->setChecked(true);
 
   auto* refresh = new QPushButton(tr("&Reflesh"), this);
   refresh->setObjectName(QStringLiteral("Command1"));
@@ -74,11 +80,8 @@ void ActivityWindow::buildControls() {
   row->addWidget(caption);
   row->addWidget(station_);
   row->addSpacing(12);
-  for (std::size_t i = 0; i < option_.size(); ++i) {
-    option_[i]->setObjectName(QStringLiteral("Option1(%1)").arg(i));
-    row->addWidget(option_[i]);
-    connect(option_[i], &QRadioButton::clicked, this, &ActivityWindow::Option1_Click);
-  }
+  row->addWidget(upToNow_);
+  row->addWidget(dayOfLog_);
   row->addStretch();
   row->addWidget(refresh);
 
@@ -87,101 +90,111 @@ void ActivityWindow::buildControls() {
   rows->addLayout(row);
   rows->addWidget(picture_, 1);
 
-  connect(station_, &QComboBox::currentIndexChanged, this, &ActivityWindow::Combo1_Click);
-  connect(refresh, &QPushButton::clicked, this, &ActivityWindow::Command1_Click);
-  connect(key, &QAction::triggered, this, &ActivityWindow::Command1_Click);
+  connect(station_, &QComboBox::currentIndexChanged, this, &ActivityWindow::chooseStation);
+  connect(refresh, &QPushButton::clicked, this, &ActivityWindow::fmtDataLoad);
+  connect(key, &QAction::triggered, this, &ActivityWindow::fmtDataLoad);
 }
 
-void ActivityWindow::Form_Load() {
-  {
-    const QSignalBlocker quiet(station_);
-    station_->clear();
-    station_->addItem(QStringLiteral("ALL"));
-  }
-  stations_.clear();
+QRadioButton* ActivityWindow::makeOption(const QString& name) {
+  auto* option = new QRadioButton(this);
+  option->setObjectName(name);
+  connect(option, &QRadioButton::clicked, this, &ActivityWindow::fmtDataLoad);
+  return option;
+}
+
+void ActivityWindow::whenOpened() {
+  fillChooser({}, std::nullopt);
   counts_ = {};
   reference_ = currentReference(desktop().now());
-  option_[kCurrent]->setChecked(true);
+  const auto end = dayReference(shownLog_());
+  const bool otherDay = end && *end != endOfDay(desktop().now());
+  (otherDay ? dayOfLog_ : upToNow_)->setChecked(true);
   fmtDataLoad();
 }
 
-void ActivityWindow::Form_Activate() { drowGraph(); }
+void ActivityWindow::whenActivated() { drowGraph(); }
 
-void ActivityWindow::Command1_Click() {
-  fmtDataLoad();
-  drowGraph();
+void ActivityWindow::whenClosed() {
+  count_.stop();
+  counts_ = {};
 }
 
-void ActivityWindow::Option1_Click() {
-  fmtDataLoad();
-  drowGraph();
-}
-
-void ActivityWindow::Combo1_Click() {
-  if (loading_) return;
-  fmtDataLoad();
-  drowGraph();
-}
-
-void ActivityWindow::fmtDataLoad() {
-  if (loading_) {
-    restart_ = true;
-    return;
-  }
-  loading_ = true;
-  do {
-    restart_ = false;
-    loadOnce();
-  } while (restart_ && isOpen());
-  loading_ = false;
+// One that is chosen while the log is being counted is taken back at the end.
+void ActivityWindow::chooseStation() {
+  if (!count_.isRunning()) fmtDataLoad();
 }
 
 ActivityQuery ActivityWindow::query(const std::string& log) const {
   ActivityQuery query;
-  query.reference =
-      option_[kCurrent]->isChecked() ? currentReference(desktop().now()) : dayReference(log);
+  query.reference = upToNow_->isChecked() ? currentReference(desktop().now()) : dayReference(log);
   const int station = station_->currentIndex();
   if (station > 0) query.station = stations_[static_cast<std::size_t>(station) - 1];
   return query;
 }
 
-void ActivityWindow::loadOnce() {
+void ActivityWindow::fmtDataLoad() {
+  count_.stop();
   const std::string log = shownLog_();
-  const int station = station_->currentIndex();
-  const ActivityQuery wanted = query(log);
   nameDay(log);
-  counts_ = {};
-  reference_ = wanted.reference.value_or(endOfDay(desktop().now()));
-  if (log.empty()) return;
-
+  const ActivityQuery wanted = query(log);
+  const local_seconds reference = wanted.reference.value_or(endOfDay(desktop().now()));
+  if (log.empty()) {
+    showNothing(reference);
+    return;
+  }
   Result<InputFile> file = InputFile::open(context().folders.logs / toPath(log));
   if (!file) {
+    showNothing(reference);
     desktop().showMessage(file.error().text());
     return;
   }
-  ActivityLoad load(*std::move(file), context().encoding, wanted, stations_);
-  Result<bool> more = load.step();
-  while (more && *more) {
-    desktop().processEvents();
-    if (restart_ || !isOpen()) return;
-    more = load.step();
-  }
-  take(load, station);
-  if (!more) desktop().showMessage(more.error().text());
+  auto load = std::make_unique<ActivityLoad>(*std::move(file), context().encoding, wanted);
+  // The slot keeps the load until the call returns.
+  const ActivityLoad& counted = *load;
+  count_.start(std::move(load), {.ended = [this, &counted, reference](const Status& status) {
+                 finishLoad(counted, reference, status);
+               }});
+}
+
+void ActivityWindow::finishLoad(const ActivityLoad& load, local_seconds reference,
+                                const Status& status) {
+  counts_ = load.counts();
+  reference_ = load.reference().value_or(reference);
+  fillChooser(load.stations(), load.countedStation());
+  drowGraph();
+  if (!status) desktop().showMessage(status.error().text());
   const std::string excess = load.excessText();
   if (!excess.empty()) desktop().showMessage(excess);
 }
 
-void ActivityWindow::take(const ActivityLoad& load, int station) {
-  counts_ = load.counts();
-  reference_ = load.reference().value_or(reference_);
-  for (std::size_t i = stations_.size(); i < load.stations().size(); ++i) {
-    station_->addItem(shownText(toQString(load.stations()[i]).trimmed(), kLongestEntry));
-  }
-  stations_ = load.stations();
-  // One chosen meanwhile is not the one that was counted.
+void ActivityWindow::showNothing(local_seconds reference) {
+  counts_ = {};
+  reference_ = reference;
+  fillChooser({}, std::nullopt);
+  drowGraph();
+}
+
+void ActivityWindow::fillChooser(const std::vector<StationTotal>& stations,
+                                 std::optional<std::size_t> chosen) {
   const QSignalBlocker quiet(station_);
-  station_->setCurrentIndex(station);
+  station_->clear();
+  station_->addItem(kAllStations);
+  station_->setToolTip(kChooserTip);
+  stations_.clear();
+  for (const StationTotal& station : stations) {
+    const QString name = toQString(station.name).trimmed();
+    const QString shown =
+        station_->fontMetrics().elidedText(shownText(name), Qt::ElideRight, kWidestName);
+    const int entry = station_->count();
+    station_->addItem(QStringLiteral("%1  %2").arg(shown, QString::number(station.messages)));
+    station_->setItemData(entry, plainToolTip(name), Qt::ToolTipRole);
+    station_->setItemData(entry, name, Qt::AccessibleTextRole);
+    stations_.push_back(station.name);
+  }
+  if (!chosen) return;
+  station_->setCurrentIndex(static_cast<int>(*chosen) + 1);
+  const QString name = toQString(stations_[*chosen]).trimmed();
+  station_->setToolTip(plainToolTip(QString(name + QLatin1Char('\n') + kChooserTip)));
 }
 
 void ActivityWindow::nameDay(const std::string& log) {
@@ -190,19 +203,24 @@ void ActivityWindow::nameDay(const std::string& log) {
       (log.empty() ? QString() : QStringLiteral(" - ") + plainWindowTitle(toQString(log))));
   const auto end = dayReference(log);
   if (!end) {
-    option_[kDay]->setText(tr("&Day of the log"));
+    dayOfLog_->setText(tr("&Day of the log"));
     return;
   }
   QString digits = toQString(dayDigits(std::chrono::floor<days>(*end - days(1))));
   digits.insert(6, QLatin1Char('/')).insert(4, QLatin1Char('/'));
-  option_[kDay]->setText(tr("&Day %1").arg(digits));
+  dayOfLog_->setText(tr("&Day %1").arg(digits));
 }
 
 void ActivityWindow::drowGraph() {
-  picture_->setChart([this](double width, double height, double ratio) {
-    return vel::drowGraph(counts_, reference_, width, height, ratio);
+  const int station = station_->currentIndex();
+  const std::string name =
+      station > 0 ? stations_[static_cast<std::size_t>(station) - 1] : kAllStations.toStdString();
+  const ActivityTitle title{std::string(Trim(name)), chartedTime(reference_)};
+  picture_->setChart([this, title](double width, double height, double ratio) {
+    return vel::drowGraph(counts_, reference_, width, height, ratio, title);
   });
-  desktop().processEvents();
+  // A message may follow at once: the chart is there before it.
+  picture_->repaint();
 }
 
 bool ActivityWindow::eventFilter(QObject* watched, QEvent* event) {

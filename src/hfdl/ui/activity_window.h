@@ -3,13 +3,13 @@
 #include <QComboBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <array>
 #include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "core/job.h"
 #include "hfdl/activity_load.h"
 #include "hfdl/ui/chart_picture.h"
 #include "hfdl/ui/chart_window.h"
@@ -26,14 +26,11 @@ class ActivityWindow : public ChartWindow {
   /// empty text when none is.
   ActivityWindow(const Context& context, std::function<std::string()> shownLog);
 
-  void Form_Load() override;
-  void Form_Activate() override;
-  void Command1_Click();  ///< "Reflesh"
-  void Option1_Click();
-  void Combo1_Click();
+  /// Only draws the chart again.
+  void whenActivated() override;
 
-  /// Counts the log. A call from inside a running load makes that one start
-  /// afresh.
+  /// Counts the log that the browser shows, then draws the chart. One that is
+  /// under way ends without a trace.
   void fmtDataLoad();
   void drowGraph();
 
@@ -41,28 +38,34 @@ class ActivityWindow : public ChartWindow {
   [[nodiscard]] ChartPicture* picture() const { return picture_; }
 
  protected:
+  void whenOpened() override;
+  void whenClosed() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void buildControls();
-  void loadOnce();
+  QRadioButton* makeOption(const QString& name);
+  void chooseStation();
   [[nodiscard]] ActivityQuery query(const std::string& log) const;
-  void take(const ActivityLoad& load, int station);
+  void finishLoad(const ActivityLoad& load, std::chrono::local_seconds reference,
+                  const Status& status);
+  void showNothing(std::chrono::local_seconds reference);
+  void fillChooser(const std::vector<StationTotal>& stations, std::optional<std::size_t> chosen);
   void nameDay(const std::string& log);
   void showSlot(std::optional<std::size_t> slot, const QPoint& position);
   bool moveSlot(int key);
 
   std::function<std::string()> shownLog_;
-  QComboBox* station_ = nullptr;              // Combo1
-  std::array<QRadioButton*, 2> option_ = {};  // Option1: the last 24 hours, the log's day
+  QComboBox* station_ = nullptr;      // Combo1
+  QRadioButton* upToNow_ = nullptr;   // Option1(0)
+  QRadioButton* dayOfLog_ = nullptr;  // Option1(1)
   ChartPicture* picture_ = nullptr;
 
-  std::vector<std::string> stations_;  // as they stand in the log
+  std::vector<std::string> stations_;  // of the chooser, as they stand in the log
   ActivityCounts counts_;
   std::chrono::local_seconds reference_;
   std::size_t keySlot_ = ActivityCounts::kReferenceSlot;  // whose counts the keys show
-  bool loading_ = false;
-  bool restart_ = false;
+  JobSlot count_;
 };
 
 }  // namespace vel

@@ -1,43 +1,17 @@
 #include "hfdl/ui/chart_painter.h"
 
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <map>
-#include <utility>
 
+#include "core/ui/japanese_fonts.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
 namespace {
 
 QColor toQColor(Colour colour) { return QColor(colour.red, colour.green, colour.blue); }
-
-// The families by either of their names, Japanese or English, whichever the
-// platform lists them under.
-QStringList familiesOf(ChartFont font) {
-  QStringList families =
-      font == ChartFont::mincho
-          ? QStringList{QStringLiteral("ＭＳ 明朝"), QStringLiteral("MS Mincho"),
-                        QStringLiteral("IPAMincho"), QStringLiteral("IPA明朝")}
-          : QStringList{QStringLiteral("ＭＳ ゴシック"), QStringLiteral("MS Gothic"),
-                        QStringLiteral("IPAGothic"), QStringLiteral("IPAゴシック")};
-  const QStringList japanese = QFontDatabase::families(QFontDatabase::Japanese);
-  const auto fixed = std::find_if(japanese.begin(), japanese.end(), [](const QString& family) {
-    return QFontDatabase::isFixedPitch(family);
-  });
-  if (fixed != japanese.end()) families << *fixed;
-  if (!japanese.isEmpty()) families << japanese.front();
-  return families;
-}
-
-const QStringList& cachedFamilies(ChartFont font) {
-  static const std::array<QStringList, 2> families = {familiesOf(ChartFont::mincho),
-                                                      familiesOf(ChartFont::gothic)};
-  return families[font == ChartFont::mincho ? 0 : 1];
-}
 
 // A chart has texts of two or three sizes: their fonts are made once.
 class TextPainter {
@@ -99,7 +73,8 @@ bool touches(const Text& text, const QRectF& area) {
 
 QFont chartFont(ChartFont font, double points) {
   QFont made;
-  made.setFamilies(cachedFamilies(font));
+  made.setFamilies(
+      japaneseFamilies(font == ChartFont::mincho ? JapaneseFont::mincho : JapaneseFont::gothic));
   made.setPixelSize(static_cast<int>(std::lround(textHeight(points))));
   made.setFixedPitch(true);
   // Letters in black and grey alone stay clear when they are enlarged.

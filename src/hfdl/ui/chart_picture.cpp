@@ -2,19 +2,20 @@
 
 #include <QClipboard>
 #include <QFileDialog>
+#include <QFocusEvent>
 #include <QGuiApplication>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QSaveFile>
 #include <QStandardPaths>
-#include <QStyle>
-#include <QStyleOptionFocusRect>
 #include <utility>
 
 #include "hfdl/ui/chart_painter.h"
 
 namespace vel {
 namespace {
+
+constexpr QColor kPointColour(0, 0, 160);
 
 constexpr const char* kNotSaved = "The picture could not be saved. 画像を保存できませんでした。";
 
@@ -89,11 +90,46 @@ void ChartPicture::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.fillRect(event->rect(), Qt::white);
   paintChart(painter, drawing(), event->rect());
-  if (hasFocus()) {
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+  if (point_) {
+    constexpr int kArm = 6;
+    painter.setPen(kPointColour);
+    painter.drawLine(*point_ - QPoint(kArm, 0), *point_ + QPoint(kArm, 0));
+    painter.drawLine(*point_ - QPoint(0, kArm), *point_ + QPoint(0, kArm));
   }
+  if (hasFocus() && framesFocus_) paintFocus(painter);
+}
+
+// A frame around what is seen of the surface: the chart keeps its colours.
+void ChartPicture::paintFocus(QPainter& painter) const {
+  constexpr int kWidth = 2;
+  const QRect seen = visibleRegion().boundingRect();
+  const QColor colour = palette().color(QPalette::Active, QPalette::Highlight);
+  for (const QRect& edge : {QRect(seen.left(), seen.top(), seen.width(), kWidth),
+                            QRect(seen.left(), seen.bottom() - kWidth + 1, seen.width(), kWidth),
+                            QRect(seen.left(), seen.top(), kWidth, seen.height()),
+                            QRect(seen.right() - kWidth + 1, seen.top(), kWidth, seen.height())}) {
+    painter.fillRect(edge, colour);
+  }
+}
+
+void ChartPicture::moveEvent(QMoveEvent* event) {
+  QWidget::moveEvent(event);
+  // The frame stays where it is seen.
+  if (hasFocus()) update();
+}
+
+void ChartPicture::focusInEvent(QFocusEvent* event) {
+  // A window gives the focus to its first widget by itself: nobody asked for it.
+  const bool kept =
+      event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
+  if (!kept) framesFocus_ = true;
+  QWidget::focusInEvent(event);
+}
+
+void ChartPicture::setPoint(std::optional<QPoint> point) {
+  if (point_ == point) return;
+  point_ = point;
+  update();
 }
 
 }  // namespace vel

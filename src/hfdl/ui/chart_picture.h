@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QImage>
+#include <QPoint>
 #include <QWidget>
 #include <functional>
 #include <optional>
@@ -28,6 +29,11 @@ class ChartPicture : public QWidget {
   /// Shows what `make` gives, now and whenever size or scale change.
   void setChart(Maker make);
 
+  /// Marks a point on the screen, for who works with the keys; nothing removes
+  /// the mark. It is no part of the chart.
+  void setPoint(std::optional<QPoint> point);
+  [[nodiscard]] std::optional<QPoint> point() const { return point_; }
+
   /// The shown chart, as it is on the screen.
   [[nodiscard]] const Drawing& drawing() const;
   /// The whole chart with the screen's device pixels.
@@ -45,8 +51,11 @@ class ChartPicture : public QWidget {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
 
  private:
+  void paintFocus(QPainter& painter) const;
   void savePicture();
   void copyPicture() const;
 
@@ -55,6 +64,8 @@ class ChartPicture : public QWidget {
   QAction* save_;
   QAction* copy_;
   Maker make_;
+  std::optional<QPoint> point_;
+  bool framesFocus_ = false;
   // The chart for the size and scale at which it was drawn last.
   mutable std::optional<Drawing> drawing_;
   mutable QSize drawnSize_;

@@ -1,7 +1,6 @@
 #include "hfdl/ui/chart_window.h"
 
 #include <QCloseEvent>
-#include <QMetaObject>
 
 namespace vel {
 
@@ -10,8 +9,7 @@ ChartWindow::ChartWindow(const Context& context) : context_(context) {}
 void ChartWindow::open() {
   if (!open_) {
     open_ = true;
-    Form_Load();
-    if (!isOpen()) return;
+    whenOpened();
   }
   setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
@@ -19,25 +17,17 @@ void ChartWindow::open() {
   activateWindow();
 }
 
-void ChartWindow::activateSoon() {
-  // A load lets events run; it must not do so inside the delivery of one.
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        if (isOpen()) Form_Activate();
-      },
-      Qt::QueuedConnection);
-}
-
 bool ChartWindow::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
   // Not every window manager activates a window that it shows.
   const bool shown = event->type() == QEvent::Show && !event->spontaneous();
-  if (shown || event->type() == QEvent::WindowActivate) activateSoon();
-  return QWidget::event(event);
+  if (open_ && (shown || event->type() == QEvent::WindowActivate)) whenActivated();
+  return handled;
 }
 
 void ChartWindow::closeEvent(QCloseEvent* event) {
   open_ = false;
+  whenClosed();
   QWidget::closeEvent(event);
 }
 

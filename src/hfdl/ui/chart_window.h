@@ -12,30 +12,29 @@ class ChartWindow : public QWidget {
   Q_OBJECT
 
  public:
-  /// The program outlives the window.
+  /// The context outlives the window.
   explicit ChartWindow(const Context& context);
 
-  /// Brings the window to the front; loads it first unless it is open already.
+  /// Brings the window to the front; prepares it first unless it is open
+  /// already.
   void open();
 
-  /// Runs once each time the window is opened, before it is shown.
-  virtual void Form_Load() = 0;
   /// Runs when the window is shown and whenever it becomes the active one.
-  virtual void Form_Activate() = 0;
+  virtual void whenActivated() = 0;
 
  protected:
+  /// Runs once each time the window is opened, before it is shown.
+  virtual void whenOpened() = 0;
+  /// Ends what is under way.
+  virtual void whenClosed() = 0;
+
   bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
   [[nodiscard]] const Context& context() const { return context_; }
   [[nodiscard]] Desktop& desktop() const { return context_.desktop; }
-  /// False once the window was closed or the program ends: what was under way
-  /// stops then.
-  [[nodiscard]] bool isOpen() const { return open_ && !desktop().isEnding(); }
 
  private:
-  void activateSoon();
-
   const Context& context_;
   bool open_ = false;
 };

@@ -4,6 +4,8 @@
 #include <QShowEvent>
 #include <utility>
 
+#include "hfdl/ui/chart_painter.h"
+
 namespace vel {
 namespace {
 
@@ -11,39 +13,49 @@ namespace {
 // as much space behind it.
 constexpr int kMargin = Magnifier::kTimes;
 constexpr int kWindowSide = Magnifier::kSquare * Magnifier::kTimes + 2 * kMargin;
+constexpr int kAxisHeight = 36;
+
+void paintAxis(QPainter& painter, const Drawing& axis) {
+  painter.save();
+  painter.translate(kMargin, kWindowSide);
+  paintChart(painter, axis, QRectF(0, 0, axis.width, axis.height));
+  painter.restore();
+}
 
 }  // namespace
 
-Magnifier::Magnifier(Sampler picture, QWidget* parent)
-    : QDialog(parent), picture_(std::move(picture)) {
+Magnifier::Magnifier(Sampler picture, Axis axis, QWidget* parent)
+    : QDialog(parent), picture_(std::move(picture)), axis_(std::move(axis)) {
   setObjectName(QStringLiteral("Magnifier"));
   setWindowTitle(QStringLiteral("VEL Magnifier"));
   setAccessibleName(tr("Part of the chart, four times enlarged"));
   setWindowFlag(Qt::WindowContextHelpButtonHint, false);
   setAttribute(Qt::WA_OpaquePaintEvent);
   setModal(true);
-  setFixedSize(kWindowSide, kWindowSide);
+  setFixedSize(kWindowSide, kWindowSide + (axis_ ? kAxisHeight : 0));
 }
 
 void Magnifier::setCentre(int x, int y) { origin_ = QPoint(x, y); }
 
-void Magnifier::Form_Activate() {
+void Magnifier::takeSquare() {
   origin_ -= QPoint(kSquare / 2, kSquare / 2);
-  square_ = picture_(QRect(origin_ + QPoint(1, 1), QSize(kSquare, kSquare)))
-                .convertToFormat(QImage::Format_ARGB32);
+  const QRect area(origin_ + QPoint(1, 1), QSize(kSquare, kSquare));
+  square_ = picture_(area).convertToFormat(QImage::Format_ARGB32);
+  if (axis_) shownAxis_ = axis_(area);
   update();
 }
 
 void Magnifier::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   // Coming back from an icon shows the same square.
-  if (!event->spontaneous()) Form_Activate();
+  if (!event->spontaneous()) takeSquare();
 }
 
 void Magnifier::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.fillRect(rect(), QColor(kOutside));
   painter.setRenderHint(QPainter::Antialiasing, false);
+  if (axis_) paintAxis(painter, shownAxis_);
   if (square_.isNull()) return;
   // Each device pixel becomes a box of four by four, so that a screen of
   // another scale shows neither smeared nor coarser boxes.

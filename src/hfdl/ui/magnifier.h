@@ -5,10 +5,13 @@
 #include <QPoint>
 #include <functional>
 
+#include "hfdl/shapes.h"
+
 namespace vel {
 
-/// Shows a square of 150 x 150 pixels of a picture four times enlarged. It is
-/// taken anew each time the window is shown; clicks do nothing.
+/// Shows a square of 150 x 150 pixels of a picture four times enlarged, and
+/// below it the axis of that part. It is taken anew each time the window is
+/// shown; clicks do nothing.
 class Magnifier : public QDialog {
   Q_OBJECT
 
@@ -22,13 +25,15 @@ class Magnifier : public QDialog {
   /// transparent where it reaches outside the picture.
   using Sampler = std::function<QImage(const QRect& area)>;
 
-  Magnifier(Sampler picture, QWidget* parent);
+  /// Gives the axis of that part of the picture, kTimes as wide as the part.
+  using Axis = std::function<Drawing(const QRect& area)>;
+
+  /// Without `axis` there is none.
+  Magnifier(Sampler picture, Axis axis, QWidget* parent);
 
   /// The point around which the next activation enlarges. An activation
   /// without a new one moves the square up and left by half its side.
   void setCentre(int x, int y);
-
-  void Form_Activate();
 
   /// What the centre has become: the upper left corner of the square, less one
   /// pixel in both directions.
@@ -39,9 +44,13 @@ class Magnifier : public QDialog {
   void showEvent(QShowEvent* event) override;
 
  private:
+  void takeSquare();
+
   Sampler picture_;
+  Axis axis_;
   QPoint origin_;
   QImage square_;
+  Drawing shownAxis_;
 };
 
 }  // namespace vel

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <utility>
 
+#include "core/ui/japanese_fonts.h"
+
 namespace vel {
 namespace {
 
@@ -39,14 +41,7 @@ std::size_t beforeBreak(std::string_view line) {
 QFont fixedPitchFont() {
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
   const QStringList present = QFontDatabase::families(QFontDatabase::Japanese);
-  const QStringList known = {QStringLiteral("ＭＳ ゴシック"),
-                             QStringLiteral("MS Gothic"),
-                             QStringLiteral("IPAGothic"),
-                             QStringLiteral("IPA ゴシック"),
-                             QStringLiteral("Noto Sans Mono CJK JP"),
-                             QStringLiteral("VL Gothic"),
-                             QStringLiteral("TakaoGothic")};
-  for (const QString& family : known) {
+  for (const QString& family : japaneseFamilies(JapaneseFont::gothic)) {
     if (!present.contains(family)) continue;
     font.setFamilies({family});
     break;

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QHelpEvent>
 #include <QImageReader>
+#include <QTextDocument>
+#include <QTimer>
 #include <QToolTip>
 #include <filesystem>
 
@@ -48,7 +50,7 @@ class ActivityWindowTest : public testing::Test {
   void open() {
     window_.open();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
-    QTest::qWait(20);
+    finishJobs();
   }
 
   template <typename T>
@@ -69,7 +71,14 @@ class ActivityWindowTest : public testing::Test {
     }
     return names;
   }
-  static void press(QAbstractButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
+  static void press(QAbstractButton* button) {
+    QTest::mouseClick(button, Qt::LeftButton);
+    finishJobs();
+  }
+  static void pressKey(QWidget* widget, Qt::Key key) {
+    QTest::keyClick(widget, key);
+    finishJobs();
+  }
 
   [[nodiscard]] ActivityPlot plot() const {
     const ChartPicture* picture = window_.picture();
@@ -92,7 +101,7 @@ TEST_F(ActivityWindowTest, OpensWithAllStationsAndTheLast24Hours) {
         message("11:00:00", " UP LINK", "Auckland, New Zealand"));
   open();
   EXPECT_EQ(chooser()->currentText().toStdString(), "ALL");
-  EXPECT_THAT(stations(), ElementsAre("ALL", "Molokai, Hawaii", "Auckland, New Zealand"));
+  EXPECT_THAT(stations(), ElementsAre("ALL", "Molokai, Hawaii  1", "Auckland, New Zealand  1"));
   EXPECT_TRUE(option(0)->isChecked());
   EXPECT_EQ(option(0)->text().remove(QLatin1Char('&')).toStdString(), "Current");
   EXPECT_EQ(option(1)->text().remove(QLatin1Char('&')).toStdString(), "Day 2026/11/17");
@@ -176,13 +185,13 @@ TEST_F(ActivityWindowTest, AnotherStationCountsOnlyItsMessages) {
   press(option(1));
   EXPECT_EQ(window_.counts().squitters[36], 8);
   chooser()->setFocus();
-  QTest::keyClick(chooser(), Qt::Key_Down);
+  pressKey(chooser(), Qt::Key_Down);
   EXPECT_EQ(window_.counts().squitters[36], 3);
   EXPECT_EQ(painted(36, 2, 100), kRed);
-  QTest::keyClick(chooser(), Qt::Key_Down);
+  pressKey(chooser(), Qt::Key_Down);
   EXPECT_EQ(window_.counts().squitters[36], 5);
-  EXPECT_THAT(stations(), ElementsAre("ALL", "A", "B"));
-  QTest::keyClick(chooser(), Qt::Key_Home);
+  EXPECT_THAT(stations(), ElementsAre("ALL", "A  3", "B  5"));
+  pressKey(chooser(), Qt::Key_Home);
   EXPECT_EQ(window_.counts().squitters[36], 8);
 }
 
@@ -206,11 +215,10 @@ TEST_F(ActivityWindowTest, ActivationOnlyRedraws) {
   write(message("11:58:00", " SQUITTER", "A"));
   open();
   write(repeated(7, message("11:58:00", " SQUITTER", "A")));
-  window_.Form_Activate();
-  window_.open();
-  QTest::qWait(20);
+  window_.whenActivated();
+  open();
   EXPECT_EQ(window_.counts().squitters[143], 1);
-  QTest::keyClick(&window_, Qt::Key_F5);
+  pressKey(&window_, Qt::Key_F5);
   EXPECT_EQ(window_.counts().squitters[143], 7);
 }
 
@@ -218,10 +226,11 @@ TEST_F(ActivityWindowTest, ClosedAndOpenedAgainItLoadsAnewForAllStations) {
   write(message("11:58:00", " SQUITTER", "A"));
   open();
   chooser()->setCurrentIndex(1);
+  finishJobs();
   window_.close();
   write(message("11:58:00", " SQUITTER", "B"));
   open();
-  EXPECT_THAT(stations(), ElementsAre("ALL", "B"));
+  EXPECT_THAT(stations(), ElementsAre("ALL", "B  1"));
   EXPECT_EQ(chooser()->currentIndex(), 0);
   EXPECT_EQ(window_.counts().squitters[143], 1);
 }
@@ -248,11 +257,9 @@ TEST_F(ActivityWindowTest, LogThatVanishedIsToldOnceAndLeavesAnEmptyChart) {
 
 TEST_F(ActivityWindowTest, LogThatVanishesWhileItIsReadIsCountedToItsEnd) {
   write(repeated(30000, message("11:58:00", " SQUITTER", "A")));
-  station_.desktop.onProcessEvents = [this] {
-    std::error_code error;
-    std::filesystem::remove(station_.base.folders.logs / kLog, error);
-  };
-  open();
+  window_.open();
+  std::filesystem::remove(station_.base.folders.logs / kLog);
+  finishJobs();
   EXPECT_EQ(window_.counts().squitters[143], 30000);
   EXPECT_THAT(station_.desktop.messages, IsEmpty());
 }
@@ -280,34 +287,35 @@ TEST_F(ActivityWindowTest, ThirtySecondStationIsToldOnceAfterTheLoad) {
               ElementsAre("2 stations are not shown. 2局は表示されません。"));
 }
 
-TEST_F(ActivityWindowTest, EventsRunWhileALongLogIsReadAndTheLastRequestWins) {
-  write(repeated(40000, message("06:00:00", " SQUITTER", "A")));
-  bool asked = false;
-  station_.desktop.onProcessEvents = [&] {
-    if (asked || !window_.isVisible()) return;
-    asked = true;
-    option(1)->click();
-  };
+TEST_F(ActivityWindowTest, EventsRunWhileALongLogIsRead) {
+  write(repeated(300'000, message("11:58:00", " SQUITTER", "A")));
+  window_.open();
+  int turns = 0;
+  QTimer between;
+  QObject::connect(&between, &QTimer::timeout, [&] { ++turns; });
+  between.start(0);
+  finishJobs();
+  EXPECT_GT(turns, 3);
+  EXPECT_EQ(window_.counts().squitters[143], 300'000);
+}
+
+TEST_F(ActivityWindowTest, LastRequestWinsOverTheLoadUnderWay) {
+  write(message("06:00:00", " SQUITTER", "A") + message("13:00:00", " SQUITTER", "A"));
   open();
-  const int turns = station_.desktop.eventTurns;
-  asked = false;
-  press(refresh());
-  EXPECT_TRUE(asked);
-  EXPECT_GT(station_.desktop.eventTurns, turns + 3);
-  EXPECT_EQ(window_.counts().squitters[36], 40000) << "the day, not the last 24 hours";
+  QTest::mouseClick(refresh(), Qt::LeftButton);
+  QTest::mouseClick(option(1), Qt::LeftButton);
+  finishJobs();
+  EXPECT_EQ(window_.counts().squitters[36], 1) << "the day, not the last 24 hours";
+  EXPECT_EQ(window_.counts().squitters[78], 1);
 }
 
 TEST_F(ActivityWindowTest, StationChosenDuringALoadIsTakenBack) {
   write(repeated(40000, message("11:58:00", " SQUITTER", "A")));
   open();
   ASSERT_EQ(chooser()->count(), 2);
-  bool chosen = false;
-  station_.desktop.onProcessEvents = [&] {
-    if (!chosen) chooser()->setCurrentIndex(1);
-    chosen = true;
-  };
-  press(refresh());
-  EXPECT_TRUE(chosen);
+  QTest::mouseClick(refresh(), Qt::LeftButton);
+  chooser()->setCurrentIndex(1);
+  finishJobs();
   EXPECT_EQ(chooser()->currentIndex(), 0);
   EXPECT_EQ(window_.counts().squitters[143], 40000);
 }
@@ -315,10 +323,128 @@ TEST_F(ActivityWindowTest, StationChosenDuringALoadIsTakenBack) {
 TEST_F(ActivityWindowTest, ClosedDuringALoadItStops) {
   write(repeated(40000, message("11:58:00", " SQUITTER", "A")));
   open();
-  station_.desktop.onProcessEvents = [this] { window_.close(); };
-  press(refresh());
+  QTest::mouseClick(refresh(), Qt::LeftButton);
+  window_.close();
+  finishJobs();
   EXPECT_EQ(window_.counts().squitters[143], 0);
   EXPECT_FALSE(window_.isVisible());
+}
+
+TEST_F(ActivityWindowTest, ChartIsDrawnAnewBeforeAMessageAboutItsLoad) {
+  std::string log;
+  for (int i = 0; i < 32; ++i) {
+    log += message("11:58:00", " SQUITTER", "Station " + std::to_string(i));
+  }
+  write(message("11:58:00", " SQUITTER", "A"));
+  open();
+  write(log);
+  PaintWatch paints(window_.picture());
+  int told = 0;
+  station_.desktop.onMessage = [&](const std::string&) {
+    ++told;
+    EXPECT_GT(paints.count, 0);
+    EXPECT_EQ(painted(143, 16, 100), kRed);
+  };
+  press(refresh());
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(ActivityWindowTest, StationsOfAnEarlierLogGiveUpTheirPlaces) {
+  std::string early;
+  std::string late;
+  for (int i = 0; i < 31; ++i) {
+    early += message("06:00:00", " SQUITTER", "Early " + std::to_string(i));
+    late += message("07:00:00", " SQUITTER", "Late " + std::to_string(i));
+  }
+  write(early);
+  write(late, "202611160000_HFDL_FMT.log");
+  open();
+  ASSERT_EQ(chooser()->count(), 1 + 31);
+  shown_ = "202611160000_HFDL_FMT.log";
+  press(refresh());
+  EXPECT_EQ(chooser()->count(), 1 + 31);
+  EXPECT_EQ(chooser()->itemText(31).toStdString(), "Late 30  1");
+  EXPECT_THAT(station_.desktop.messages, IsEmpty());
+}
+
+TEST_F(ActivityWindowTest, ChosenStationStaysChosenWhereverItStandsInTheNextLog) {
+  write(message("11:00:00", " SQUITTER", "A") + message("11:00:00", " SQUITTER", "B"));
+  open();
+  chooser()->setFocus();
+  pressKey(chooser(), Qt::Key_End);
+  write(message("11:00:00", " SQUITTER", "C") + repeated(2, message("11:00:00", " SQUITTER", "B")) +
+        message("11:00:00", " SQUITTER", "A"));
+  press(refresh());
+  EXPECT_EQ(chooser()->currentText().toStdString(), "B  2");
+  EXPECT_EQ(window_.counts().squitters[137], 2);
+  write(message("11:00:00", " SQUITTER", "C"));
+  press(refresh());
+  EXPECT_EQ(chooser()->currentText().toStdString(), "ALL") << "the log does not have it";
+  EXPECT_EQ(window_.counts().squitters[137], 1);
+}
+
+TEST_F(ActivityWindowTest, OpensWithTheDayWhereTheBrowserShowsAnotherThanToday) {
+  shown_ = "202611160000_HFDL_FMT.log";
+  write("[3]------------------------[2026/11/16 07:00:00]\r\n UP LINK\r\n", shown_);
+  open();
+  EXPECT_TRUE(option(1)->isChecked());
+  EXPECT_EQ(window_.counts().uplinks[42], 1);
+  window_.close();
+  shown_ = kLog;
+  open();
+  EXPECT_TRUE(option(0)->isChecked());
+}
+
+TEST_F(ActivityWindowTest, LongStationNameIsCutInTheChooserAndWholeInItsToolTip) {
+  const std::string name = "<b>" + std::string(247, 'W');
+  write(message("11:00:00", " SQUITTER", name));
+  open();
+  chooser()->setFocus();
+  pressKey(chooser(), Qt::Key_Down);
+  EXPECT_THAT(chooser()->currentText().toStdString(), testing::EndsWith("\u2026  1"));
+  EXPECT_LT(window_.minimumSizeHint().width(), 800);
+  EXPECT_LT(chooser()->width(), 400);
+  for (const QString& tip :
+       {chooser()->toolTip(), chooser()->itemData(1, Qt::ToolTipRole).toString()}) {
+    QTextDocument shown;
+    if (Qt::mightBeRichText(tip)) {
+      shown.setHtml(tip);
+    } else {
+      shown.setPlainText(tip);
+    }
+    EXPECT_THAT(shown.toPlainText().toStdString(), testing::StartsWith(name));
+  }
+}
+
+TEST_F(ActivityWindowTest, ChartSaysStationAndDay) {
+  write(message("06:00:00", " SQUITTER", "Agana, Guam"));
+  open();
+  const auto texts = [this] {
+    std::vector<std::string> found;
+    for (const Shape& shape : window_.picture()->drawing().shapes) {
+      if (const auto* text = std::get_if<Text>(&shape)) found.push_back(text->text);
+    }
+    return found;
+  };
+  EXPECT_THAT(texts(), testing::Contains("ALL  24h to 2026/11/17 12:05"));
+  press(option(1));
+  chooser()->setFocus();
+  pressKey(chooser(), Qt::Key_Down);
+  EXPECT_THAT(texts(), testing::Contains("Agana, Guam  2026/11/17"));
+}
+
+TEST_F(ActivityWindowTest, FocusDrawsAFrameAndLeavesTheChartItsColours) {
+  write(repeated(50, message("11:58:00", " SQUITTER", "A")));
+  open();
+  window_.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
+  const QImage before = window_.picture()->grab().toImage();
+  window_.picture()->setFocus(Qt::TabFocusReason);
+  ASSERT_TRUE(window_.picture()->hasFocus());
+  const QImage after = window_.picture()->grab().toImage();
+  EXPECT_NE(after.pixelColor(0, after.height() / 2), before.pixelColor(0, after.height() / 2));
+  const QRect inside = after.rect().adjusted(3, 3, -3, -3);
+  EXPECT_EQ(after.copy(inside), before.copy(inside));
 }
 
 TEST_F(ActivityWindowTest, ToolTipTellsASlotsTimeAndCounts) {
@@ -406,7 +532,7 @@ TEST_F(ActivityWindowTest, ResizedWindowIsDrawnForItsNewSize) {
   open();
   for (const QSize size : {QSize(1200, 800), QSize(700, 400)}) {
     window_.resize(size);
-    QTest::qWait(20);
+    EXPECT_TRUE(waitFor([&] { return window_.size() == size; }));
     EXPECT_EQ(painted(143, 22, 100), kRed);
     EXPECT_EQ(painted(143, 55, 100), kWhite);
   }

@@ -2,6 +2,7 @@
 
 #include <QImage>
 #include <QTest>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -31,6 +32,24 @@ inline QColor colourAt(const QImage& picture, double x, double y) {
   const double ratio = picture.devicePixelRatio();
   return picture.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
 }
+
+/// Counts the paints of a widget, and may look at each.
+class PaintWatch : public QObject {
+ public:
+  explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
+
+  int count = 0;
+  std::function<void()> onPaint;  ///< before the widget paints
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Paint) {
+      ++count;
+      if (onPaint) onPaint();
+    }
+    return QObject::eventFilter(watched, event);
+  }
+};
 
 /// Lets what is queued run until `done`, at most five seconds.
 template <typename Condition>

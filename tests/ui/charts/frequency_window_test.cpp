@@ -2,10 +2,16 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QImageReader>
+#include <QMenu>
+#include <QTextDocument>
 #include <QTimer>
 #include <QToolButton>
+#include <QToolTip>
 #include <QWheelEvent>
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
@@ -13,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include "hfdl/frequency_chart.h"
+#include "hfdl/ui/chart_painter.h"
 #include "tests/ui/charts/chart_station.h"
 
 namespace vel::test {
@@ -51,7 +58,7 @@ class FrequencyWindowTest : public testing::Test {
   void open() {
     window_.open();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
-    QTest::qWait(20);
+    finishJobs();
   }
 
   QScrollBar* scroll() const { return window_.findChild<QScrollBar*>(QStringLiteral("VScroll1")); }
@@ -86,7 +93,11 @@ class FrequencyWindowTest : public testing::Test {
     });
     closing.start(10);
     QTest::mouseClick(window_.picture(), button, {}, point);
-    QTest::qWait(100);
+    EXPECT_FALSE(window_.magnifier()->isVisible()) << "not inside the press";
+    finishJobs();
+    if (window_.magnifier()->isVisible()) {
+      EXPECT_TRUE(waitFor([this] { return !window_.magnifier()->isVisible(); }));
+    }
     return shown;
   }
 
@@ -101,9 +112,9 @@ TEST_F(FrequencyWindowTest, FirstActivationLoadsAndDrawsLaterOnesDoNot) {
   ASSERT_EQ(window_.tables().stationCount(), 1U);
   EXPECT_THAT(texts(), testing::IsSupersetOf({"Molokai", "    2998"}));
   write(header("2026/11/15 06:00:00") + frequencies("2998", "Auckland"));
-  window_.open();
-  window_.Form_Activate();
-  QTest::qWait(20);
+  open();
+  window_.whenActivated();
+  finishJobs();
   EXPECT_EQ(window_.tables().stationName(0), "Molokai");
 }
 
@@ -146,6 +157,7 @@ TEST_F(FrequencyWindowTest, EmptyLogsFolderDrawsOnlyTheGridAndItsLabels) {
   EXPECT_THAT(texts(), testing::IsSupersetOf({"11/11", "11/17", "11/18", "06", "18"}));
   std::filesystem::remove_all(station_.base.folders.logs);
   QTest::keyClick(&window_, Qt::Key_F5);
+  finishJobs();
   EXPECT_THAT(station_.desktop.messages, IsEmpty());
 }
 
@@ -164,25 +176,29 @@ TEST_F(FrequencyWindowTest, ProgressGrowsByACharacterForEachFileAndIsNavyAt50x50
   write("", "202611110000_HFDL_FMT.log");
   write("", "202611170000_HFDL_FMT.log");
   write("", "202611190000_HFDL_FMT.log");
+  open();
   std::vector<std::string> progress;
   bool navy = false;
-  station_.desktop.onProcessEvents = [&] {
+  PaintWatch paints(window_.picture());
+  paints.onPaint = [&] {
     const Drawing& drawing = window_.picture()->drawing();
-    ASSERT_EQ(drawing.shapes.size(), 1U);
-    const Text& text = std::get<Text>(drawing.shapes.front());
-    if (progress.empty() || progress.back() != text.text) progress.push_back(text.text);
-    EXPECT_EQ(text.x, 50);
-    EXPECT_EQ(text.y, 50);
-    EXPECT_EQ(text.colour, (Colour{0, 0, 128}));
+    const Text* text = std::get_if<Text>(&drawing.shapes.front());
+    if (drawing.shapes.size() != 1 || text == nullptr) return;
+    progress.push_back(text->text);
+    EXPECT_EQ(text->x, 50);
+    EXPECT_EQ(text->y, 50);
+    EXPECT_EQ(text->colour, (Colour{0, 0, 128}));
     EXPECT_FALSE(scroll()->isEnabled());
-    const QImage image = painted();
+    const QImage image = chartImage(drawing, 1);
     for (int y = 50; y < 64; ++y) {
       for (int x = 50; x < 140; ++x) navy = navy || image.pixelColor(x, y) == QColor(0, 0, 128);
     }
   };
-  open();
-  station_.desktop.onProcessEvents = nullptr;
-  EXPECT_THAT(progress, ElementsAre("Loading .o", "Loading .oo"));
+  QTest::keyClick(&window_, Qt::Key_F5);
+  ASSERT_THAT(progress, ElementsAre("Loading ")) << "drawn before the work begins";
+  finishJobs();
+  progress.erase(std::unique(progress.begin(), progress.end()), progress.end());
+  EXPECT_THAT(progress, ElementsAre("Loading ", "Loading .o", "Loading .oo"));
   EXPECT_TRUE(navy);
   EXPECT_TRUE(scroll()->isEnabled());
 }
@@ -191,17 +207,20 @@ TEST_F(FrequencyWindowTest, LoadUnderWayKeepsASecondOneFromStarting) {
   write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
   write(header("2026/11/16 06:00:00") + frequencies("2998", "Auckland"),
         "202611160000_HFDL_FMT.log");
+  window_.open();
   int asked = 0;
-  station_.desktop.onProcessEvents = [&] {
-    if (++asked > 100) return;
+  QTimer between;
+  QObject::connect(&between, &QTimer::timeout, [&] {
+    if (drivenJobs->isIdle()) return;
+    ++asked;
     const std::size_t before = window_.tables().stationCount();
     window_.loadFMTlog(std::chrono::local_days(std::chrono::year(2020) / 1 / 1));
     window_.resize(window_.width() + 1, window_.height());
     EXPECT_EQ(window_.tables().stationCount(), before);
-  };
-  open();
+  });
+  between.start(0);
+  finishJobs();
   EXPECT_GT(asked, 0);
-  EXPECT_LT(asked, 100);
   EXPECT_EQ(window_.tables().stationCount(), 2U);
 }
 
@@ -217,11 +236,9 @@ TEST_F(FrequencyWindowTest, LogThatVanishesIsToldOnceAndTheOthersAreShown) {
         "202611150000_HFDL_FMT.log");
   write(header("2026/11/16 06:00:00") + frequencies("2998", "Auckland"),
         "202611160000_HFDL_FMT.log");
-  station_.desktop.onProcessEvents = [this] {
-    std::error_code error;
-    std::filesystem::remove(station_.base.folders.logs / "202611160000_HFDL_FMT.log", error);
-  };
-  open();
+  window_.open();
+  std::filesystem::remove(station_.base.folders.logs / "202611160000_HFDL_FMT.log");
+  finishJobs();
   EXPECT_THAT(station_.desktop.messages, ElementsAre("ERROR #53"));
   ASSERT_EQ(window_.tables().stationCount(), 1U);
   EXPECT_THAT(texts(), testing::Contains("Molokai"));
@@ -363,7 +380,7 @@ TEST_F(FrequencyWindowTest, ResizedWindowIsDrawnForItsNewSize) {
   open();
   for (const QSize size : {QSize(1270, 780), QSize(760, 400)}) {
     window_.resize(size);
-    QTest::qWait(20);
+    EXPECT_TRUE(waitFor([&] { return window_.size() == size; }));
     EXPECT_EQ(window_.picture()->size(), frame()->size());
     EXPECT_EQ(colourAt(painted(), std::floor(x(15, 7, 3) + 0.5), rowMiddle(0)), kMark);
     EXPECT_EQ(colourAt(painted(), std::floor(x(16, 0, 0) + 0.5), frame()->height() - 12), kDay);
@@ -397,18 +414,162 @@ TEST_F(FrequencyWindowTest, CopyPutsThePictureOnTheClipboard) {
 
 TEST_F(FrequencyWindowTest, ClosedDuringALoadItStopsAndOpensAgain) {
   write(header("2026/11/15 06:00:00") + frequencies("2998", "Molokai"));
-  bool closed = false;
-  station_.desktop.onProcessEvents = [&] {
-    if (!closed) window_.close();
-    closed = true;
-  };
   window_.open();
-  ASSERT_TRUE(waitFor([&] { return closed; }));
+  window_.close();
+  finishJobs();
   EXPECT_EQ(window_.tables().stationCount(), 0U);
   EXPECT_FALSE(window_.isVisible());
   open();
   EXPECT_EQ(window_.tables().stationCount(), 1U);
   EXPECT_TRUE(scroll()->isEnabled());
+}
+
+TEST_F(FrequencyWindowTest, ClosedWhileAMessageIsShownItOpensAgain) {
+  write(header("2026/11/15 06:00:00") + frequencies("1 2 3 4 5 6 7 8 9 10 11 12", "Molokai"));
+  station_.desktop.onMessage = [this](const std::string&) { window_.close(); };
+  window_.open();
+  finishJobs();
+  EXPECT_FALSE(window_.isVisible());
+  station_.desktop.onMessage = nullptr;
+  open();
+  EXPECT_EQ(station_.desktop.messages.size(), 2U);
+  EXPECT_THAT(texts(), testing::Contains("Molokai"));
+  EXPECT_TRUE(scroll()->isEnabled());
+}
+
+TEST_F(FrequencyWindowTest, ReopenedTheChartStartsAtTheTop) {
+  writeManyStations(31);
+  open();
+  scroll()->setValue(400);
+  window_.close();
+  open();
+  EXPECT_EQ(scroll()->value(), 0);
+  EXPECT_EQ(window_.picture()->y(), 0);
+}
+
+TEST_F(FrequencyWindowTest, DatesAndHoursStayAboveTheRowsWhenTheseAreScrolled) {
+  writeManyStations(31);
+  open();
+  const auto upperPart = [this] {
+    return frame()->grab(QRect(0, 0, frame()->width(), 20)).toImage();
+  };
+  const QImage top = upperPart();
+  for (const int place : {1, 137, scroll()->maximum()}) {
+    scroll()->setValue(place);
+    EXPECT_EQ(upperPart(), top) << place;
+  }
+  // What is saved has the axis once, at its top.
+  EXPECT_EQ(window_.picture()->picture().copy(0, 0, frame()->width(), 20),
+            top.convertToFormat(QImage::Format_RGB32));
+}
+
+TEST_F(FrequencyWindowTest, MagnifierTellsTheHoursAndTheDateOfItsPart) {
+  writeManyStations(31);
+  open();
+  scroll()->setValue(400);
+  const QPoint point(static_cast<int>(x(15, 7, 0)), 600);
+  ASSERT_TRUE(pressMagnifies(Qt::RightButton, point));
+  const int below = 4 * (Magnifier::kSquare + 2);
+  ASSERT_GT(square_.height(), below + 10);
+  const double left = window_.magnifier()->origin().x() + 1;
+  const auto enlarged = [&](int hour) {
+    return static_cast<int>(4 + 4 * (std::floor(x(15, hour, 0) + 0.5) - left));
+  };
+  EXPECT_EQ(square_.pixelColor(enlarged(8), below + 2), QColor(100, 150, 100));
+  EXPECT_EQ(square_.pixelColor(enlarged(8) + 10, below + 2), kWhite);
+  EXPECT_EQ(square_.pixelColor(enlarged(0), below + 2), kDay);
+}
+
+TEST_F(FrequencyWindowTest, ToolTipTellsStationFrequencyDayAndTimeAndIsNoMarkup) {
+  write(header("2026/11/15 06:00:00") + frequencies("2998", "<img src=x width=3000>"));
+  open();
+  const QPoint point(static_cast<int>(std::ceil(x(15, 7, 0))), static_cast<int>(rowMiddle(0)));
+  QHelpEvent help(QEvent::ToolTip, point, window_.picture()->mapToGlobal(point));
+  QCoreApplication::sendEvent(window_.picture(), &help);
+  QTextDocument shown;
+  shown.setHtml(QToolTip::text());
+  EXPECT_THAT(shown.toPlainText().toStdString(),
+              testing::StartsWith("<img src=x width=3000>\n2998\n2026/11/15 07:0"));
+  EXPECT_THAT(shown.toPlainText().toStdString(), testing::EndsWith("\nRight-click to enlarge"));
+}
+
+TEST_F(FrequencyWindowTest, ArrowKeysMoveThePointFromRowToRowAndKeepItInSight) {
+  writeManyStations(31);
+  open();
+  QTest::keyClick(&window_, Qt::Key_Right);
+  ASSERT_TRUE(window_.picture()->point().has_value());
+  const QPoint first = *window_.picture()->point();
+  QTest::keyClick(&window_, Qt::Key_Right);
+  EXPECT_GT(window_.picture()->point()->x(), first.x());
+  QTest::keyClick(&window_, Qt::Key_Left);
+  EXPECT_EQ(*window_.picture()->point(), first);
+  QTest::keyClick(&window_, Qt::Key_Right, Qt::ControlModifier);
+  EXPECT_EQ(window_.picture()->point()->x(), first.x() + 1);
+  int last = first.y();
+  for (int i = 0; i < 400; ++i) {
+    QTest::keyClick(&window_, Qt::Key_Down);
+    const QPoint point = *window_.picture()->point();
+    EXPECT_GE(point.y(), last);
+    last = point.y();
+    const int seen = point.y() + window_.picture()->y();
+    ASSERT_GE(seen, kAxisHeight);
+    ASSERT_LT(seen, frame()->height());
+    ASSERT_TRUE(placeTip(window_.tables(),
+                         std::chrono::local_days(std::chrono::year(2026) / 11 / 11),
+                         window_.picture()->width(), point.x(), point.y())
+                    .starts_with("Station "));
+  }
+  EXPECT_TRUE(QToolTip::text().startsWith(QStringLiteral("Station 30\n17919\n2026/11/")));
+  EXPECT_EQ(scroll()->value(), scroll()->maximum());
+  for (int i = 0; i < 400; ++i) QTest::keyClick(&window_, Qt::Key_Up);
+  EXPECT_TRUE(QToolTip::text().startsWith(QStringLiteral("Station 0\n2998\n2026/11/")));
+  EXPECT_EQ(scroll()->value(), 0);
+}
+
+TEST_F(FrequencyWindowTest, MenuKeysOpenAMenuThatEnlargesSavesCopiesAndLoadsAgain) {
+  write(header("2026/11/15 07:03:00") + frequencies("2998", "Molokai"));
+  open();
+  for (const auto& [key, modifier] :
+       {std::pair(Qt::Key_Menu, Qt::NoModifier), std::pair(Qt::Key_F10, Qt::ShiftModifier)}) {
+    QTest::keyClick(&window_, key, modifier);
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_EQ(menu->objectName().toStdString(), "ChartMenu");
+    std::vector<std::string> captions;
+    for (const QAction* action : menu->actions()) {
+      captions.push_back(action->text().remove(QLatin1Char('&')).toStdString());
+    }
+    EXPECT_THAT(captions,
+                ElementsAre("Enlarge", "Save picture as PNG...", "Copy picture", "Reload"));
+    QTest::keyClick(menu, Qt::Key_Escape);
+    EXPECT_FALSE(menu->isVisible());
+  }
+  QTest::keyClick(&window_, Qt::Key_Right);
+  const QPoint point = *window_.picture()->point();
+  write(header("2026/11/15 07:03:00") + frequencies("2998", "Auckland"));
+  QTest::keyClick(&window_, Qt::Key_Menu);
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_E);
+  finishJobs();
+  EXPECT_EQ(window_.tables().stationName(0), "Auckland");
+  EXPECT_TRUE(window_.magnifier()->isVisible());
+  EXPECT_EQ(QApplication::activeModalWidget(), window_.magnifier());
+  EXPECT_EQ(window_.magnifier()->origin(), point - QPoint(75, 75));
+  window_.magnifier()->close();
+  EXPECT_EQ(window_.picture()->point(), point) << "still there";
+  write(header("2026/11/15 07:03:00") + frequencies("2998", "Agana"));
+  QTest::keyClick(&window_, Qt::Key_Menu);
+  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_R);
+  finishJobs();
+  EXPECT_EQ(window_.tables().stationName(0), "Agana");
+  EXPECT_FALSE(window_.magnifier()->isVisible());
+}
+
+TEST_F(FrequencyWindowTest, MouseAloneOpensNoMenu) {
+  open();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(300, 60),
+                          window_.picture()->mapToGlobal(QPoint(300, 60)));
+  QCoreApplication::sendEvent(window_.picture(), &event);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
 }  // namespace

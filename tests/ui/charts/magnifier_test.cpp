@@ -40,7 +40,7 @@ class MagnifierTest : public testing::Test {
     return image;
   }
 
-  Magnifier magnifier_{sample, nullptr};
+  Magnifier magnifier_{sample, nullptr, nullptr};
 };
 
 TEST_F(MagnifierTest, EachOf150Times150PixelsIsABoxOfFourTimesFour) {
@@ -134,7 +134,7 @@ TEST(MagnifierAtDoubleScale, EachDevicePixelIsABoxOfFourTimesFourDevicePixels) {
         }
         return image;
       },
-      nullptr);
+      nullptr, nullptr);
   magnifier.setCentre(200, 150);
   magnifier.show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&magnifier));
