@@ -115,6 +115,21 @@ void forEachMarkedLine(std::string_view lines, HfdlLines wanted, char anchor,
   }
 }
 
+// The ten characters behind the bracket: a tag may hold a bracket of its own.
+std::string_view dateOf(std::string_view header) {
+  const std::size_t mark = header.find(kHeaderMark.text);
+  if (mark == std::string_view::npos) return {};
+  return Left(header.substr(mark + kHeaderMark.text.size()), 10);
+}
+
+// The first eight of the last nine characters.
+std::string_view timeOf(std::string_view header) {
+  // Counting characters from the end of a text takes a walk through all of it.
+  const std::string_view tail =
+      header.substr(header.size() - std::min<std::size_t>(header.size(), 9));
+  return Left(isAscii(tail) ? tail : Right(header, 9), 8);
+}
+
 }  // namespace
 
 bool hasLabel(std::string_view line, const LineLabel& label) {
@@ -150,22 +165,16 @@ void forEachLine(std::string_view lines, HfdlLines wanted,
 }
 
 std::string listTimeStamp(std::string_view header) {
-  std::string stamp(Mid(header, 29, 10));
+  std::string stamp(dateOf(header));
   stamp += ' ';
-  stamp += Left(Right(header, 9), 8);
+  stamp += timeOf(header);
   return stamp;
 }
 
 std::string chartTimeStamp(std::string_view header) {
-  const std::size_t mark = header.find(kHeaderMark);
-  std::string_view date;
-  if (mark != std::string_view::npos) date = header.substr(mark + kHeaderMark.size());
-  std::string stamp(Left(date, 10));
+  std::string stamp(dateOf(header));
   stamp += ' ';
-  // Counting characters from the end of a text takes a walk through all of it.
-  const std::string_view tail =
-      header.substr(header.size() - std::min<std::size_t>(header.size(), 9));
-  const std::string_view time = Left(isAscii(tail) ? tail : Right(header, 9), 8);
+  const std::string_view time = timeOf(header);
   stamp += std::count(time.begin(), time.end(), ':') < 2 ? std::string_view("0:00:00") : time;
   return stamp;
 }

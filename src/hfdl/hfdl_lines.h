@@ -79,14 +79,13 @@ constexpr std::size_t kLongestHfdlLine = std::size_t{1} << 16;
 /// in a message and is repeated in each of its records.
 constexpr std::size_t kLongestStationName = 256;
 
-/// The time stamp of a list line from its header line: ten characters from
-/// column 29, a blank, and the first eight of the last nine characters. A line
-/// too short for the columns gives a shorter one.
+/// The time stamp of a list line from its header line: the ten characters behind
+/// the bracket of the header mark, a blank, and the first eight of the last nine
+/// characters. A line that is too short gives a shorter one.
 [[nodiscard]] std::string listTimeStamp(std::string_view header);
 
-/// The time stamp that the charts read: ten characters after the bracket of the
-/// header mark, a blank, and the first eight of the last nine characters, or
-/// "0:00:00" where those do not hold two colons.
+/// The time stamp that the charts read: the same, but "0:00:00" where the time
+/// does not hold two colons.
 [[nodiscard]] std::string chartTimeStamp(std::string_view header);
 
 /// The moment of a text yyyy/mm/dd h:mm:ss (one or two digits for all but the

@@ -125,8 +125,8 @@ TEST_F(HfdlLogTest, LabelsCountAnywhereInALineButValuesBeginInTheirColumn) {
   EXPECT_THAT(
       read({"xxx <------------------------[2026/11/17 00:01:24]", "ICAO24 ADDRESS = 706071",
             "     REGISTRATION   = 9K-APK", "    FLIGHT ID      = PK0370"}),
-      // The header's date begins in column 29 wherever its bracket stands.
-      ElementsAre(HfdlRecord{"-[2026/11/ 00:01:24", "xxx", "", "", "071", "= 9K-APK", " PK0370"}));
+      // The header's date stands behind its bracket.
+      ElementsAre(HfdlRecord{"2026/11/17 00:01:24", "xxx", "", "", "071", "= 9K-APK", " PK0370"}));
 }
 
 TEST_F(HfdlLogTest, LabelsAreCaseSensitiveAndTheirBlanksExact) {
