@@ -157,7 +157,7 @@ TEST_F(RawLogViewer, PositionsAreCharactersNotBytes) {
 }
 
 TEST_F(RawLogViewer, BytesThatAreNoTextStayInTheRawText) {
-  const std::string line = "H>+*<SYN><SYN><SOH>2.JA8089<NAK>H13<STX>M01AJL0012A\xFF\xFE" +
+  const std::string line = "H>+*<SYN><SYN><SOH>2.JA8089<NAK>H13<STX>M01AJL0012A\x81\xFF" +
                            std::string(1, '\0') + "B<ETX>";
   const RawLog log = readBytes(line + "\r\n");
   EXPECT_EQ(log.rawText, line + "\r\n");

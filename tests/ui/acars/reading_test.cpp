@@ -173,7 +173,8 @@ TEST_F(AcarsReading, ALogThatCannotBeReadIsToldOnceAndTheProgramGoesOn) {
   fs::remove(log);
   fs::create_directory(log);
   test::typeKeys(box("Text4(0)"), "J");
-  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
+  // Only a regular file is a log.
+  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #53"));
   EXPECT_FALSE(desktop_.ended);
 }
 

@@ -412,7 +412,10 @@ TEST_F(ActivityWindowTest, LongStationNameIsCutInTheChooserAndWholeInItsToolTip)
     } else {
       shown.setPlainText(tip);
     }
-    EXPECT_THAT(shown.toPlainText().toStdString(), testing::StartsWith(name));
+    QString text = shown.toPlainText();
+    // Folded lines, and the sign without width that makes a tag harmless.
+    text.remove(QLatin1Char('\n')).remove(QChar(0x2060));
+    EXPECT_THAT(text.toStdString(), testing::StartsWith(name));
   }
 }
 

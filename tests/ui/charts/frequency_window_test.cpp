@@ -6,7 +6,6 @@
 #include <QHelpEvent>
 #include <QImageReader>
 #include <QMenu>
-#include <QTextDocument>
 #include <QTimer>
 #include <QToolButton>
 #include <QToolTip>
@@ -486,11 +485,13 @@ TEST_F(FrequencyWindowTest, ToolTipTellsStationFrequencyDayAndTimeAndIsNoMarkup)
   const QPoint point(static_cast<int>(std::ceil(x(15, 7, 0))), static_cast<int>(rowMiddle(0)));
   QHelpEvent help(QEvent::ToolTip, point, window_.picture()->mapToGlobal(point));
   QCoreApplication::sendEvent(window_.picture(), &help);
-  QTextDocument shown;
-  shown.setHtml(QToolTip::text());
-  EXPECT_THAT(shown.toPlainText().toStdString(),
+  EXPECT_FALSE(Qt::mightBeRichText(QToolTip::text()));
+  QString shown = QToolTip::text();
+  // The sign without width that makes a tag harmless.
+  shown.remove(QChar(0x2060));
+  EXPECT_THAT(shown.toStdString(),
               testing::StartsWith("<img src=x width=3000>\n2998\n2026/11/15 07:0"));
-  EXPECT_THAT(shown.toPlainText().toStdString(), testing::EndsWith("\nRight-click to enlarge"));
+  EXPECT_THAT(shown.toStdString(), testing::EndsWith("\nRight-click to enlarge"));
 }
 
 TEST_F(FrequencyWindowTest, ArrowKeysMoveThePointFromRowToRowAndKeepItInSight) {

@@ -5,6 +5,7 @@
 
 #include "tests/ui/support/acars_window.h"
 #include "tests/ui/support/plain_browser.h"
+#include "tests/ui/support/unprivileged_user.h"
 
 namespace vel {
 namespace {
@@ -84,12 +85,12 @@ TEST_F(ProgramStart, TheReadersAreCountedDownAndTheSplashCountsNoMore) {
 }
 
 TEST_F(ProgramStart, ALogThatCannotBeReadIsCountedDownToo) {
-  fs::remove(base_.folders.logs / kLog);
-  fs::create_directory(base_.folders.logs / "x");
-  fs::create_symlink("nowhere", base_.folders.logs / kLog);
+  fs::permissions(base_.path(), fs::perms::all);
+  fs::permissions(base_.folders.logs / kLog, fs::perms::none);
+  const test::UnprivilegedUser user;
   startBoth();
   ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
-  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #53"));
+  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
   EXPECT_EQ(program_->loadProgressCount, 1);
 }
 
