@@ -1,4 +1,4 @@
-#include "airliner.h"
+#include "samples/airliner.h"
 
 #include <QFont>
 #include <QFontMetricsF>
@@ -7,7 +7,6 @@
 #include <map>
 
 namespace vel::samples {
-
 namespace {
 
 const QColor kGlass(42, 52, 70);
@@ -61,18 +60,14 @@ class Airliner {
   }
 
   void draw() {
-    if (frame_.propellers) {
-      drawWing(0.47);
-    }
+    if (frame_.propellers) drawWing(0.47);
     drawGear();
     drawFin();
     drawFuselage();
     drawWindows();
     drawTexts();
     drawTailplane();
-    if (frame_.tailEngines) {
-      drawNacelle(0.76, 0.16, 0.11, 0.34);
-    }
+    if (frame_.tailEngines) drawNacelle(0.76, 0.16, 0.11, 0.34);
     if (!frame_.propellers) {
       drawWing(kLowWing);
     } else {
@@ -81,9 +76,7 @@ class Airliner {
     }
     if (!frame_.tailEngines && !frame_.propellers) {
       const double size = frame_.engines == 2 ? 0.44 : 0.56;
-      if (frame_.engines == 2) {
-        drawNacelle(0.46, -0.66, 0.085, size);
-      }
+      if (frame_.engines == 2) drawNacelle(0.46, -0.66, 0.085, size);
       drawNacelle(0.345, -0.58, 0.105, size);
     }
   }
@@ -131,9 +124,7 @@ class Airliner {
     painter_.drawPolygon(QPolygonF({at(0.022, 0.14 + rise * 0.6), at(0.062, 0.14 + rise * 0.6),
                                     at(0.062, 0.30 + rise), at(0.036, 0.27 + rise)}));
     drawWindowRow(0.10, 0.80, -0.02);
-    if (frame_.upperDeck > 0) {
-      drawWindowRow(0.11, 0.09 + frame_.upperDeck, 0.44);
-    }
+    if (frame_.upperDeck > 0) drawWindowRow(0.11, 0.09 + frame_.upperDeck, 0.44);
     painter_.setPen(QPen(kOutline, 1));
     painter_.setBrush(Qt::NoBrush);
     for (const double door : {0.085, 0.30, 0.62, 0.80}) {
@@ -172,9 +163,7 @@ class Airliner {
   QColor nameColour() const {
     const int bright = livery_.fuselage.lightness();
     for (const QColor& colour : {livery_.tail, livery_.stripe}) {
-      if (bright - colour.lightness() > 60) {
-        return colour;
-      }
+      if (bright - colour.lightness() > 60) return colour;
     }
     return kOutline;
   }

@@ -1,11 +1,10 @@
-#include "geo.h"
+#include "samples/geo.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
 namespace vel::samples {
-
 namespace {
 
 constexpr double kEarthRadiusKm = 6371.0;
@@ -27,9 +26,7 @@ double distanceKm(Place a, Place b) { return kEarthRadiusKm * centralAngle(a, b)
 
 Place alongRoute(Place a, Place b, double fraction) {
   const double angle = centralAngle(a, b);
-  if (angle < 1e-9) {
-    return a;
-  }
+  if (angle < 1e-9) return a;
   const double f = std::clamp(fraction, 0.0, 1.0);
   const double fromA = std::sin((1 - f) * angle) / std::sin(angle);
   const double fromB = std::sin(f * angle) / std::sin(angle);

@@ -1,15 +1,14 @@
-#include "hfdl_log.h"
+#include "samples/hfdl_log.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <numbers>
 
-#include "random.h"
-#include "text_file.h"
+#include "samples/random.h"
+#include "samples/text_file.h"
 
 namespace vel::samples {
-
 namespace {
 
 constexpr int kMessagesPerDay = 1520;
@@ -33,9 +32,7 @@ std::string frequenciesAt(const GroundStation& station, Moment time) {
   const double centre = last * (0.5 + 0.45 * sun);
   std::string list;
   for (std::size_t i = 0; i < station.frequencies.size(); ++i) {
-    if (std::abs(static_cast<double>(i) - centre) < 1.3) {
-      list += station.frequencies[i] + ' ';
-    }
+    if (std::abs(static_cast<double>(i) - centre) < 1.3) list += station.frequencies[i] + ' ';
   }
   return list;
 }
@@ -109,29 +106,21 @@ class HfdlDay {
 
   void addRecord(const Flight& flight, Moment time, bool last) {
     file_.addLine("   ICAO24 ADDRESS = " + flight.aircraft->address);
-    if (!random_.chance(0.2)) {
-      file_.addLine("   REGISTRATION   = " + flight.aircraft->registration);
-    }
-    if (!random_.chance(0.1)) {
-      file_.addLine("   FLIGHT ID      = " + flightId(flight));
-    }
+    if (!random_.chance(0.2)) file_.addLine("   REGISTRATION   = " + flight.aircraft->registration);
+    if (!random_.chance(0.1)) file_.addLine("   FLIGHT ID      = " + flightId(flight));
     const Place place = flight.placeAt(time);
     char position[80];
     std::snprintf(position, sizeof position, "   POSITION       = %c%06.3f %c%07.3f",
                   place.latitude < 0 ? 'S' : 'N', std::abs(place.latitude),
                   place.longitude < 0 ? 'W' : 'E', std::abs(place.longitude));
     file_.addLine(position);
-    if (!last || !random_.chance(0.1)) {
-      file_.addLine("  ..............................");
-    }
+    if (!last || !random_.chance(0.1)) file_.addLine("  ..............................");
   }
 
   /// Some crews enter the bare number without the airline's letters.
   std::string flightId(const Flight& flight) {
     const std::string& full = flight.route->flight;
-    if (random_.chance(0.18)) {
-      return std::to_string(std::stoi(full.substr(2)));
-    }
+    if (random_.chance(0.18)) return std::to_string(std::stoi(full.substr(2)));
     return full;
   }
 
@@ -143,15 +132,13 @@ class HfdlDay {
 
 }  // namespace
 
-Outcome writeHfdlLog(const std::filesystem::path& folder, const SampleData& data,
-                     const Schedule& schedule, Day day, Moment until, std::uint64_t seed) {
+Status writeHfdlLog(const std::filesystem::path& folder, const SampleData& data,
+                    const Schedule& schedule, Day day, Moment until, std::uint64_t seed) {
   Random random(seed, "hfdl " + compactDate(day));
   std::vector<Moment> times;
   std::vector<double> activity = hourlyActivity();
   // Short waves carry further at night, so its hours are not as quiet as on VHF.
-  for (double& hour : activity) {
-    hour += 0.7;
-  }
+  for (double& hour : activity) hour += 0.7;
   for (int i = 0; i < kMessagesPerDay; ++i) {
     times.push_back(day + std::chrono::hours(random.weighted(activity)) +
                     std::chrono::seconds(random.between(0, 3599)));
@@ -161,9 +148,7 @@ Outcome writeHfdlLog(const std::filesystem::path& folder, const SampleData& data
   TextFile file(folder / (compactDate(day) + "0000_HFDL_FMT.log"));
   HfdlDay log(data, schedule, file, random);
   for (const Moment time : times) {
-    if (time > until) {
-      break;
-    }
+    if (time > until) break;
     log.addMessage(time);
   }
   return file.write();

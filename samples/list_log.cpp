@@ -1,12 +1,11 @@
-#include "list_log.h"
+#include "samples/list_log.h"
 
 #include <algorithm>
 
-#include "random.h"
-#include "text_file.h"
+#include "samples/random.h"
+#include "samples/text_file.h"
 
 namespace vel::samples {
-
 namespace {
 
 constexpr int kMessagesPerDay = 1560;
@@ -23,9 +22,7 @@ std::vector<const Flight*> audibleAt(const Schedule& schedule, Moment time) {
 }
 
 std::string photoMark(bool photographed, Random& random) {
-  if (random.chance(0.12)) {
-    return photographed ? "○" : "×";
-  }
+  if (random.chance(0.12)) return photographed ? "○" : "×";
   return photographed ? "O" : "X";
 }
 
@@ -34,9 +31,7 @@ std::string listLine(const Reception& reception, const std::set<std::string>& ph
   const Flight& flight = *reception.flight;
   const Aircraft& aircraft = *flight.aircraft;
   std::string line = flight.route->flight;
-  if (random.chance(0.04)) {
-    line += ' ';
-  }
+  if (random.chance(0.04)) line += ' ';
   line += ',' + photoMark(photographed.contains(aircraft.registration), random);
   line += ',' + aircraft.registration;
   line += ',' + (flight.route->listed ? flight.route->departure : std::string());
@@ -60,9 +55,7 @@ std::vector<Reception> receptionsOf(const Schedule& schedule, Day day, Moment un
   std::sort(times.begin(), times.end());
   std::vector<Reception> receptions;
   for (const Moment time : times) {
-    if (time > until) {
-      break;
-    }
+    if (time > until) break;
     if (const auto audible = audibleAt(schedule, time); !audible.empty()) {
       receptions.push_back({time, random.pick(audible)});
     }
@@ -70,10 +63,10 @@ std::vector<Reception> receptionsOf(const Schedule& schedule, Day day, Moment un
   return receptions;
 }
 
-Outcome writeListLog(const std::filesystem::path& folder, Day day,
-                     const std::vector<Reception>& receptions,
-                     const std::set<std::string>& photographed, bool withMalformed,
-                     std::uint64_t seed) {
+Status writeListLog(const std::filesystem::path& folder, Day day,
+                    const std::vector<Reception>& receptions,
+                    const std::set<std::string>& photographed, bool withMalformed,
+                    std::uint64_t seed) {
   Random random(seed, "list lines " + compactDate(day));
   std::vector<std::string> lines;
   for (const Reception& reception : receptions) {
@@ -95,9 +88,7 @@ Outcome writeListLog(const std::filesystem::path& folder, Day day,
 
   TextFile file(folder / (compactDate(day) + "_list.csv"));
   file.addLine("Flight No.,Pict,Regist.,Dept.,Dest.,Equipment,Remarks,Time");
-  for (const std::string& line : lines) {
-    file.addLine(line);
-  }
+  for (const std::string& line : lines) file.addLine(line);
   return file.write();
 }
 

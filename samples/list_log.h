@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "outcome.h"
-#include "schedule.h"
+#include "core/result.h"
+#include "samples/schedule.h"
 
 namespace vel::samples {
 
@@ -26,9 +26,9 @@ std::vector<Reception> receptionsOf(const Schedule& schedule, Day day, Moment un
 /// registration) get the photo mark. `withMalformed` puts in lines of 9 and of 2
 /// fields, which make the browser report them; lines without a comma, of which
 /// it says nothing, are in every file.
-Outcome writeListLog(const std::filesystem::path& folder, Day day,
-                     const std::vector<Reception>& receptions,
-                     const std::set<std::string>& photographed, bool withMalformed,
-                     std::uint64_t seed);
+Status writeListLog(const std::filesystem::path& folder, Day day,
+                    const std::vector<Reception>& receptions,
+                    const std::set<std::string>& photographed, bool withMalformed,
+                    std::uint64_t seed);
 
 }  // namespace vel::samples

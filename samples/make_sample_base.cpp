@@ -10,17 +10,17 @@
 #include <set>
 #include <system_error>
 
-#include "hfdl_log.h"
-#include "list_log.h"
-#include "photo.h"
-#include "random.h"
-#include "raw_log.h"
-#include "sample_data.h"
-#include "schedule.h"
-#include "tables.h"
+#include "samples/failure.h"
+#include "samples/hfdl_log.h"
+#include "samples/list_log.h"
+#include "samples/photo.h"
+#include "samples/random.h"
+#include "samples/raw_log.h"
+#include "samples/sample_data.h"
+#include "samples/schedule.h"
+#include "samples/tables.h"
 
 namespace vel::samples {
-
 namespace {
 
 constexpr int kFailed = 1;
@@ -55,15 +55,13 @@ Moment localNow() {
 }
 
 /// The folders of a base folder, created where they are missing.
-Outcome makeFolders(const std::filesystem::path& base) {
+Status makeFolders(const std::filesystem::path& base) {
   for (const char* name : {"vel", "data", "logs", "logs/EachLogs", "pics"}) {
     std::error_code error;
     std::filesystem::create_directories(base / name, error);
-    if (error) {
-      return Outcome::failure((base / name).string() + ": cannot create: " + error.message());
-    }
+    if (error) return failure((base / name).string() + ": cannot create: " + error.message());
   }
-  return Outcome::success();
+  return {};
 }
 
 /// The aircraft heard, the newest day's first, each once and in a random order
@@ -107,9 +105,7 @@ std::vector<const Aircraft*> chooseRawLogs(const std::vector<const Aircraft*>& h
   std::vector<const Aircraft*> chosen;
   std::size_t without = 0;
   for (const Aircraft* aircraft : heard) {
-    if (chosen.size() == kRawLogs || aircraft->registration.size() > kLongestAddress) {
-      continue;
-    }
+    if (chosen.size() == kRawLogs || aircraft->registration.size() > kLongestAddress) continue;
     if (photographed.contains(aircraft->registration) || without++ < kRawLogsWithoutPhoto) {
       chosen.push_back(aircraft);
     }
@@ -117,17 +113,11 @@ std::vector<const Aircraft*> chooseRawLogs(const std::vector<const Aircraft*>& h
   return chosen;
 }
 
-Outcome makeSampleBase(const Request& request) {
+Status makeSampleBase(const Request& request) {
   SampleData data;
-  if (Outcome outcome = data.load(); outcome.failed()) {
-    return outcome;
-  }
-  if (Outcome outcome = makeFolders(request.base); outcome.failed()) {
-    return outcome;
-  }
-  if (Outcome outcome = writeTables(data, request.base / "data"); outcome.failed()) {
-    return outcome;
-  }
+  if (Status status = data.load(); !status) return status;
+  if (Status status = makeFolders(request.base); !status) return status;
+  if (Status status = writeTables(data, request.base / "data"); !status) return status;
 
   const Day first = request.today - std::chrono::days(request.days - 1);
   const Schedule schedule(data, first, request.today, request.seed);
@@ -139,46 +129,42 @@ Outcome makeSampleBase(const Request& request) {
   std::set<std::string> photographed;
   for (const Aircraft* aircraft : choosePhotographed(data, heard)) {
     photographed.insert(aircraft->registration);
-    if (Outcome outcome = writePhoto(request.base / "pics", *aircraft,
-                                     data.airline(aircraft->airline), request.seed);
-        outcome.failed()) {
-      return outcome;
+    if (Status status = writePhoto(request.base / "pics", *aircraft,
+                                   data.airline(aircraft->airline), request.seed);
+        !status) {
+      return status;
     }
   }
-  if (Outcome outcome = writeNoImage(request.base / "pics"); outcome.failed()) {
-    return outcome;
-  }
+  if (Status status = writeNoImage(request.base / "pics"); !status) return status;
 
   const std::filesystem::path logs = request.base / "logs";
   for (const auto& [day, heardThen] : receptions) {
     // The newest log opens first; a report of bad lines is no way to say hello.
     const bool withMalformed = day != request.today;
-    if (Outcome outcome =
+    if (Status status =
             writeListLog(logs, day, heardThen, photographed, withMalformed, request.seed);
-        outcome.failed()) {
-      return outcome;
+        !status) {
+      return status;
     }
-    if (Outcome outcome = writeHfdlLog(logs, data, schedule, day, request.until, request.seed);
-        outcome.failed()) {
-      return outcome;
+    if (Status status = writeHfdlLog(logs, data, schedule, day, request.until, request.seed);
+        !status) {
+      return status;
     }
   }
   const Moment rawFrom = request.today - std::chrono::days(kRawLogDays - 1);
   for (const Aircraft* aircraft : chooseRawLogs(heard, photographed)) {
-    if (Outcome outcome = writeRawLog(logs / "EachLogs", *aircraft, schedule, rawFrom,
-                                      request.until, request.seed);
-        outcome.failed()) {
-      return outcome;
+    if (Status status = writeRawLog(logs / "EachLogs", *aircraft, schedule, rawFrom, request.until,
+                                    request.seed);
+        !status) {
+      return status;
     }
   }
-  return Outcome::success();
+  return {};
 }
 
 std::optional<Day> parseDay(const QString& text) {
   const QDate date = QDate::fromString(text, Qt::ISODate);
-  if (!date.isValid()) {
-    return std::nullopt;
-  }
+  if (!date.isValid()) return std::nullopt;
   return Day(std::chrono::year_month_day(std::chrono::year(date.year()),
                                          std::chrono::month(static_cast<unsigned>(date.month())),
                                          std::chrono::day(static_cast<unsigned>(date.day()))));
@@ -211,9 +197,7 @@ std::optional<Request> parseCommandLine(const QCoreApplication& application) {
     return std::nullopt;
   };
   Request request;
-  if (parser.positionalArguments().size() != 1) {
-    return refuse("name one folder; --help tells more");
-  }
+  if (parser.positionalArguments().size() != 1) return refuse("name one folder; --help tells more");
   request.base = parser.positionalArguments().constFirst().toStdString();
   request.force = parser.isSet(QStringLiteral("force"));
   bool daysOk = false;
@@ -228,25 +212,20 @@ std::optional<Request> parseCommandLine(const QCoreApplication& application) {
   request.until = now;
   if (parser.isSet(QStringLiteral("today"))) {
     const std::optional<Day> day = parseDay(parser.value(QStringLiteral("today")));
-    if (!day) {
-      return refuse("--today takes a date like 2026-11-20");
-    }
+    if (!day) return refuse("--today takes a date like 2026-11-20");
     request.today = *day;
     request.until = *day + std::chrono::hours(18);
   }
   if (parser.isSet(QStringLiteral("until"))) {
     const QTime time =
         QTime::fromString(parser.value(QStringLiteral("until")), QStringLiteral("HH:mm"));
-    if (!time.isValid()) {
-      return refuse("--until takes a time like 18:00");
-    }
+    if (!time.isValid()) return refuse("--until takes a time like 18:00");
     request.until = request.today + std::chrono::seconds(time.msecsSinceStartOfDay() / 1000);
   }
   return request;
 }
 
 }  // namespace
-
 }  // namespace vel::samples
 
 int main(int argc, char* argv[]) {
@@ -258,17 +237,15 @@ int main(int argc, char* argv[]) {
   }
   const QGuiApplication application(argc, argv);
   const std::optional<Request> request = parseCommandLine(application);
-  if (!request) {
-    return kFailed;
-  }
+  if (!request) return kFailed;
   std::error_code error;
   if (!request->force && std::filesystem::exists(request->base / "data", error)) {
     std::cerr << "vel-sample-base: " << (request->base / "data").string()
               << " exists already; --force writes over it\n";
     return kRefused;
   }
-  if (const Outcome outcome = makeSampleBase(*request); outcome.failed()) {
-    std::cerr << "vel-sample-base: " << outcome.message() << '\n';
+  if (const vel::Status status = makeSampleBase(*request); !status) {
+    std::cerr << "vel-sample-base: " << status.error().text() << '\n';
     return kFailed;
   }
   std::cout << request->base.string() << ": " << request->days << " days of logs up to "

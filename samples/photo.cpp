@@ -1,4 +1,4 @@
-#include "photo.h"
+#include "samples/photo.h"
 
 #include <QBuffer>
 #include <QFont>
@@ -9,12 +9,12 @@
 #include <QPainterPath>
 #include <array>
 
-#include "airliner.h"
-#include "random.h"
-#include "text_file.h"
+#include "samples/airliner.h"
+#include "samples/failure.h"
+#include "samples/random.h"
+#include "samples/text_file.h"
 
 namespace vel::samples {
-
 namespace {
 
 constexpr int kWidth = 640;
@@ -97,22 +97,21 @@ void drawCaption(QPainter& painter, const Aircraft& aircraft, const Airline& air
                    QString::fromStdString(airline.name + "   " + aircraft.type));
 }
 
-Outcome save(const QImage& image, const std::filesystem::path& path) {
+Status save(const QImage& image, const std::filesystem::path& path) {
   // The writer does not tell whether closing a file failed, so it gets none.
   QBuffer buffer;
   QImageWriter writer(&buffer, "jpg");
   writer.setQuality(kJpegQuality);
   if (!writer.write(image)) {
-    return Outcome::failure(path.string() +
-                            ": cannot encode: " + writer.errorString().toStdString());
+    return failure(path.string() + ": cannot encode: " + writer.errorString().toStdString());
   }
-  return writeWholeFile(path, buffer.data().toStdString());
+  return writeFile(path, buffer.data().toStdString());
 }
 
 }  // namespace
 
-Outcome writePhoto(const std::filesystem::path& folder, const Aircraft& aircraft,
-                   const Airline& airline, std::uint64_t seed) {
+Status writePhoto(const std::filesystem::path& folder, const Aircraft& aircraft,
+                  const Airline& airline, std::uint64_t seed) {
   static const std::array<Daylight, 4> kDaylights = {
       Daylight{QColor(72, 140, 214), QColor(206, 230, 246), QColor(112, 158, 84)},
       Daylight{QColor(108, 164, 222), QColor(236, 240, 238), QColor(128, 162, 92)},
@@ -140,13 +139,11 @@ Outcome writePhoto(const std::filesystem::path& folder, const Aircraft& aircraft
        QColor(QString::fromStdString(airline.stripeColour)), QString::fromStdString(airline.name),
        QString::fromStdString(aircraft.registration)});
   drawCaption(painter, aircraft, airline);
-  if (!painter.end()) {
-    return Outcome::failure(aircraft.registration + ": cannot draw the photo");
-  }
+  if (!painter.end()) return failure(aircraft.registration + ": cannot draw the photo");
   return save(image, folder / (aircraft.registration + ".jpg"));
 }
 
-Outcome writeNoImage(const std::filesystem::path& folder) {
+Status writeNoImage(const std::filesystem::path& folder) {
   QImage image(kWidth, kHeight, QImage::Format_RGB32);
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
@@ -161,9 +158,7 @@ Outcome writeNoImage(const std::filesystem::path& folder) {
   painter.setPen(QColor(112, 121, 134));
   painter.setFont(boldFont(34));
   painter.drawText(QRectF(0, 270, kWidth, 70), Qt::AlignCenter, QStringLiteral("No image"));
-  if (!painter.end()) {
-    return Outcome::failure("noimage.jpg: cannot draw the picture");
-  }
+  if (!painter.end()) return failure("noimage.jpg: cannot draw the picture");
   return save(image, folder / "noimage.jpg");
 }
 

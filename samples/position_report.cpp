@@ -1,4 +1,4 @@
-#include "position_report.h"
+#include "samples/position_report.h"
 
 #include <algorithm>
 #include <array>
@@ -8,7 +8,6 @@
 #include <cstdio>
 
 namespace vel::samples {
-
 namespace {
 
 [[gnu::format(printf, 1, 2)]] std::string format(const char* pattern, ...) {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "schedule.h"
+#include "samples/schedule.h"
 
 namespace vel::samples {
 

@@ -16,9 +16,7 @@ class Random {
   /// and more numbers drawn for one of them do not shift the other.
   Random(std::uint64_t seed, std::string_view key) : state_(seed) {
     std::uint64_t hash = 0xcbf29ce484222325ULL;
-    for (const char c : key) {
-      hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3ULL;
-    }
+    for (const char c : key) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001b3ULL;
     state_ ^= hash;
     next();
   }
@@ -52,15 +50,11 @@ class Random {
   /// An index, each as likely as its weight; the weights' sum must be above 0.
   std::size_t weighted(const std::vector<double>& weights) {
     double sum = 0;
-    for (const double weight : weights) {
-      sum += weight;
-    }
+    for (const double weight : weights) sum += weight;
     double left = real() * sum;
     for (std::size_t i = 0; i + 1 < weights.size(); ++i) {
       left -= weights[i];
-      if (left < 0) {
-        return i;
-      }
+      if (left < 0) return i;
     }
     return weights.size() - 1;
   }

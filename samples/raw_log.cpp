@@ -1,14 +1,13 @@
-#include "raw_log.h"
+#include "samples/raw_log.h"
 
 #include <algorithm>
 #include <cstdio>
 
-#include "position_report.h"
-#include "random.h"
-#include "text_file.h"
+#include "samples/position_report.h"
+#include "samples/random.h"
+#include "samples/text_file.h"
 
 namespace vel::samples {
-
 namespace {
 
 using std::chrono::minutes;
@@ -80,9 +79,7 @@ class RawMessages {
         addPosition(flight, time);
         break;
     }
-    if (random_.chance(0.05)) {
-      addOtherForm(flight, time + seconds(40));
-    }
+    if (random_.chance(0.05)) addOtherForm(flight, time + seconds(40));
   }
 
   void addPosition(const Flight& flight, Moment time) {
@@ -121,9 +118,7 @@ class RawMessages {
 
   void addBlock(Moment time, const Flight& flight, const std::string& label,
                 const std::string& body, const std::string& end) {
-    if (time > until_) {
-      return;
-    }
+    if (time > until_) return;
     blockId_ = (blockId_ + 1) % 10;
     char messageNumber[16];
     std::snprintf(messageNumber, sizeof messageNumber, "M%02d%c", number_, blockLetter_++);
@@ -153,14 +148,12 @@ class RawMessages {
 
 }  // namespace
 
-Outcome writeRawLog(const std::filesystem::path& folder, const Aircraft& aircraft,
-                    const Schedule& schedule, Moment from, Moment until, std::uint64_t seed) {
+Status writeRawLog(const std::filesystem::path& folder, const Aircraft& aircraft,
+                   const Schedule& schedule, Moment from, Moment until, std::uint64_t seed) {
   TextFile file(folder / (aircraft.registration + ".log"));
   RawMessages messages(file, aircraft, until, seed);
   for (const Flight& flight : schedule.flights()) {
-    if (flight.aircraft == &aircraft && flight.departure >= from) {
-      messages.addFlight(flight);
-    }
+    if (flight.aircraft == &aircraft && flight.departure >= from) messages.addFlight(flight);
   }
   return file.write();
 }

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "outcome.h"
-#include "schedule.h"
+#include "core/result.h"
+#include "samples/schedule.h"
 
 namespace vel::samples {
 
@@ -15,7 +15,7 @@ inline constexpr std::size_t kLongestAddress = 7;
 /// all its flights that begin at `from` or later, up to `until`: out and off
 /// times, positions along the route, weather requests, engine reports in several
 /// blocks, link tests, and a few lines in another form.
-Outcome writeRawLog(const std::filesystem::path& folder, const Aircraft& aircraft,
-                    const Schedule& schedule, Moment from, Moment until, std::uint64_t seed);
+Status writeRawLog(const std::filesystem::path& folder, const Aircraft& aircraft,
+                   const Schedule& schedule, Moment from, Moment until, std::uint64_t seed);
 
 }  // namespace vel::samples

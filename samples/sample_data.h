@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "geo.h"
-#include "outcome.h"
+#include "core/result.h"
+#include "samples/geo.h"
 
 namespace vel::samples {
 
@@ -77,7 +77,7 @@ class SampleData {
   /// Reads the texts that are compiled into the program. Fails, naming file
   /// and line, on a line that is not as the file's first lines say, and on a
   /// route to an unknown airport or without any aircraft to fly it.
-  Outcome load();
+  Status load();
 
   const std::vector<Airport>& airports() const { return airports_; }
   const std::vector<Airline>& airlines() const { return airlines_; }
@@ -92,11 +92,11 @@ class SampleData {
   std::vector<const Aircraft*> fleetFor(const Route& route) const;
 
  private:
-  Outcome loadAirports();
-  Outcome loadAirlines();
-  Outcome loadAircraft();
-  Outcome loadRoutes();
-  Outcome loadGroundStations();
+  Status loadAirports();
+  Status loadAirlines();
+  Status loadAircraft();
+  Status loadRoutes();
+  Status loadGroundStations();
 
   std::vector<Airport> airports_;
   std::vector<Airline> airlines_;

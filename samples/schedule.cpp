@@ -1,13 +1,12 @@
-#include "schedule.h"
+#include "samples/schedule.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <map>
 
-#include "random.h"
+#include "samples/random.h"
 
 namespace vel::samples {
-
 namespace {
 
 using std::chrono::minutes;
@@ -35,9 +34,7 @@ minutes usualMinute(const Route& route, std::uint64_t seed) {
 }
 
 std::string remarkOf(const Route& route, Random& random) {
-  if (route.remark != "-" || !random.chance(0.02)) {
-    return route.remark;
-  }
+  if (route.remark != "-" || !random.chance(0.02)) return route.remark;
   static const std::vector<std::string> kOccasional = {"臨時便",     "機材変更", "遅延",
                                                        "特別塗装機", "Ferry",    "Diverted"};
   return random.pick(kOccasional);
@@ -63,9 +60,7 @@ Schedule::Schedule(const SampleData& data, Day first, Day last, std::uint64_t se
 void Schedule::planDay(const SampleData& data, Day day, std::uint64_t seed) {
   for (const Route& route : data.routes()) {
     Random random(seed, compactDate(day) + route.flight);
-    if (random.chance(0.08)) {
-      continue;
-    }
+    if (random.chance(0.08)) continue;
     Flight flight;
     flight.route = &route;
     flight.from = &data.airport(route.departure);
@@ -104,9 +99,7 @@ void Schedule::assignAircraft(const SampleData& data, std::uint64_t seed) {
       const auto known = whereabouts.find(candidate);
       int rank = 2;
       if (known != whereabouts.end()) {
-        if (known->second.freeFrom > flight.departure) {
-          continue;
-        }
+        if (known->second.freeFrom > flight.departure) continue;
         rank = known->second.at == flight.from ? 3 : 1;
       }
       if (rank > bestRank) {
@@ -127,9 +120,7 @@ std::vector<const Flight*> Schedule::activeAt(Moment time) const {
       [time](const Flight& flight) { return flight.departure < time - kLongestFlight; });
   std::vector<const Flight*> active;
   for (auto it = begin; it != flights_.end() && it->departure - kTaxi <= time; ++it) {
-    if (it->arrival + kTaxi >= time) {
-      active.push_back(&*it);
-    }
+    if (it->arrival + kTaxi >= time) active.push_back(&*it);
   }
   return active;
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "sample_data.h"
+#include "samples/sample_data.h"
 
 namespace vel::samples {
 

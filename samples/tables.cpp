@@ -1,12 +1,11 @@
-#include "tables.h"
+#include "samples/tables.h"
 
-#include "text_file.h"
+#include "samples/text_file.h"
 
 namespace vel::samples {
-
 namespace {
 
-Outcome writeAirports(const SampleData& data, const std::filesystem::path& folder) {
+Status writeAirports(const SampleData& data, const std::filesystem::path& folder) {
   TextFile file(folder / "airport.csv");
   for (const Airport& airport : data.airports()) {
     file.addLine(airport.icao + ',' + airport.name + ' ' + airport.iata);
@@ -14,27 +13,23 @@ Outcome writeAirports(const SampleData& data, const std::filesystem::path& folde
   return file.write();
 }
 
-Outcome writeAirlines(const SampleData& data, const std::filesystem::path& folder) {
+Status writeAirlines(const SampleData& data, const std::filesystem::path& folder) {
   TextFile file(folder / "letter.csv");
   for (const Airline& airline : data.airlines()) {
-    if (airline.listed) {
-      file.addLine(airline.code2 + ',' + airline.code3 + ',' + airline.name);
-    }
+    if (airline.listed) file.addLine(airline.code2 + ',' + airline.code3 + ',' + airline.name);
   }
   return file.write();
 }
 
-Outcome writeAircraft(const SampleData& data, const std::filesystem::path& folder) {
+Status writeAircraft(const SampleData& data, const std::filesystem::path& folder) {
   TextFile file(folder / "aircraft.csv");
   for (const Aircraft& aircraft : data.aircraft()) {
-    if (aircraft.listed) {
-      file.addLine(aircraft.registration + ',' + aircraft.type);
-    }
+    if (aircraft.listed) file.addLine(aircraft.registration + ',' + aircraft.type);
   }
   return file.write();
 }
 
-Outcome writeFlights(const SampleData& data, const std::filesystem::path& folder) {
+Status writeFlights(const SampleData& data, const std::filesystem::path& folder) {
   TextFile file(folder / "FLIGHT.csv");
   for (const Route& route : data.routes()) {
     if (route.listed) {
@@ -44,7 +39,7 @@ Outcome writeFlights(const SampleData& data, const std::filesystem::path& folder
   return file.write();
 }
 
-Outcome writeAddresses(const SampleData& data, const std::filesystem::path& folder) {
+Status writeAddresses(const SampleData& data, const std::filesystem::path& folder) {
   TextFile file(folder / "ICAO24.csv");
   for (const Aircraft& aircraft : data.aircraft()) {
     if (!aircraft.address.empty() && aircraft.addressListed) {
@@ -57,14 +52,12 @@ Outcome writeAddresses(const SampleData& data, const std::filesystem::path& fold
 
 }  // namespace
 
-Outcome writeTables(const SampleData& data, const std::filesystem::path& folder) {
+Status writeTables(const SampleData& data, const std::filesystem::path& folder) {
   for (const auto write :
        {writeAirports, writeAirlines, writeAircraft, writeFlights, writeAddresses}) {
-    if (Outcome outcome = write(data, folder); outcome.failed()) {
-      return outcome;
-    }
+    if (Status status = write(data, folder); !status) return status;
   }
-  return Outcome::success();
+  return {};
 }
 
 }  // namespace vel::samples

@@ -5,13 +5,13 @@
 #include <string_view>
 #include <utility>
 
-#include "outcome.h"
+#include "core/result.h"
 
 namespace vel::samples {
 
-/// Creates or replaces a file. Fails, naming the file, unless every byte and
-/// the close went through.
-Outcome writeWholeFile(const std::filesystem::path& path, std::string_view bytes);
+/// Creates or replaces a file. Fails, naming the file, unless every byte is on
+/// the disk.
+Status writeFile(const std::filesystem::path& path, std::string_view bytes);
 
 /// A text file as the two decoders write it: code page 932, each line ended by
 /// CR LF. Lines are collected in memory as UTF-8; nothing is on disk before
@@ -28,7 +28,7 @@ class TextFile {
 
   /// Encodes and writes everything, replacing a file of that name. Fails on a
   /// character outside code page 932 and on any error of the file system.
-  Outcome write() const;
+  Status write() const;
 
  private:
   std::filesystem::path path_;
