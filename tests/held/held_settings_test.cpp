@@ -17,7 +17,6 @@ using test::RecordingDesktop;
 using test::TemporaryFolder;
 using test::writeBytes;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(HeldSettings, StayAsTheyWereWhenTheyCannotBeReplaced) {
   const TemporaryFolder folder;
@@ -32,17 +31,20 @@ TEST(HeldSettings, StayAsTheyWereWhenTheyCannotBeReplaced) {
   EXPECT_THAT(listFolder(folder.path()).value(), ElementsAre("vel.env"));
 }
 
-TEST(HeldSettings, ThatCannotBeReadLeaveTheDefaultsWithoutAWord) {
+TEST(HeldSettings, ThatCannotBeReadLeaveTheDefaultsAndAreNotOverwritten) {
   const TemporaryFolder folder;
   writeBytes(folder / "vel.env", "\"env_Config\",9\r\n");
-  const FileHolder editor(folder / "vel.env", FileHolder::Shares::nothing);
+  FileHolder editor(folder / "vel.env", FileHolder::Shares::nothing);
   ASSERT_TRUE(editor.isHolding());
   RecordingDesktop desktop;
   Settings settings;
-  LoadEnv(desktop, folder / "vel.env", Encoding::codePage932(), {}, settings);
+  const Encoding encoding = Encoding::codePage932();
+  EXPECT_FALSE(LoadEnv(desktop, folder / "vel.env", encoding, {}, settings).ok());
   EXPECT_EQ(settings.env_Config, 0);
   EXPECT_EQ(settings.env_Form3_Width, 9975);
-  EXPECT_THAT(desktop.messages, IsEmpty());
+  ASSERT_TRUE(editor.release());
+  EXPECT_FALSE(SaveEnv(folder / "vel.env", encoding, settings).ok());
+  EXPECT_EQ(readBytes(folder / "vel.env"), "\"env_Config\",9\r\n");
 }
 
 }  // namespace
