@@ -155,7 +155,8 @@ void addTitle(Drawing& drawing, const ActivityPlot& plot, double left, const Act
   if (title.station.empty() && title.time.empty()) return;
   const double room = (plot.right() - left - kTitleGap) / (textHeight(kLabelPoints) / 2);
   const std::string time = "  " + title.time;
-  const double spare = std::max(0.0, room - static_cast<double>(cellsIn(time)));
+  const double spare = room - static_cast<double>(cellsIn(time));
+  if (spare < 0) return;
   drawing.shapes.emplace_back(Text{plot.right(), kLegendTextTop,
                                    elided(title.station, static_cast<std::size_t>(spare)) + time,
                                    kBlack, kLabelPoints, Align::right});

@@ -96,7 +96,7 @@ std::string_view withoutReturn(std::string_view line) {
 
 // Goes from anchor to anchor instead of from line to line.
 void forEachMarkedLine(std::string_view lines, HfdlLines wanted, char anchor,
-                       const std::function<void(std::string_view line)>& take) {
+                       const std::function<void(std::string_view line, HfdlLine kind)>& take) {
   std::size_t at = lines.find(anchor);
   while (at != std::string_view::npos) {
     const auto found =
@@ -110,8 +110,13 @@ void forEachMarkedLine(std::string_view lines, HfdlLines wanted, char anchor,
     std::size_t begin = at - found->label.anchor;
     while (begin > 0 && lines[begin - 1] != '\n') --begin;
     const std::size_t end = std::min(lines.find('\n', at), lines.size());
-    take(withoutReturn(lines.substr(begin, end - begin)));
-    at = lines.find(anchor, end);
+    std::size_t next = lines.find(anchor, at + 1);
+    // No kind comes before a header, and none can be where no anchor follows.
+    const bool plain =
+        (found->kind == HfdlLine::header || next >= end) && at - begin < kLongestHfdlLine;
+    take(withoutReturn(lines.substr(begin, end - begin)), plain ? found->kind : HfdlLine::other);
+    if (next < end) next = lines.find(anchor, end);
+    at = next;
   }
 }
 
@@ -119,7 +124,9 @@ void forEachMarkedLine(std::string_view lines, HfdlLines wanted, char anchor,
 std::string_view dateOf(std::string_view header) {
   const std::size_t mark = header.find(kHeaderMark.text);
   if (mark == std::string_view::npos) return {};
-  return Left(header.substr(mark + kHeaderMark.text.size()), 10);
+  const std::string_view rest = header.substr(mark + kHeaderMark.text.size());
+  const std::string_view date = rest.substr(0, 10);
+  return isAscii(date) ? date : Left(rest, 10);
 }
 
 // The first eight of the last nine characters.
@@ -127,7 +134,7 @@ std::string_view timeOf(std::string_view header) {
   // Counting characters from the end of a text takes a walk through all of it.
   const std::string_view tail =
       header.substr(header.size() - std::min<std::size_t>(header.size(), 9));
-  return Left(isAscii(tail) ? tail : Right(header, 9), 8);
+  return isAscii(tail) ? tail.substr(0, 8) : Left(Right(header, 9), 8);
 }
 
 }  // namespace
@@ -152,14 +159,14 @@ HfdlLine kindOf(std::string_view line, HfdlLines wanted) {
 }
 
 void forEachLine(std::string_view lines, HfdlLines wanted,
-                 const std::function<void(std::string_view line)>& take) {
+                 const std::function<void(std::string_view line, HfdlLine kind)>& take) {
   if (const std::optional<char> anchor = commonAnchor(wanted)) {
     forEachMarkedLine(lines, wanted, *anchor, take);
     return;
   }
   while (!lines.empty()) {
     const std::size_t end = std::min(lines.find('\n'), lines.size());
-    take(withoutReturn(lines.substr(0, end)));
+    take(withoutReturn(lines.substr(0, end)), HfdlLine::other);
     lines.remove_prefix(std::min(end + 1, lines.size()));
   }
 }

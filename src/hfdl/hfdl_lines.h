@@ -64,9 +64,10 @@ class HfdlLines {
 [[nodiscard]] HfdlLine kindOf(std::string_view line, HfdlLines wanted);
 
 /// Calls `take` with each line (without its line end) of a text of whole lines
-/// that can be of a wanted kind; perhaps with some others as well.
+/// that may be of a wanted kind, and with its kind where that is plain already,
+/// else `other`.
 void forEachLine(std::string_view lines, HfdlLines wanted,
-                 const std::function<void(std::string_view line)>& take);
+                 const std::function<void(std::string_view line, HfdlLine kind)>& take);
 
 /// 1-based columns where values begin, in characters.
 constexpr std::size_t kGroundStationColumn = 20;

@@ -8,8 +8,11 @@ HfdlParser::HfdlParser(Encoding encoding, HfdlLines wanted)
     : encoding_(std::move(encoding)), wanted_(wanted) {}
 
 HfdlLine HfdlParser::takeLine(std::string_view bytes, HfdlListener& listener) {
-  std::string_view line = bytes.substr(0, kLongestHfdlLine);
-  HfdlLine kind = kindOf(line, wanted_);
+  const std::string_view line = bytes.substr(0, kLongestHfdlLine);
+  return take(line, kindOf(line, wanted_), listener);
+}
+
+HfdlLine HfdlParser::take(std::string_view line, HfdlLine kind, HfdlListener& listener) {
   if (kind == HfdlLine::other) return kind;
   if (!isAscii(line)) {
     // The second byte of a character may look like a letter of a label.
@@ -61,7 +64,13 @@ HfdlLine HfdlParser::takeLine(std::string_view bytes, HfdlListener& listener) {
 }
 
 void HfdlParser::takeLines(std::string_view lines, HfdlListener& listener) {
-  forEachLine(lines, wanted_, [&](std::string_view line) { takeLine(line, listener); });
+  forEachLine(lines, wanted_, [&](std::string_view line, HfdlLine kind) {
+    if (kind == HfdlLine::other) {
+      takeLine(line, listener);
+    } else {
+      take(line.substr(0, kLongestHfdlLine), kind, listener);
+    }
+  });
 }
 
 void HfdlParser::end(HfdlListener& listener) {

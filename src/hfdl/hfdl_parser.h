@@ -62,6 +62,7 @@ class HfdlParser {
   void end(HfdlListener& listener);
 
  private:
+  HfdlLine take(std::string_view line, HfdlLine kind, HfdlListener& listener);
   void beginMessage(std::string_view header, HfdlListener& listener);
   void endAircraft(HfdlListener& listener);
 

@@ -253,6 +253,7 @@ TEST(ActivityChart, TitleSaysStationAndTimeAndKeepsTheTimeWhereItIsTooLong) {
   EXPECT_TRUE(cut.starts_with("Agana, Guam, GGG")) << cut;
   EXPECT_TRUE(cut.ends_with("...  2026/11/17")) << cut;
   EXPECT_LT(cut.size(), 100U);
+  EXPECT_EQ(titleOf("Agana, Guam", 520), "") << "no room beside the legend";
 }
 
 TEST(ActivityChart, ChartedTimeIsTheDayOrTheDayUpToNow) {
