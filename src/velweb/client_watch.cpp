@@ -7,6 +7,12 @@ namespace {
 
 constexpr std::chrono::milliseconds kLook(100);
 
+// True when the client sends nothing more and all that it sent was read.
+bool hasGone(int socket) {
+  char next = 0;
+  return ::recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
+}
+
 }  // namespace
 
 ClientWatch::ClientWatch(const ClientLimits& limits)
@@ -58,7 +64,13 @@ void ClientWatch::watch(const std::stop_token& stop) {
     for (const auto& [key, client] : clients_) {
       // The connection's own thread sees the end and closes the socket; where
       // it is shut already, there is nothing to do.
-      if (isOverLimit(client, now)) static_cast<void>(::shutdown(client.socket, SHUT_RDWR));
+      if (isOverLimit(client, now)) {
+        static_cast<void>(::shutdown(client.socket, SHUT_RDWR));
+      } else if (client.stage != Stage::answer && hasGone(client.socket)) {
+        // The library misses an end that came with the last bytes before it
+        // first looked; shutting what has ended makes it look again.
+        static_cast<void>(::shutdown(client.socket, SHUT_RD));
+      }
     }
     woken_.wait_for(lock, stop, kLook, [] { return false; });
   }

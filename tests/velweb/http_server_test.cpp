@@ -125,6 +125,19 @@ TEST_F(ManyClients, UnfinishedBodiesHoldNobodyUp) {
   EXPECT_LT(timeOfAGoodRequest(), seconds(2));
 }
 
+TEST_F(ManyClients, ThoseThatBreakOffAreForgottenAtOnce) {
+  for (int round = 0; round < 5; ++round) {
+    static_cast<void>(clientsThatSend(kPost + "Content-Length: 10000\r\n\r\ndat="));
+    static_cast<void>(clientsThatSend("GET /?F=JL0012 HTTP/1.1\r\nHo"));
+  }
+  constexpr std::size_t kFew = 40;
+  const auto end = Clock::now() + seconds(5);
+  while (velweb_.openFiles() > kFew && Clock::now() < end) {
+    std::this_thread::sleep_for(milliseconds(20));
+  }
+  EXPECT_LE(velweb_.openFiles(), kFew);
+}
+
 TEST_F(ManyClients, AChunkSizeWithoutEndTakesNoMemory) {
   for (const char* line : {"1", "0", "1;", "1\r\nx\r\n5;name="}) {
     test::RawClient client(velweb_.port());

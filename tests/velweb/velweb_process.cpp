@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <iterator>
 #include <limits>
 #include <thread>
 
@@ -75,6 +76,13 @@ std::size_t VelwebProcess::mostMemory() const {
     if (word == "VmHWM:" && status >> kibibytes) return kibibytes << 10;
   }
   return std::numeric_limits<std::size_t>::max();
+}
+
+std::size_t VelwebProcess::openFiles() const {
+  std::error_code failure;
+  const std::filesystem::directory_iterator files("/proc/" + std::to_string(process_) + "/fd",
+                                                  failure);
+  return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
 void VelwebProcess::closePipe() {

@@ -29,6 +29,9 @@ class VelwebProcess {
   /// The most memory that it had at once, in bytes.
   [[nodiscard]] std::size_t mostMemory() const;
 
+  /// How many files and sockets it has open.
+  [[nodiscard]] std::size_t openFiles() const;
+
   /// Closes the pipe that a parent holds.
   void closePipe();
   /// True when it ended within the time; status() is then its exit status.
