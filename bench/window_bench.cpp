@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "acars/ui/acars_browser.h"
+#include "app/ui/program.h"
 #include "bench/hfdl_day_files.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_row.h"
@@ -193,7 +194,7 @@ bool measureAirportKeystroke() {
 template <typename Browser>
 void refresh(Browser& browser) {
   browser.GetLogFileList();
-  while (!browser.program().context().jobs.isIdle()) QCoreApplication::processEvents();
+  while (!browser.context().jobs.isIdle()) QCoreApplication::processEvents();
 }
 
 // The longest time without a turn of the event loop while something runs.

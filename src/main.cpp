@@ -1,15 +1,15 @@
 #include <QApplication>
-#include <QCommandLineParser>
-#include <QFileInfo>
 #include <QTimer>
-#include <cstdlib>
 #include <memory>
+#include <variant>
 
 #include "acars/ui/acars_browser.h"
+#include "app/options.h"
+#include "app/ui/end_by_system.h"
 #include "app/ui/program.h"
+#include "app/ui/unattended_desktop.h"
 #include "core/platform.h"
 #include "core/program_files.h"
-#include "core/ui/qt_desktop.h"
 #include "core/version.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
@@ -20,6 +20,50 @@
 
 namespace {
 
+// True where the station's text can be read: without a converter no table can.
+bool canReadText(vel::Desktop& desktop, const vel::Folders& folders) {
+  const auto encoding = vel::Services::load(vel::servicesFile(folders)).textEncoding();
+  if (!encoding) desktop.showMessage(encoding.error().text());
+  return encoding.ok();
+}
+
+// The windows that the browsers open beside themselves.
+struct SideWindows {
+  vel::TourState tour;
+  std::unique_ptr<vel::ActivityWindow> activity;
+  std::unique_ptr<vel::FrequencyWindow> frequencies;
+};
+
+std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
+                                                     SideWindows& windows) {
+  auto browser = std::make_unique<vel::AcarsBrowser>(frame, web);
+  browser->prepareTour = [&windows](int step) { windows.tour.step = step; };
+  browser->showTour = [&windows, window = browser.get()] {
+    const vel::WindowTourHost host(window);
+    vel::TourWindow(host, windows.tour).exec();
+  };
+  return browser;
+}
+
+std::unique_ptr<vel::BrowserWindow> makeHfdlBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
+                                                    SideWindows& windows) {
+  auto browser = std::make_unique<vel::HfdlBrowser>(frame, web);
+  browser->showActivityChart = [&windows, &frame, window = browser.get()] {
+    if (!windows.activity) {
+      windows.activity = std::make_unique<vel::ActivityWindow>(
+          frame.context(), [window] { return window->shownLog(); });
+    }
+    windows.activity->open();
+  };
+  browser->showFrequencyChart = [&windows, &frame] {
+    if (!windows.frequencies) {
+      windows.frequencies = std::make_unique<vel::FrequencyWindow>(frame.context());
+    }
+    windows.frequencies->open();
+  };
+  return browser;
+}
+
 // Saves a picture of the window, then ends the program.
 void saveScreenshot(vel::Desktop& desktop, QWidget& window, const QString& file) {
   const bool saved = window.grab().save(file);
@@ -27,83 +71,47 @@ void saveScreenshot(vel::Desktop& desktop, QWidget& window, const QString& file)
   desktop.endProgram(saved ? 0 : 1);
 }
 
+int run(const vel::Options& options) {
+  const bool unattended = !options.screenshot.empty();
+  const std::unique_ptr<vel::QtDesktop> desktop =
+      unattended ? std::make_unique<vel::UnattendedDesktop>() : std::make_unique<vel::QtDesktop>();
+  const vel::Folders folders = vel::Folders::of(
+      options.programFolder.empty() ? vel::platform::executableFolder() : options.programFolder);
+  if (!canReadText(*desktop, folders)) return 1;
+
+  vel::Program program(*desktop, folders);
+  vel::WebAccess web(program.context());
+  SideWindows windows;
+  program.addUnloadStep([&web] { web.rawLogs().close(); });
+  program.setBrowsers(
+      [&](vel::BrowserFrame& frame) { return makeAcarsBrowser(frame, web, windows); },
+      [&](vel::BrowserFrame& frame) { return makeHfdlBrowser(frame, web, windows); });
+  if (unattended) {
+    program.onShown = [&desktop, file = vel::toQString(vel::toUtf8(options.screenshot))](
+                          vel::BrowserWindow& window) {
+      // Leaves the window the time to be laid out and painted once.
+      constexpr int kPaintMilliseconds = 300;
+      QTimer::singleShot(kPaintMilliseconds, &window,
+                         [&desktop, &window, file] { saveScreenshot(*desktop, window, file); });
+    };
+  }
+  vel::onEndBySystem(program, [&program] { program.endBySystem(); });
+  if (!program.Main()) return desktop->exitStatus();
+  vel::recoverTables(program.context().folders);
+  if (desktop->isEnding()) return desktop->exitStatus();
+  return QApplication::exec();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Help, version and errors of the command line need no display.
+  const auto options = vel::readOptions(vel::commandLine(argc, argv));
+  if (const auto* exit = std::get_if<vel::ExitAtOnce>(&options)) return exit->status;
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vel"));
   QApplication::setApplicationDisplayName(QString());
   QApplication::setApplicationVersion(QString::fromLatin1(vel::kVersion));
   QApplication::setQuitOnLastWindowClosed(false);
-
-  QCommandLineParser parser;
-  parser.setApplicationDescription(QString::fromLatin1(vel::kProgramTitle));
-  parser.addHelpOption();
-  parser.addVersionOption();
-  const QCommandLineOption programFolder(
-      QStringLiteral("program-folder"),
-      QStringLiteral(
-          "Use DIR as the program folder: ../data, ../logs and ../pics stand beside it."),
-      QStringLiteral("DIR"));
-  const QCommandLineOption screenshot(
-      QStringLiteral("screenshot"),
-      QStringLiteral("Load as usual, save a picture of the window to FILE, and exit."),
-      QStringLiteral("FILE"));
-  parser.addOptions({programFolder, screenshot});
-  parser.process(application);
-
-  const std::filesystem::path folder = parser.isSet(programFolder)
-                                           ? vel::toPath(parser.value(programFolder).toStdString())
-                                           : vel::platform::executableFolder();
-
-  vel::QtDesktop desktop;
-  const vel::Folders folders = vel::Folders::of(folder);
-  if (const auto encoding = vel::Services::load(vel::servicesFile(folders)).textEncoding();
-      !encoding) {
-    desktop.showMessage(encoding.error().text());
-    return EXIT_FAILURE;
-  }
-  vel::Program program(desktop, folders);
-  vel::WebAccess web(program.context());
-  program.addUnloadStep([&web] { web.rawLogs().close(); });
-  vel::TourState tour;
-  std::unique_ptr<vel::ActivityWindow> activity;
-  std::unique_ptr<vel::FrequencyWindow> frequencies;
-  program.setBrowsers(
-      [&](vel::Program& owner) {
-        auto browser = std::make_unique<vel::AcarsBrowser>(owner, web);
-        browser->prepareTour = [&tour](int step) { tour.step = step; };
-        browser->showTour = [&tour, window = browser.get()] {
-          const vel::WindowTourHost host(window);
-          vel::TourWindow(host, tour).exec();
-        };
-        return browser;
-      },
-      [&](vel::Program& owner) {
-        auto browser = std::make_unique<vel::HfdlBrowser>(owner, web);
-        browser->showActivityChart = [&activity, &owner, window = browser.get()] {
-          if (!activity) {
-            activity = std::make_unique<vel::ActivityWindow>(
-                owner.context(), [window] { return window->shownLog(); });
-          }
-          activity->open();
-        };
-        browser->showFrequencyChart = [&frequencies, &owner] {
-          if (!frequencies) frequencies = std::make_unique<vel::FrequencyWindow>(owner.context());
-          frequencies->open();
-        };
-        return browser;
-      });
-  if (parser.isSet(screenshot)) {
-    const QString file = parser.value(screenshot);
-    program.onShown = [&desktop, file](vel::BrowserWindow& window) {
-      // Leaves the window the time to be laid out and painted once.
-      QTimer::singleShot(300, &window,
-                         [&desktop, &window, file] { saveScreenshot(desktop, window, file); });
-    };
-  }
-  if (!program.Main()) return desktop.exitStatus();
-  vel::recoverTables(program.folders());
-  if (desktop.isEnding()) return desktop.exitStatus();
-  return QApplication::exec();
+  return run(std::get<vel::Options>(options));
 }

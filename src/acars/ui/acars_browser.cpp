@@ -4,7 +4,6 @@
 #include <QLayout>
 #include <QMenu>
 #include <QShortcut>
-#include <algorithm>
 #include <utility>
 
 #include "core/helpers.h"
@@ -32,21 +31,20 @@ constexpr int kTopRowTop = 2;
 constexpr int kFilterTop = 30;
 constexpr int kListTop = 78;
 
-// Indexes of the look-up row.
-constexpr int kPhotoSearch = 0;
-constexpr int kFlightSearch = 1;
-constexpr int kRawLog = 3;
-
-// The services list the user's engine last; the choosers show it first.
-std::vector<std::string> userEngineFirst(std::vector<std::string> labels) {
-  std::rotate(labels.begin(), labels.end() - 1, labels.end());
-  return labels;
+// Fills a chooser: the user's own engine comes first, the fixed ones follow in
+// their order. Each entry knows its engine.
+void offerEngines(QComboBox* chooser, const std::vector<std::string>& labels, int selected) {
+  const QSignalBlocker blocker(chooser);
+  chooser->clear();
+  const int last = static_cast<int>(labels.size()) - 1;
+  for (int engine = 0; engine <= last; ++engine) {
+    const QString label = shownText(labels[static_cast<std::size_t>(engine)], kLongestEntry);
+    chooser->insertItem(engine == last ? 0 : engine, label, engine);
+  }
+  chooser->setCurrentIndex(qBound(0, selected, last));
 }
 
-int servicePosition(const QComboBox* chooser) {
-  const int entry = chooser->currentIndex();
-  return entry == 0 ? chooser->count() - 1 : entry - 1;
-}
+int chosenEngine(const EngineRow* row) { return row->chooser()->currentData().toInt(); }
 
 const QStringList& columnTitles() {
   static const QStringList titles = {
@@ -66,11 +64,11 @@ const QList<int> kColumnWidths = {42, 62, 36, 96, 58, 58, 130, 296, 80};
 
 }  // namespace
 
-AcarsBrowser::AcarsBrowser(Program& program, WebAccess& web)
-    : LogBrowser(program, {kListLogSuffix, kNoListLog, true, 1, QStringLiteral("&HFDL"),
-                           QStringLiteral("Command11")}),
+AcarsBrowser::AcarsBrowser(BrowserFrame& frame, WebAccess& web)
+    : LogBrowser(frame, {kListLogSuffix, kNoListLog, kNoLineSelected, true, 1,
+                         QStringLiteral("&HFDL"), QStringLiteral("Command11")}),
       web_(web),
-      tables_(program.folders(), program.encoding()) {
+      tables_(frame.context().folders, frame.context().encoding) {
   setObjectName(QStringLiteral("Form1"));
   showRawLog = [&web](const std::string& name) { web.rawLogs().open(name); };
   setWindowTitle(QStringLiteral("VEL LIST.csv Browser"));
@@ -83,27 +81,27 @@ AcarsBrowser::AcarsBrowser(Program& program, WebAccess& web)
   filters_ = new FilterFrame(upper_);
   makeList(upper_,
            new LogListModel(
-               program.encoding(), ListLogReader::kSeparator, columnTitles(),
+               context().encoding, ListLogReader::kSeparator, columnTitles(),
                [](std::size_t number) { return toQString(listLineNumber(number)); }, this),
            kColumnWidths);
-  panel_ = new DetailPanel(program.context(), tables_, list(), model(), canvas);
+  panel_ = new DetailPanel(context(), tables_, list(), model(), canvas);
 
-  connect(filters_, &FilterFrame::Combo4_Click, this, &AcarsBrowser::readFiltered);
-  connect(filters_, &FilterFrame::Combo5_Click, this, &AcarsBrowser::readFiltered);
-  connect(filters_, &FilterFrame::Check1_Click, this, &AcarsBrowser::readFiltered);
-  connect(filters_, &FilterFrame::Text4_Change, this, &AcarsBrowser::readFiltered);
-  connect(filters_, &FilterFrame::Command9_Click, this, &AcarsBrowser::Command9_Click);
+  connect(filters_, &FilterFrame::changed, this, &AcarsBrowser::readFiltered);
+  connect(filters_, &FilterFrame::clearPressed, this, &AcarsBrowser::clearFilters);
   connect(list(), &xLView::listIndexChanged, panel_, &DetailPanel::showSelection);
   connect(list(), &xLView::clicked, panel_, &DetailPanel::showSelectionAgain);
   connect(panel_->photoSearch()->chooser(), &QComboBox::currentIndexChanged, this,
-          &AcarsBrowser::Combo2_Click);
+          &AcarsBrowser::keepPhotoEngine);
   connect(panel_->flightSearch()->chooser(), &QComboBox::currentIndexChanged, this,
-          &AcarsBrowser::Combo3_Click);
-  connect(panel_->photoSearch()->button(), &QPushButton::clicked, this,
-          [this] { Command7_Click(kPhotoSearch); });
-  connect(panel_->flightSearch()->button(), &QPushButton::clicked, this,
-          [this] { Command7_Click(kFlightSearch); });
-  connect(panel_->rawLogButton(), &QPushButton::clicked, this, [this] { Command7_Click(kRawLog); });
+          &AcarsBrowser::keepFlightEngine);
+  const auto onPress = [this](QPushButton* button, void (AcarsBrowser::*lookUp)()) {
+    connect(button, &QPushButton::clicked, this, [this, lookUp] {
+      if (hasLine()) (this->*lookUp)();
+    });
+  };
+  onPress(panel_->photoSearch()->button(), &AcarsBrowser::searchPhoto);
+  onPress(panel_->flightSearch()->button(), &AcarsBrowser::searchFlight);
+  onPress(panel_->rawLogButton(), &AcarsBrowser::openRawLog);
   addShortcuts();
 }
 
@@ -116,16 +114,17 @@ void AcarsBrowser::fillTopRow() {
   version_ = new QLabel(QStringLiteral("Ver x.xx"), topRow_);
   version_->setObjectName(QStringLiteral("Label4"));
   topRow_->layout()->addWidget(version_);
-  connect(otherBrowserButton(), &QPushButton::clicked, this, &AcarsBrowser::Command11_Click);
-  connect(config_, &QPushButton::clicked, this, &AcarsBrowser::Command10_Click);
-  connect(tour_, &QPushButton::clicked, this, &AcarsBrowser::Command4_Click);
+  connect(otherBrowserButton(), &QPushButton::clicked, this,
+          [this] { frame().switchBrowser(*this); });
+  connect(config_, &QPushButton::clicked, this, &AcarsBrowser::openConfig);
+  connect(tour_, &QPushButton::clicked, this, &AcarsBrowser::takeTour);
 }
 
 void AcarsBrowser::addShortcuts() {
   const auto add = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
-  add(QKeySequence(Qt::CTRL | Qt::Key_L), &AcarsBrowser::Command9_Click);
+  add(QKeySequence(Qt::CTRL | Qt::Key_L), &AcarsBrowser::clearFilters);
   add(QKeySequence(Qt::CTRL | Qt::Key_F), [this] {
     filters_->box(FilterFrame::kFlight)->setFocus(Qt::ShortcutFocusReason);
     filters_->box(FilterFrame::kFlight)->selectAll();
@@ -139,7 +138,7 @@ void AcarsBrowser::load() {
   suppressLoading = false;
   version_->setText(QStringLiteral("Ver") + QString::fromLatin1(kVersion));
   config_->setVisible(settings().env_Config != 0);
-  otherBrowserButton()->setVisible(program().hasOtherBrowser());
+  otherBrowserButton()->setVisible(frame().hasOtherBrowser());
   tour_->setVisible(showTour != nullptr);
   fill([this] {
     panel_->airports()->Text3_Change();
@@ -150,20 +149,13 @@ void AcarsBrowser::load() {
   });
 }
 
-void AcarsBrowser::Form_Activate() {
-  // The user's own engine comes first in both choosers; the fixed ones follow.
-  const auto fill = [](QComboBox* chooser, const std::vector<std::string>& engines, int selected) {
-    const QSignalBlocker blocker(chooser);
-    chooser->clear();
-    for (const std::string& engine : engines) chooser->addItem(shownText(engine, kLongestEntry));
-    chooser->setCurrentIndex(qBound(0, selected, chooser->count() - 1));
-  };
+void AcarsBrowser::takeOver() {
   const Settings& env = settings();
-  fill(panel_->photoSearch()->chooser(),
-       userEngineFirst(photoEngineLabels(SearchWindow::acars, env)), env.env_regSchCmb);
-  fill(panel_->flightSearch()->chooser(),
-       userEngineFirst(flightEngineLabels(SearchWindow::acars, env)), env.env_fltSchCmb);
-  BrowserWindow::Form_Activate();
+  offerEngines(panel_->photoSearch()->chooser(), photoEngineLabels(SearchWindow::acars, env),
+               env.env_regSchCmb);
+  offerEngines(panel_->flightSearch()->chooser(), flightEngineLabels(SearchWindow::acars, env),
+               env.env_fltSchCmb);
+  BrowserWindow::takeOver();
 }
 
 void AcarsBrowser::layOutFrames(int height, int width) {
@@ -180,7 +172,7 @@ void AcarsBrowser::layOutFrames(int height, int width) {
 }
 
 std::unique_ptr<LogReader> AcarsBrowser::makeReader(InputFile file) {
-  return std::make_unique<ListLogReader>(std::move(file), program().encoding(), filters_->filter(),
+  return std::make_unique<ListLogReader>(std::move(file), context().encoding, filters_->filter(),
                                          tables_);
 }
 
@@ -190,14 +182,14 @@ void AcarsBrowser::readEnds() { panel_->hideFrames(); }
 
 void AcarsBrowser::lineKept() { panel_->showSelectionAgain(); }
 
-void AcarsBrowser::Command9_Click() {
+void AcarsBrowser::clearFilters() {
   suppressLoading = true;
   filters_->clearAll();
   suppressLoading = false;
   readFiltered();
 }
 
-void AcarsBrowser::Command4_Click() {
+void AcarsBrowser::takeTour() {
   if (!showTour) return;
   // The tour explains the frames, which are hidden while no line is selected.
   const bool empty = list()->listIndex() < 0;
@@ -206,48 +198,36 @@ void AcarsBrowser::Command4_Click() {
   if (empty && list()->listIndex() < 0) panel_->hideFrames();
 }
 
-void AcarsBrowser::Combo2_Click() {
+void AcarsBrowser::keepPhotoEngine() {
   settings().env_regSchCmb = panel_->photoSearch()->chooser()->currentIndex();
 }
 
-void AcarsBrowser::Combo3_Click() {
+void AcarsBrowser::keepFlightEngine() {
   settings().env_fltSchCmb = panel_->flightSearch()->chooser()->currentIndex();
 }
 
-void AcarsBrowser::Command7_Click(int index) {
-  if (index != kPhotoSearch && index != kFlightSearch && index != kRawLog) return;
-  if (list()->listIndex() < 0) {
-    desktop().showMessage(kNoLineSelected);
-    return;
-  }
-  if (index == kPhotoSearch) searchPhoto();
-  if (index == kFlightSearch) searchFlight();
-  if (index == kRawLog && showRawLog) showRawLog(list()->selectedText(kListRegistration));
-}
-
 void AcarsBrowser::searchPhoto() {
-  const auto address = photoAddress(program().services(), settings(), SearchWindow::acars,
-                                    servicePosition(panel_->photoSearch()->chooser()),
-                                    list()->selectedText(kListRegistration));
+  const auto address =
+      photoAddress(context().services, settings(), SearchWindow::acars,
+                   chosenEngine(panel_->photoSearch()), list()->selectedText(kListRegistration));
   if (address) ShellOpen(desktop(), *address);
 }
 
 void AcarsBrowser::searchFlight() {
-  openFlightSearch(program().context(), web_.site(), tables_,
-                   servicePosition(panel_->flightSearch()->chooser()),
+  openFlightSearch(context(), web_.site(), tables_, chosenEngine(panel_->flightSearch()),
                    FlightValues::fromAcars(list()->selectedText(kListFlight)), this);
 }
 
-void AcarsBrowser::Command10_Click() {
-  ConffigDialog dialog(program().context(), web_.site(), this);
+void AcarsBrowser::openConfig() {
+  ConffigDialog dialog(context(), web_.site(), this);
   dialog.exec();
 }
 
-void AcarsBrowser::Command11_Click() { program().switchBrowser(*this); }
-
 void AcarsBrowser::openPhoto() { panel_->openSelectedPhoto(); }
 
-void AcarsBrowser::openRawLog() { Command7_Click(kRawLog); }
+void AcarsBrowser::openRawLog() {
+  if (showRawLog) showRawLog(list()->selectedText(kListRegistration));
+}
 
 void AcarsBrowser::addFilterActions(QMenu& menu, const QModelIndex& clicked) {
   const auto column = static_cast<ListColumn>(clicked.column());

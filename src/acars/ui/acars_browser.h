@@ -21,7 +21,7 @@ class AcarsBrowser : public LogBrowser {
 
  public:
   /// The web access outlives the window.
-  AcarsBrowser(Program& program, WebAccess& web);
+  AcarsBrowser(BrowserFrame& frame, WebAccess& web);
 
   /// What other windows do for this one; set before load(). Missing ones do
   /// nothing, and their buttons are not shown.
@@ -29,21 +29,15 @@ class AcarsBrowser : public LogBrowser {
   std::function<void()> showTour;
 
   void load() override;
-  void Form_Activate() override;
 
-  void Combo2_Click();
-  void Combo3_Click();
-  void Command4_Click();
-  /// The look-up row: photo search (0), flight search (1), raw log (3).
-  void Command7_Click(int index);
-  void Command9_Click();
-  void Command10_Click();
-  void Command11_Click();
+  /// Puts every filter back as it is at load and reads the log once.
+  void clearFilters();
 
   [[nodiscard]] FilterFrame* filters() const { return filters_; }
   [[nodiscard]] DetailPanel* panel() const { return panel_; }
 
  protected:
+  void takeOver() override;
   void layOutFrames(int height, int width) override;
   std::unique_ptr<LogReader> makeReader(InputFile file) override;
   void readBegins() override {}
@@ -59,6 +53,10 @@ class AcarsBrowser : public LogBrowser {
  private:
   void fillTopRow();
   void addShortcuts();
+  void keepPhotoEngine();
+  void keepFlightEngine();
+  void takeTour();
+  void openConfig();
 
   WebAccess& web_;
   Tables tables_;

@@ -57,7 +57,7 @@ AirlineEditor::AirlineEditor(const TableEditing& editing, IsLineSelected isLineS
   QWidget::setTabOrder(company_, enter_);
   useSmallTitle(*this);
   setFourFields(false);
-  connect(enter_, &QPushButton::clicked, this, &AirlineEditor::Command6_Click);
+  connect(enter_, &QPushButton::clicked, this, &AirlineEditor::saveAirline);
 }
 
 bool AirlineEditor::AirLineLoad(const std::string& prefix) {
@@ -89,7 +89,7 @@ void AirlineEditor::setFourFields(bool fourFields) {
   companyLabel_->setPalette(label);
 }
 
-void AirlineEditor::Command6_Click() {
+void AirlineEditor::saveAirline() {
   if (!isLineSelected_()) {
     editing_.refuse(kNoLineSelected);
     return;

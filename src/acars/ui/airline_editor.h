@@ -29,7 +29,7 @@ class AirlineEditor : public QGroupBox {
   bool AirLineLoad(const std::string& prefix);
 
   /// Writes the boxes to letter.csv.
-  void Command6_Click();
+  void saveAirline();
 
  private:
   void setFourFields(bool fourFields);

@@ -9,6 +9,7 @@
 
 #include "acars/list_log.h"
 #include "core/text.h"
+#include "core/ui/panel_layout.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
@@ -36,13 +37,6 @@ const QString kNoTitleYet = QStringLiteral(" ");
 // Among the look-up buttons Command7.
 constexpr int kPhotoSearchIndex = 0;
 constexpr int kFlightSearchIndex = 1;
-
-// Keeps a hidden frame's place, so that nothing moves when it is shown.
-void keepPlaceWhenHidden(QWidget* widget) {
-  QSizePolicy policy = widget->sizePolicy();
-  policy.setRetainSizeWhenHidden(true);
-  widget->setSizePolicy(policy);
-}
 
 }  // namespace
 
@@ -96,7 +90,7 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* l
   connect(airportEditor_, &AirportEditor::written, flight_, &FlightEditor::showAirportNames);
   connect(flight_, &FlightEditor::airportNameChosen, this, &DetailPanel::openAirportDialog);
   connect(photo_->photo(), &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
-  connect(enter_, &QPushButton::clicked, this, &DetailPanel::Command1_Click);
+  connect(enter_, &QPushButton::clicked, this, &DetailPanel::saveEquipment);
   hideFrames();
 }
 
@@ -120,12 +114,11 @@ QWidget* DetailPanel::makePhotoColumn() {
   line->setSpacing(4);
   line->addWidget(equipment_);
   line->addWidget(enter_);
+  QWidget::setTabOrder(equipment_, enter_);
   useSmallTitle(*aircraftFrame_);
   keepPlaceWhenHidden(aircraftFrame_);
 
-  auto* rows = new QVBoxLayout(column);
-  rows->setContentsMargins(0, 0, 0, 0);
-  rows->setSpacing(4);
+  QVBoxLayout* rows = makeRows(column, 4);
   rows->addWidget(photo_);
   rows->addWidget(aircraftFrame_);
   rows->addStretch();
@@ -200,6 +193,8 @@ void DetailPanel::showSelection() {
     registration_ = list_->selectedText(kListRegistration);
     photo_->showPhoto(registration_);
     aircraftFrame_->setTitle(frameTitle(registration_));
+    // A screen reader reads a frame's name and not its title.
+    aircraftFrame_->setAccessibleName(tr("Aircraft: %1").arg(shownText(registration_, kLongestEntry)));
     equipment_->clear();
     const auto equipment = editing_.tables().SearchAircraft(registration_);
     if (!equipment) return equipment.error();
@@ -243,7 +238,7 @@ void DetailPanel::openAirportDialog(const QString& name) {
   if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();
 }
 
-void DetailPanel::Command1_Click() {
+void DetailPanel::saveEquipment() {
   if (list_->listIndex() < 0) {
     editing_.refuse(kNoLineSelected);
     return;

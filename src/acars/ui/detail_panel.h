@@ -45,7 +45,7 @@ class DetailPanel : public QWidget {
   void showFrames();
 
   /// Writes the equipment to aircraft.csv.
-  void Command1_Click();
+  void saveEquipment();
 
   /// Opens the photo of the selected line and marks the line.
   void openSelectedPhoto();

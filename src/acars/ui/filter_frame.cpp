@@ -1,35 +1,15 @@
 #include "acars/ui/filter_frame.h"
 
 #include <QHBoxLayout>
-#include <QKeyEvent>
 #include <QVBoxLayout>
+
+#include "core/ui/capitals.h"
 
 namespace vel {
 namespace {
 
 // The guided tour stands right of the flight box: it ends left of 116 pixels.
 constexpr int kFlightBoxWidth = 60;
-
-// A box that turns typed lower-case letters a to z into capitals.
-class CapitalBox : public QLineEdit {
- public:
-  using QLineEdit::QLineEdit;
-
- protected:
-  void keyPressEvent(QKeyEvent* event) override {
-    const QString typed = event->text();
-    const bool small = typed.size() == 1 && typed[0] >= QLatin1Char('a') &&
-                       typed[0] <= QLatin1Char('z') &&
-                       (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
-    if (!small) {
-      QLineEdit::keyPressEvent(event);
-      return;
-    }
-    QKeyEvent capital(event->type(), event->key(), event->modifiers(), typed.toUpper(),
-                      event->isAutoRepeat(), static_cast<quint16>(event->count()));
-    QLineEdit::keyPressEvent(&capital);
-  }
-};
 
 // The entry of the photo filter that shows lines with this mark; kAll for none.
 int photoFilterOf(const QString& mark) {
@@ -153,10 +133,10 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
   count_->setContentsMargins(2, 0, 4, 0);
   addColumn(row, tr("Lines"), {count_});
 
-  connect(photo_, &QComboBox::currentIndexChanged, this, &FilterFrame::Combo4_Click);
-  connect(timeComparison_, &QComboBox::currentIndexChanged, this, &FilterFrame::Combo5_Click);
-  connect(letter_, &QCheckBox::toggled, this, &FilterFrame::Check1_Click);
-  connect(clear_, &QPushButton::clicked, this, &FilterFrame::Command9_Click);
+  connect(photo_, &QComboBox::currentIndexChanged, this, &FilterFrame::changed);
+  connect(timeComparison_, &QComboBox::currentIndexChanged, this, &FilterFrame::changed);
+  connect(letter_, &QCheckBox::toggled, this, &FilterFrame::changed);
+  connect(clear_, &QPushButton::clicked, this, &FilterFrame::clearPressed);
 }
 
 QLineEdit* FilterFrame::makeBox(Box index, const QString& accessibleName, const QString& toolTip,
@@ -173,7 +153,7 @@ QLineEdit* FilterFrame::makeBox(Box index, const QString& accessibleName, const 
   } else {
     box->setMinimumWidth(48);
   }
-  connect(box, &QLineEdit::textChanged, this, &FilterFrame::Text4_Change);
+  connect(box, &QLineEdit::textChanged, this, &FilterFrame::changed);
   boxes_[static_cast<std::size_t>(index)] = box;
   return box;
 }
@@ -206,7 +186,12 @@ void FilterFrame::clearAll() {
   selectFirstEntries();
 }
 
-void FilterFrame::setCount(std::size_t shownLines) { count_->setText(QString::number(shownLines)); }
+void FilterFrame::setCount(std::size_t shownLines) {
+  const QString count = QString::number(shownLines);
+  count_->setText(count);
+  // A screen reader reads a label's name and not its text.
+  count_->setAccessibleName(tr("Number of shown lines: %1").arg(count));
+}
 
 bool FilterFrame::canFilterBy(ListColumn column, const QString& text) {
   if (column == kListPict) return photoFilterOf(text) != ListFilter::kAll;

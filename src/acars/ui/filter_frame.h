@@ -45,11 +45,10 @@ class FilterFrame : public QFrame {
   [[nodiscard]] QLineEdit* box(Box index) const { return boxes_[static_cast<std::size_t>(index)]; }
 
  Q_SIGNALS:
-  void Combo4_Click();
-  void Combo5_Click();
-  void Check1_Click();
-  void Text4_Change();
-  void Command9_Click();
+  /// A control asks for other lines.
+  void changed();
+  /// The button that clears every filter was pressed.
+  void clearPressed();
 
  private:
   QLineEdit* makeBox(Box index, const QString& accessibleName, const QString& toolTip, int width);

@@ -8,9 +8,12 @@
 
 namespace vel {
 
-BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smallestSize)
-    : program_(program), designedSize_(designedSize), placement_(new OuterPlacement(*this)) {
-  setMinimumSize(toPixels(smallestSize.width()), toPixels(smallestSize.height()));
+BrowserWindow::BrowserWindow(BrowserFrame& frame, QSize designedSize, QSize smallestSize)
+    : frame_(frame),
+      designedSize_(designedSize),
+      smallestSize_(smallestSize),
+      placement_(new OuterPlacement(*this)) {
+  keepSmallestSize();
   resize(toPixels(designedSize.width()), toPixels(designedSize.height()));
   connect(placement_, &OuterPlacement::looking, this, &BrowserWindow::noticeFrame);
   connect(placement_, &OuterPlacement::settled, this, [this] {
@@ -27,7 +30,7 @@ BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smalles
                 previous != nullptr && previous->transientParent() == windowHandle();
             if (focused == windowHandle() && previous != nullptr && previous != focused &&
                 !ownDialog && isVisible()) {
-              Form_Activate();
+              takeOver();
             }
           });
 }
@@ -35,11 +38,17 @@ BrowserWindow::BrowserWindow(Program& program, QSize designedSize, QSize smalles
 QRect BrowserWindow::outerGeometry() const { return outerPixels(*this); }
 
 void BrowserWindow::setOuterTwips(const QRect& outer) {
-  placement_->place(outer, program_.place().frame);
+  placement_->place(outer, frame_.place().frame());
+}
+
+void BrowserWindow::keepSmallestSize() {
+  // The smallest size is one with the frame around the window.
+  const QSize outer(toPixels(smallestSize_.width()), toPixels(smallestSize_.height()));
+  setMinimumSize(outer.shrunkBy(frameOf(*this)).expandedTo(QSize(1, 1)));
 }
 
 void BrowserWindow::noticeFrame() {
-  if (frameOf(*this) != laidOutFrame_) Form_Resize();
+  if (frameOf(*this) != laidOutFrame_) layOut();
   if (!sizeUnset_ || frameOf(*this).isNull()) return;
   sizeUnset_ = false;
   const QSize designed(toPixels(designedSize_.width()), toPixels(designedSize_.height()));
@@ -54,67 +63,60 @@ WindowState BrowserWindow::state() const {
   return isNormal(*this) ? kNormal : kMaximised;
 }
 
-void BrowserWindow::Form_Activate() { takePlace(false); }
+void BrowserWindow::takeOver() { takePlace(false); }
 
 void BrowserWindow::takePlace(bool showing) {
-  const ScreenPlace place = program_.place();
-  const bool maximise = place.state == kMaximised;
+  const CommonPlace& place = frame_.place();
+  const bool maximise = place.state() == kMaximised;
   takingPlace_ = true;
   normalPlace_ = NormalPlace();
-  if (!place.normal.isNull()) normalPlace_.record(place.normal);
+  if (!place.normal().isNull()) normalPlace_.record(place.normal());
   if (showing || maximise != isMaximized()) {
     // While it is hidden, a window forgets to where it is restored: it is
     // given its normal place before every maximising.
     setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
-    if (!place.normal.isNull()) setOuterTwips(place.normal);
+    if (!place.normal().isNull()) setOuterTwips(place.normal());
     if (maximise) {
-      normalUncertain_ = frameOf(*this).isNull() && place.frame.isNull();
+      normalUncertain_ = frameOf(*this).isNull() && place.frame().isNull();
       setWindowState(windowState() | Qt::WindowMaximized);
     }
-  } else if (!maximise && !place.normal.isNull() && outerTwips(*this) != place.normal) {
-    setOuterTwips(place.normal);
+  } else if (!maximise && !place.normal().isNull() && outerTwips(*this) != place.normal()) {
+    setOuterTwips(place.normal());
   }
   takingPlace_ = false;
 }
 
-void BrowserWindow::Form_Resize() {
-  if (program_.startingUp) return;
-  laidOutFrame_ = frameOf(*this);
+void BrowserWindow::layOut() {
+  if (!frame_.place().isRecording()) return;
+  if (laidOutFrame_ != frameOf(*this)) {
+    laidOutFrame_ = frameOf(*this);
+    keepSmallestSize();
+  }
   layOutFrames(outerTwips(*this).height(), outerTwips(*this).width());
   recordPlace();
 }
 
 void BrowserWindow::recordPlace() {
+  CommonPlace& place = frame_.place();
   // A hidden window follows the shown one; it never sets the place itself.
-  if (program_.startingUp || !isVisible() || takingPlace_) return;
-  ScreenPlace& place = program_.place();
-  const bool frameMissing = frameOf(*this).isNull() && !place.frame.isNull();
+  if (!place.isRecording() || !isVisible() || takingPlace_) return;
+  const bool frameMissing = frameOf(*this).isNull() && !place.frame().isNull();
   const bool judged = windowHandle()->isExposed() && !frameMissing && !sizeUnset_;
   if (placement_->isWatching() && (placement_->isSettling() || !judged)) return;
-  place.state = state();
-  settings().env_Form1_WinS = place.state;
+  place.recordState(state());
   const QRect outer = outerTwips(*this);
-  if (place.state == kNormal) {
-    place.frame = frameOf(*this);
+  if (place.state() == kNormal) {
+    place.recordFrame(frameOf(*this));
     normalPlace_.record(outer);
-  } else if (place.state == kMaximised) {
+  } else if (place.state() == kMaximised) {
     normalPlace_.windowMaximised(outer.size());
   }
-  if (!normalPlace_.latest().isNull()) setNormalPlace(normalPlace_.latest());
-}
-
-void BrowserWindow::setNormalPlace(const QRect& outer) {
-  program_.place().normal = outer;
-  Settings& env = settings();
-  env.env_Form1_Top = outer.y();
-  env.env_Form1_Left = outer.x();
-  env.env_Form1_Height = outer.height();
-  env.env_Form1_Width = outer.width();
+  if (!normalPlace_.latest().isNull()) place.recordNormal(normalPlace_.latest());
 }
 
 void BrowserWindow::resizeEvent(QResizeEvent* event) {
   QMainWindow::resizeEvent(event);
-  Form_Resize();
+  layOut();
 }
 
 void BrowserWindow::moveEvent(QMoveEvent* event) {
@@ -125,11 +127,11 @@ void BrowserWindow::moveEvent(QMoveEvent* event) {
 void BrowserWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
   if (event->spontaneous()) return;
-  sizeUnset_ = program_.place().normal.isNull();
+  sizeUnset_ = frame_.place().normal().isNull();
   placement_->windowShown();
   takePlace(true);
-  Form_Activate();
-  Form_Resize();
+  takeOver();
+  layOut();
 }
 
 void BrowserWindow::hideEvent(QHideEvent* event) {
@@ -144,16 +146,14 @@ void BrowserWindow::changeEvent(QEvent* event) {
       (static_cast<QWindowStateChangeEvent*>(event)->oldState() & Qt::WindowMaximized) != 0;
   if (state() == kNormal && wasMaximised && normalUncertain_) {
     normalUncertain_ = false;
-    setOuterTwips(program_.place().normal);
+    setOuterTwips(frame_.place().normal());
   }
-  Form_Resize();
+  layOut();
 }
 
 void BrowserWindow::closeEvent(QCloseEvent* event) {
   event->accept();
-  Form_Unload();
+  frame_.unload(*this);
 }
-
-void BrowserWindow::Form_Unload() { program_.unload(*this); }
 
 }  // namespace vel

@@ -3,7 +3,7 @@
 #include <QMainWindow>
 #include <QMargins>
 
-#include "app/ui/program.h"
+#include "app/ui/browser_frame.h"
 #include "core/ui/outer_placement.h"
 
 namespace vel {
@@ -16,7 +16,7 @@ class BrowserWindow : public QMainWindow {
 
  public:
   /// The designed and the smallest size are outer sizes in twips.
-  BrowserWindow(Program& program, QSize designedSize, QSize smallestSize);
+  BrowserWindow(BrowserFrame& frame, QSize designedSize, QSize smallestSize);
 
   /// Fills the window, while events run; called once, before it is shown.
   /// `loaded` tells the end; it never does where the program ends.
@@ -24,14 +24,7 @@ class BrowserWindow : public QMainWindow {
   /// The number of list rows, as the splash shows it.
   [[nodiscard]] virtual int shownRows() const = 0;
 
-  /// Takes the common place over; runs when the window comes to the front from
-  /// another window of the program or is shown.
-  virtual void Form_Activate();
-  /// Lays the frames out and records the place.
-  virtual void Form_Resize();
-  void Form_Unload();
-
-  [[nodiscard]] Program& program() { return program_; }
+  [[nodiscard]] const Context& context() const { return frame_.context(); }
   [[nodiscard]] QSize designedSize() const { return designedSize_; }
 
   /// The window's outer rectangle in logical pixels, title bar included.
@@ -46,6 +39,10 @@ class BrowserWindow : public QMainWindow {
   void loaded();
 
  protected:
+  /// Takes the common place over; runs when the window comes to the front from
+  /// another window of the program or is shown.
+  virtual void takeOver();
+
   /// Puts the frames where the outer height and width (twips) want them.
   virtual void layOutFrames(int height, int width) = 0;
 
@@ -56,18 +53,21 @@ class BrowserWindow : public QMainWindow {
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
-  [[nodiscard]] Desktop& desktop() { return program_.desktop(); }
-  [[nodiscard]] Settings& settings() { return program_.settings(); }
+  [[nodiscard]] BrowserFrame& frame() { return frame_; }
+  [[nodiscard]] Desktop& desktop() const { return context().desktop; }
+  [[nodiscard]] Settings& settings() const { return context().settings; }
 
  private:
   [[nodiscard]] WindowState state() const;
   void noticeFrame();
+  void keepSmallestSize();
   void recordPlace();
-  void setNormalPlace(const QRect& outer);
+  void layOut();
   void takePlace(bool showing);
 
-  Program& program_;
+  BrowserFrame& frame_;
   QSize designedSize_;
+  QSize smallestSize_;
   OuterPlacement* placement_;
   NormalPlace normalPlace_;
   QMargins laidOutFrame_;

@@ -1,24 +1,18 @@
 #include "app/ui/program.h"
 
-#include <QApplication>
-#include <algorithm>
-#include <cmath>
-#include <utility>
+#include <QCoreApplication>
 
 #include "app/ui/browser_window.h"
 #include "app/ui/splash.h"
 #include "core/file.h"
 #include "core/program_files.h"
-#include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
 
 namespace vel {
 namespace {
 
-constexpr int kLoadedInterval = 100;
-// Saved sizes below these, in twips, count as none.
-constexpr int kSmallestSavedWidth = 2000;
-constexpr int kSmallestSavedHeight = 500;
+constexpr int kLoadingInterval = 100;
+constexpr int kBrowsers = 2;
 
 }  // namespace
 
@@ -27,7 +21,8 @@ Program::Program(Desktop& desktop, const Folders& folders)
       folders_(folders),
       services_(Services::load(servicesFile(folders))),
       encoding_(services_.textEncoding().value()),
-      context_{desktop_, folders_, services_, encoding_, settings_, jobs_} {
+      context_{desktop_, folders_, services_, encoding_, settings_, jobs_},
+      place_(settings_) {
   jobs_.isEnding = [&desktop] { return desktop.isEnding(); };
 }
 
@@ -51,15 +46,14 @@ bool Program::Main() {
   if (lock) lock_ = std::move(*lock);
   removeLeftOvers(folders_);
   WriteRunLog(desktop_, "Start main");
-  startingUp = true;
-  firstUnload = true;
-  loadProgressCount = 2;
+  loadProgressCount_ = kBrowsers;
+  place_.settingsLoading();
   const Status loaded =
       LoadEnv(desktop_, settingsFile(folders_), encoding_, services_.defaultSearches(), settings_);
   if (!loaded) desktop_.showMessage(loaded.error().text());
-  startingUp = false;
+  place_.settingsLoaded();
   splash_ = std::make_unique<Splash>([this] { splashTick(); });
-  splashStage = 0;
+  stage_ = Stage::splashShown;
   splash_->show();
   WriteRunLog(desktop_, "End main");
   return true;
@@ -70,36 +64,37 @@ void Program::splashTick() {
     closeSplash();
     return;
   }
-  switch (splashStage) {
-    case 0:
-      splash_->showPleaseWait();
-      desktop_.processEvents();
-      splashStage = 1;
-      mainWindow_ = makeMainWindow_(*this);
-      if (makeOtherWindow_) otherWindow_ = makeOtherWindow_(*this);
-      restorePlace();
-      splash_->setInterval(kLoadedInterval);
-      connect(mainWindow_.get(), &BrowserWindow::loaded, this, &Program::mainWindowLoaded);
-      mainWindow_->load();
-      break;
-    case 2:
-      closeSplash();
-      mainWindow_->show();
-      if (onShown) onShown(*mainWindow_);
-      break;
-    default:
-      break;
-  }
+  if (stage_ == Stage::splashShown) loadMainWindow();
+  if (stage_ == Stage::loaded) showMainWindow();
 }
 
-void Program::mainWindowLoaded() {
-  const auto loaded = [this] { splashStage = 2; };
+void Program::loadMainWindow() {
+  stage_ = Stage::loading;
+  splash_->setInterval(kLoadingInterval);
+  splash_->showPleaseWait();
+  // Making the windows takes a moment: the words are drawn before.
+  QCoreApplication::processEvents();
+  if (desktop_.isEnding()) return;
+  mainWindow_ = makeMainWindow_(*this);
+  if (makeOtherWindow_) otherWindow_ = makeOtherWindow_(*this);
+  connect(mainWindow_.get(), &BrowserWindow::loaded, this, &Program::loadOtherWindow);
+  mainWindow_->load();
+}
+
+void Program::loadOtherWindow() {
+  disconnect(mainWindow_.get(), &BrowserWindow::loaded, this, nullptr);
   if (otherWindow_ == nullptr) {
-    loaded();
+    stage_ = Stage::loaded;
     return;
   }
-  connect(otherWindow_.get(), &BrowserWindow::loaded, this, loaded);
+  connect(otherWindow_.get(), &BrowserWindow::loaded, this, [this] { stage_ = Stage::loaded; });
   otherWindow_->load();
+}
+
+void Program::showMainWindow() {
+  closeSplash();
+  mainWindow_->show();
+  if (onShown) onShown(*mainWindow_);
 }
 
 void Program::closeSplash() {
@@ -110,59 +105,55 @@ void Program::closeSplash() {
   splash->deleteLater();
 }
 
-void Program::restorePlace() {
-  const bool saved = settings_.env_Form1_Width >= kSmallestSavedWidth &&
-                     settings_.env_Form1_Height >= kSmallestSavedHeight;
-  if (!saved) return;
-  // Far beyond every screen, and still a number that fits.
-  static constexpr double kFarthest = 1'000'000;
-  const auto whole = [](double twips) {
-    return static_cast<int>(std::lround(std::clamp(twips, -kFarthest, kFarthest)));
-  };
-  place_.normal = QRect(whole(settings_.env_Form1_Left), whole(settings_.env_Form1_Top),
-                        whole(settings_.env_Form1_Width), whole(settings_.env_Form1_Height));
-  place_.state = settings_.env_Form1_WinS == kMaximised ? kMaximised : kNormal;
-}
-
-void Program::showProgress() {
-  if (splash_ == nullptr) return;
+void Program::rowsRead(int untilReads) {
+  if (splash_ == nullptr || loadProgressCount_ <= untilReads) return;
   const int hfdl = otherWindow_ != nullptr ? otherWindow_->shownRows() : 0;
   const int acars = mainWindow_ != nullptr ? mainWindow_->shownRows() : 0;
   splash_->setProgress(QStringLiteral("FMT:%1 LIST:%2").arg(hfdl).arg(acars));
 }
 
-void Program::SaveEnv() {
-  // Nothing is shown for any trouble with the settings.
-  static_cast<void>(vel::SaveEnv(settingsFile(folders_), encoding_, settings_));
+void Program::readEnded() {
+  if (loadProgressCount_ > 0) --loadProgressCount_;
 }
 
 void Program::switchBrowser(const BrowserWindow& from) {
-  BrowserWindow* to = &from == mainWindow_.get() ? otherWindow_.get() : mainWindow_.get();
-  BrowserWindow* shown = &from == mainWindow_.get() ? mainWindow_.get() : otherWindow_.get();
-  if (to == nullptr) return;
-  to->show();
-  shown->hide();
-  to->raise();
-  to->activateWindow();
+  if (otherWindow_ == nullptr) return;
+  const bool fromMain = &from == mainWindow_.get();
+  BrowserWindow& shown = fromMain ? *mainWindow_ : *otherWindow_;
+  BrowserWindow& next = fromMain ? *otherWindow_ : *mainWindow_;
+  next.show();
+  shown.hide();
+  next.raise();
+  next.activateWindow();
 }
 
 void Program::unload(BrowserWindow& closing) {
   if (unloading_) return;
   unloading_ = true;
-  const bool normal = !closing.isMinimized() && !closing.isMaximized() && !closing.isFullScreen();
-  if (normal && firstUnload) {
-    settings_.env_Form1_Top = toTwips(closing.outerGeometry().y());
-    settings_.env_Form1_Left = toTwips(closing.outerGeometry().x());
-    firstUnload = false;
+  if (isNormal(closing)) {
+    place_.recordUnload(
+        {toTwips(closing.outerGeometry().x()), toTwips(closing.outerGeometry().y())});
   }
-  for (const auto& step : unloadSteps_) step();
   for (BrowserWindow* browser : {mainWindow_.get(), otherWindow_.get()}) {
     if (browser != nullptr && browser != &closing) browser->hide();
   }
-  if (!desktop_.isEnding()) {
-    SaveEnv();
-    desktop_.endProgram(0);
+  saveAndEnd();
+}
+
+void Program::endBySystem() {
+  for (BrowserWindow* browser : {mainWindow_.get(), otherWindow_.get()}) {
+    if (browser != nullptr && browser->isVisible()) browser->close();
   }
+  // No browser is shown while the program starts.
+  if (!std::exchange(unloading_, true)) saveAndEnd();
+}
+
+void Program::saveAndEnd() {
+  for (const auto& step : unloadSteps_) step();
+  if (desktop_.isEnding()) return;
+  // Nothing is shown for any trouble with the settings.
+  static_cast<void>(SaveEnv(settingsFile(folders_), encoding_, settings_));
+  desktop_.endProgram(0);
 }
 
 }  // namespace vel

@@ -29,6 +29,8 @@ BusyLabels::BusyLabels(const QString& lookUpCaption, QWidget* parent)
   row->addWidget(processing_);
   row->addWidget(complete_);
   row->addStretch();
+  // Nothing moves when a word is shown.
+  setMinimumHeight(processing_->sizeHint().height());
   timer_ = new QTimer(this);
   timer_->setObjectName(QStringLiteral("Timer1"));
   timer_->setSingleShot(true);

@@ -16,9 +16,9 @@ constexpr int kSettleInterval = 40;
 constexpr int kSettleTicks = 12;
 constexpr int kSettledTicks = 2;
 constexpr int kFramelessTicks = 5;
-// In pixels, beyond every wall of screens: a damaged setting must not ask for a
-// window of many gigabytes.
-constexpr QSize kLargestWindow(16384, 16384);
+// In pixels: what has to be seen of a title bar, without the buttons at its ends.
+constexpr int kTitleBarHeight = 20;
+constexpr int kTitleBarEnd = 40;
 
 // A window manager reports the maximised size at most so many milliseconds before
 // or after the maximised state.
@@ -41,11 +41,20 @@ bool isNormal(const QWidget& window) {
   return !window.isMinimized() && !window.isMaximized() && !window.isFullScreen();
 }
 
-QRect reachable(QRect rect) {
-  rect.setSize(rect.size().boundedTo(kLargestWindow));
+QRect reachable(QRect rect, QSize smallest) {
+  const QRect screens = QGuiApplication::primaryScreen()->availableVirtualGeometry();
+  const QSize wanted = rect.size().expandedTo(smallest);
+  rect.setSize(wanted.boundedTo(screens.size()).expandedTo(smallest));
+  // What is larger than all screens together begins where they begin.
+  if (wanted.width() > screens.width()) rect.moveLeft(screens.left());
+  if (wanted.height() > screens.height()) rect.moveTop(screens.top());
+  const QRect titleBar(rect.x() + kTitleBarEnd, rect.y(), rect.width() - 2 * kTitleBarEnd,
+                       kTitleBarHeight);
   for (const QScreen* screen : QGuiApplication::screens()) {
     const QRect area = screen->availableGeometry();
-    if (area.intersects(QRect(rect.x() + 40, rect.y(), rect.width() - 80, 20))) return rect;
+    const bool reachable = titleBar.right() >= area.left() && titleBar.left() <= area.right() &&
+                           titleBar.top() >= area.top() && titleBar.bottom() <= area.bottom();
+    if (reachable) return rect;
   }
   const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
   rect.moveLeft(qBound(area.left(), rect.left(), qMax(area.left(), area.right() - rect.width())));
@@ -59,8 +68,8 @@ OuterPlacement::OuterPlacement(QWidget& window) : QObject(&window), window_(wind
 }
 
 void OuterPlacement::place(const QRect& outer, const QMargins& expectedFrame) {
-  wanted_ = reachable(toPixelRect(outer));
   expectedFrame_ = expectedFrame;
+  wanted_ = reachable(toPixelRect(outer), window_.minimumSize().grownBy(frameToExpect()));
   apply();
   if (window_.isVisible()) windowShown();
 }
@@ -86,10 +95,12 @@ bool OuterPlacement::eventFilter(QObject* watched, QEvent* event) {
   return QObject::eventFilter(watched, event);
 }
 
-void OuterPlacement::apply() {
+QMargins OuterPlacement::frameToExpect() const {
   const QMargins own = frameOf(window_);
-  window_.setGeometry(wanted_.marginsRemoved(own.isNull() ? expectedFrame_ : own));
+  return own.isNull() ? expectedFrame_ : own;
 }
+
+void OuterPlacement::apply() { window_.setGeometry(wanted_.marginsRemoved(frameToExpect())); }
 
 void OuterPlacement::settle() {
   // Until the window manager shows the window, nothing of it can be judged.

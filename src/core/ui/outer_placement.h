@@ -24,9 +24,9 @@ namespace vel {
 /// True in neither the minimised nor the maximised nor the full-screen state.
 [[nodiscard]] bool isNormal(const QWidget& window);
 
-/// An outer rectangle in pixels, of a sane size and moved so that its title bar
-/// can be reached on some screen.
-[[nodiscard]] QRect reachable(QRect outer);
+/// An outer rectangle in pixels, no larger than all screens together, no smaller
+/// than `smallest`, and moved so that its title bar can be reached on some screen.
+[[nodiscard]] QRect reachable(QRect outer, QSize smallest);
 
 /// Puts a window's outer rectangle where it is wanted. How wide its frame is,
 /// the window manager says only some time after the window was shown: until
@@ -64,6 +64,7 @@ class OuterPlacement : public QObject {
  private:
   void settle();
   void apply();
+  [[nodiscard]] QMargins frameToExpect() const;
 
   QWidget& window_;
   QRect wanted_;  // pixels; null when the window stands where it should

@@ -40,6 +40,8 @@ bool QtDesktop::askYesNo(const std::string& text) {
 }
 
 void QtDesktop::endProgram(int status) {
+  // What was asked for first stands: a box that the end closes is no answer.
+  if (ending_) return;
   ending_ = true;
   exitStatus_ = status;
   QCoreApplication::exit(status);

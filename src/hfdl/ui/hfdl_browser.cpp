@@ -27,12 +27,6 @@ constexpr int kTopRowTop = 4;
 constexpr int kListTop = 37;
 constexpr int kChooserWidth = 224;
 
-// Indexes of the look-up row.
-constexpr int kAddressSearch = 0;
-constexpr int kPhotoSearch = 1;
-constexpr int kFlightSearch = 2;
-constexpr int kRawLog = 3;
-
 const QStringList& columnTitles() {
   static const QStringList titles = {
       QStringLiteral("Line"),    QStringLiteral("Time"),           QStringLiteral("Tag"),
@@ -46,6 +40,10 @@ const QString kLongestLogName = QStringLiteral("202601310000_HFDL_FMT.log");
 
 const QList<int> kColumnWidths = {44, 142, 38, 36, 170, 66, 76, 66, 160, 36, 58, 58};
 
+bool hasRawLog(const Folders& folders, const std::string& name) {
+  return isSafeFileName(name) && fileExists(fileIn(folders.eachLogs, name + ".log"));
+}
+
 // A row's texts come from a log and two tables: the list keeps them as UTF-8.
 Encoding rowEncoding(const Encoding& otherwise) {
   const Result<Encoding> utf8 = Encoding::named("UTF-8");
@@ -54,12 +52,12 @@ Encoding rowEncoding(const Encoding& otherwise) {
 
 }  // namespace
 
-HfdlBrowser::HfdlBrowser(Program& program, WebAccess& web)
-    : LogBrowser(program, {kHfdlLogSuffix, kNoHfdlLog, false, 0, QStringLiteral("&ACARS"),
-                           QStringLiteral("Command12")}),
+HfdlBrowser::HfdlBrowser(BrowserFrame& frame, WebAccess& web)
+    : LogBrowser(frame, {kHfdlLogSuffix, kNoHfdlLog, kNoLineSelected, false, 0,
+                         QStringLiteral("&ACARS"), QStringLiteral("Command12")}),
       web_(web),
-      tables_(program.folders(), program.encoding()),
-      photos_(program.folders().pics) {
+      tables_(frame.context().folders, frame.context().encoding),
+      photos_(frame.context().folders.pics) {
   setObjectName(QStringLiteral("Form2"));
   showRawLog = [&web](const std::string& name) { web.rawLogs().open(name); };
   setWindowTitle(QStringLiteral("VEL FMT.log Browser"));
@@ -69,19 +67,24 @@ HfdlBrowser::HfdlBrowser(Program& program, WebAccess& web)
   fillTopRow();
   makeList(canvas_,
            new LogListModel(
-               rowEncoding(program.encoding()), kHfdlSeparator, columnTitles(),
+               rowEncoding(context().encoding), kHfdlSeparator, columnTitles(),
                [](std::size_t number) { return toQString(hfdlLineNumber(number)); }, this),
            kColumnWidths);
-  panel_ = new HfdlPanel(program.context(), tables_, list(), model(), canvas_);
+  panel_ = new HfdlPanel(context(), tables_, list(), model(), canvas_);
 
   connect(list(), &xLView::listIndexChanged, panel_, &HfdlPanel::showSelection);
-  connect(panel_->addressSearch()->button(), &QPushButton::clicked, this,
-          [this] { Command7_Click(kAddressSearch); });
-  connect(panel_->photoSearch()->button(), &QPushButton::clicked, this,
-          [this] { Command7_Click(kPhotoSearch); });
-  connect(panel_->flightSearch()->button(), &QPushButton::clicked, this,
-          [this] { Command7_Click(kFlightSearch); });
-  connect(panel_->rawLogButton(), &QPushButton::clicked, this, [this] { Command7_Click(kRawLog); });
+  const auto onPress = [this](QPushButton* button, auto lookUp) {
+    connect(button, &QPushButton::clicked, this, lookUp);
+  };
+  onPress(panel_->addressSearch()->button(), &HfdlBrowser::jumpToAddressService);
+  onPress(panel_->photoSearch()->button(), &HfdlBrowser::searchPhoto);
+  onPress(panel_->flightSearch()->button(), [this] {
+    if (hasLine()) searchFlight();
+  });
+  onPress(panel_->rawLogButton(), [this] {
+    if (hasLine()) openRawLogOfDirection();
+  });
+  connect(list(), &xLView::clicked, panel_, &HfdlPanel::showSelectionAgain);
 }
 
 void HfdlBrowser::fillTopRow() {
@@ -90,9 +93,10 @@ void HfdlBrowser::fillTopRow() {
                                 tr("Chart of the ground stations' activity\n地上局の活動グラフ"));
   frequencyChart_ = addTopButton(tr("Fre&quencies"), QStringLiteral("Command10"),
                                  tr("Chart of the frequencies of a week\n1週間の周波数グラフ"));
-  connect(otherBrowserButton(), &QPushButton::clicked, this, &HfdlBrowser::Command12_Click);
-  connect(activityChart_, &QPushButton::clicked, this, &HfdlBrowser::Command8_Click);
-  connect(frequencyChart_, &QPushButton::clicked, this, &HfdlBrowser::Command10_Click);
+  connect(otherBrowserButton(), &QPushButton::clicked, this,
+          [this] { frame().switchBrowser(*this); });
+  connect(activityChart_, &QPushButton::clicked, this, [this] { showActivityChart(); });
+  connect(frequencyChart_, &QPushButton::clicked, this, [this] { showFrequencyChart(); });
 }
 
 void HfdlBrowser::load() {
@@ -119,41 +123,40 @@ void HfdlBrowser::layOutFrames(int height, int width) {
 }
 
 std::unique_ptr<LogReader> HfdlBrowser::makeReader(InputFile file) {
-  return std::make_unique<HfdlListReader>(std::move(file), program().encoding(), tables_, photos_);
+  return std::make_unique<HfdlListReader>(std::move(file), context().encoding, tables_, photos_);
 }
 
 void HfdlBrowser::readBegins() { panel_->readBegins(); }
 
 void HfdlBrowser::readEnds() { panel_->readEnds(); }
 
-void HfdlBrowser::Command7_Click(int index) {
-  const bool needsLine = index == kFlightSearch || index == kRawLog;
-  if (needsLine && list()->listIndex() < 0) {
-    desktop().showMessage(kNoLineSelected);
-    return;
-  }
-  if (index == kAddressSearch) jumpToAddressService();
-  if (index == kPhotoSearch) searchPhoto();
-  if (index == kFlightSearch) searchFlight();
-  if (index == kRawLog && showRawLog) showRawLog(list()->selectedText(kHfdlDirection));
+void HfdlBrowser::openRawLogOfDirection() {
+  if (!showRawLog) return;
+  const std::string direction = list()->selectedText(kHfdlDirection);
+  const std::string registration = list()->selectedText(kHfdlRegistration);
+  // The logs are those of aircraft: where the direction has none, the line's
+  // aircraft may have one.
+  const Folders& folders = context().folders;
+  const bool other = !hasRawLog(folders, direction) && hasRawLog(folders, registration);
+  showRawLog(other ? registration : direction);
 }
 
 void HfdlBrowser::jumpToAddressService() {
   desktop().setClipboardText(panel_->aircraft()->text(Icao24Editor::kAddress));
   const auto page =
-      icao24Page(program().services(), panel_->addressSearch()->chooser()->currentIndex());
+      icao24Page(context().services, panel_->addressSearch()->chooser()->currentIndex());
   if (page) ShellOpen(desktop(), *page);
 }
 
 void HfdlBrowser::searchPhoto() {
-  const auto address = photoAddress(program().services(), settings(), SearchWindow::hfdl,
+  const auto address = photoAddress(context().services, settings(), SearchWindow::hfdl,
                                     panel_->photoSearch()->chooser()->currentIndex(),
                                     panel_->aircraft()->text(Icao24Editor::kRegistration));
   if (address) ShellOpen(desktop(), *address);
 }
 
 void HfdlBrowser::searchFlight() {
-  openFlightSearch(program().context(), web_.site(), tables_,
+  openFlightSearch(context(), web_.site(), tables_,
                    panel_->flightSearch()->chooser()->currentIndex(),
                    {panel_->flight()->flight(), list()->selectedText(kHfdlFlight),
                     list()->selectedText(kHfdlTime)},
@@ -163,15 +166,5 @@ void HfdlBrowser::searchFlight() {
 void HfdlBrowser::openPhoto() { panel_->openSelectedPhoto(); }
 
 void HfdlBrowser::openRawLog() { showRawLog(list()->selectedText(kHfdlRegistration)); }
-
-void HfdlBrowser::Command8_Click() {
-  if (showActivityChart) showActivityChart();
-}
-
-void HfdlBrowser::Command10_Click() {
-  if (showFrequencyChart) showFrequencyChart();
-}
-
-void HfdlBrowser::Command12_Click() { program().switchBrowser(*this); }
 
 }  // namespace vel

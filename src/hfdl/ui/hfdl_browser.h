@@ -18,7 +18,7 @@ class HfdlBrowser : public LogBrowser {
 
  public:
   /// The web access outlives the window.
-  HfdlBrowser(Program& program, WebAccess& web);
+  HfdlBrowser(BrowserFrame& frame, WebAccess& web);
 
   /// What other windows do for this one; set before load(). The button of a
   /// missing one is not shown.
@@ -26,14 +26,6 @@ class HfdlBrowser : public LogBrowser {
   std::function<void()> showFrequencyChart;
 
   void load() override;
-
-  /// The look-up row: ICAO24 address service (0), photo search (1), flight
-  /// search (2), raw log (3).
-  void Command7_Click(int index);
-  /// The two charts, and the way back to the ACARS browser.
-  void Command8_Click();
-  void Command10_Click();
-  void Command12_Click();
 
   [[nodiscard]] HfdlPanel* panel() const { return panel_; }
 
@@ -53,6 +45,7 @@ class HfdlBrowser : public LogBrowser {
  private:
   void fillTopRow();
   void jumpToAddressService();
+  void openRawLogOfDirection();
 
   WebAccess& web_;
   Tables tables_;

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "core/text.h"
+#include "core/ui/panel_layout.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_row.h"
 #include "tables/ui/airport_dialog.h"
@@ -21,20 +22,6 @@ constexpr int kSpacing = 2;
 // Among the look-up buttons Command7.
 constexpr int kPhotoSearchIndex = 1;
 constexpr int kFlightSearchIndex = 2;
-
-// Keeps a hidden frame's place, so that nothing moves when it is shown.
-void keepPlaceWhenHidden(QWidget* widget) {
-  QSizePolicy policy = widget->sizePolicy();
-  policy.setRetainSizeWhenHidden(true);
-  widget->setSizePolicy(policy);
-}
-
-QVBoxLayout* makeRows(QWidget* column) {
-  auto* rows = new QVBoxLayout(column);
-  rows->setContentsMargins(0, 0, 0, 0);
-  rows->setSpacing(kSpacing);
-  return rows;
-}
 
 }  // namespace
 
@@ -78,7 +65,7 @@ QWidget* HfdlPanel::makeAircraftColumn() {
           "ICAO24アドレスをコピーして検索ページを開く")},
       icao24EngineLabels(), column);
   keepPlaceWhenHidden(aircraft_);
-  QVBoxLayout* rows = makeRows(column);
+  QVBoxLayout* rows = makeRows(column, kSpacing);
   rows->addWidget(aircraft_);
   rows->addStretch();
   rows->addWidget(addressSearch_);
@@ -107,7 +94,7 @@ QWidget* HfdlPanel::makeFlightColumn() {
   searchRow->setSpacing(4);
   searchRow->addWidget(flightSearch_, 1);
   searchRow->addWidget(rawLog_);
-  QVBoxLayout* rows = makeRows(column);
+  QVBoxLayout* rows = makeRows(column, kSpacing);
   rows->addLayout(frames);
   rows->addStretch();
   rows->addLayout(searchRow);
@@ -120,7 +107,7 @@ QWidget* HfdlPanel::makeAirportColumn() {
   airportEditor_ = new AirportEditor(editing_, column);
   busy_->setParent(column);
   keepPlaceWhenHidden(busy_);
-  QVBoxLayout* rows = makeRows(column);
+  QVBoxLayout* rows = makeRows(column, kSpacing);
   rows->addWidget(airports_, 1);
   rows->addWidget(airportEditor_);
   rows->addWidget(busy_);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/text.h"
+#include "core/ui/capitals.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
@@ -75,8 +76,8 @@ Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWi
   QWidget::setTabOrder(boxes_[kEquipment], enter_);
   QWidget::setTabOrder(enter_, paste_);
 
-  connect(enter_, &QPushButton::clicked, this, &Icao24Editor::Command1_Click);
-  connect(paste_, &QPushButton::clicked, this, &Icao24Editor::Command4_Click);
+  connect(enter_, &QPushButton::clicked, this, &Icao24Editor::saveAircraft);
+  connect(paste_, &QPushButton::clicked, this, &Icao24Editor::pasteAircraft);
 }
 
 void Icao24Editor::addBox(QGridLayout* grid, Box box, const QString& caption,
@@ -93,7 +94,7 @@ void Icao24Editor::addBox(QGridLayout* grid, Box box, const QString& caption,
   grid->addWidget(edit, 1, column);
   grid->setColumnStretch(column, 1);
   boxes_[box] = edit;
-  connect(edit, &QLineEdit::textChanged, this, [this, box] { Text1_Change(box); });
+  connect(edit, &QLineEdit::textChanged, this, [this, box] { boxChanged(box); });
 }
 
 std::string Icao24Editor::text(Box box) const { return boxes_[box]->text().toStdString(); }
@@ -106,6 +107,8 @@ void Icao24Editor::write(std::initializer_list<std::pair<Box, std::string>> text
 
 void Icao24Editor::setAddress(const std::string& address) {
   setTitle(frameTitle(address));
+  // A screen reader reads a frame's name and not its title.
+  setAccessibleName(tr("Aircraft: %1").arg(shownText(address, kLongestEntry)));
   write({{kAddress, address},
          {kThreeLetter, {}},
          {kTwoLetter, {}},
@@ -120,21 +123,12 @@ void Icao24Editor::setAircraft(const Icao24Record& record) {
          {kEquipment, record[kEquipment]}});
 }
 
-void Icao24Editor::makeCapitals(Box box) {
-  QLineEdit* edit = boxes_[box];
-  const QString capitals = toQString(toUpper(text(box)));
-  if (capitals == edit->text()) return;
-  const int cursor = edit->cursorPosition();
-  edit->setText(capitals);
-  edit->setCursorPosition(cursor);
-}
-
-void Icao24Editor::Text1_Change(Box changed) {
+void Icao24Editor::boxChanged(Box changed) {
   if (writing_) return;
   writing_ = true;
   const Tables& tables = editing_.tables();
   if (changed == kThreeLetter || changed == kTwoLetter) {
-    makeCapitals(changed);
+    makeCapitals(*boxes_[changed]);
     const bool fromTwo = changed == kTwoLetter;
     const std::string other = editing_.valueOrEnd(
         tables.SchLetter(text(changed), fromTwo ? kFindTwoLetter : kFindThreeLetter));
@@ -145,7 +139,7 @@ void Icao24Editor::Text1_Change(Box changed) {
   writing_ = false;
 }
 
-void Icao24Editor::Command1_Click() {
+void Icao24Editor::saveAircraft() {
   const bool accepted = editing_.acceptTexts(
       {boxes_[kAddress]->text(), boxes_[kThreeLetter]->text(), boxes_[kTwoLetter]->text(),
        boxes_[kRegistration]->text(), boxes_[kEquipment]->text()});
@@ -166,7 +160,7 @@ void Icao24Editor::Command1_Click() {
   editing_.rewrite(*enter_, edit, [this, record] { rowUpdate_(record); });
 }
 
-void Icao24Editor::Command4_Click() {
+void Icao24Editor::pasteAircraft() {
   const auto copied = copiedAircraft(editing_.desktop().clipboardText());
   if (!copied) {
     editing_.refuse(kNoCopiedAircraft);

@@ -37,17 +37,16 @@ class Icao24Editor : public QGroupBox {
   [[nodiscard]] std::string text(Box box) const;
 
   /// Writes the boxes to ICAO24.csv; no line needs to be selected.
-  void Command1_Click();
+  void saveAircraft();
 
   /// Fills the boxes from an address look-up's result line on the clipboard.
-  void Command4_Click();
+  void pasteAircraft();
 
  private:
   void addBox(QGridLayout* grid, Box box, const QString& caption, const QString& accessibleName,
               const QString& toolTip, const QString& widestText);
   /// The user changed a box: the boxes that depend on it follow.
-  void Text1_Change(Box changed);
-  void makeCapitals(Box box);
+  void boxChanged(Box changed);
   /// Writes boxes without the reactions to a change.
   void write(std::initializer_list<std::pair<Box, std::string>> texts);
 

@@ -13,15 +13,15 @@ namespace {
 
 // Outer sizes in twips; the same for both, since they share one place.
 constexpr QSize kDesignedSize{15000, 10800};
-constexpr QSize kSmallestSize{14400, 4710};
+constexpr QSize kSmallestSize{14520, 4770};
 
 }  // namespace
 
-LogBrowser::LogBrowser(Program& program, LogKind kind)
-    : BrowserWindow(program, kDesignedSize, kSmallestSize),
+LogBrowser::LogBrowser(BrowserFrame& frame, LogKind kind)
+    : BrowserWindow(frame, kDesignedSize, kSmallestSize),
       kind_(std::move(kind)),
-      listing_(program.context().jobs),
-      reading_(program.context().jobs) {
+      listing_(frame.context().jobs),
+      reading_(frame.context().jobs) {
   const auto addShortcut = [this](const QKeySequence& keys, auto action) {
     connect(new QShortcut(keys, this), &QShortcut::activated, this, action);
   };
@@ -82,10 +82,16 @@ void LogBrowser::makeList(QWidget* parent, LogListModel* model, const QList<int>
 
 int LogBrowser::shownRows() const { return static_cast<int>(model_->rows().size()); }
 
+bool LogBrowser::hasLine() const {
+  if (list_->listIndex() >= 0) return true;
+  desktop().showMessage(kind_.noLineMessage);
+  return false;
+}
+
 void LogBrowser::GetLogFileList() {
   WriteRunLog(desktop(), "Start GetLogFileList");
   const auto names = std::make_shared<std::vector<std::string>>();
-  const auto list = [names, folder = program().folders().logs,
+  const auto list = [names, folder = context().folders.logs,
                      suffix = kind_.suffix](Job::Clock::time_point) -> Result<JobProgress> {
     *names = datedLogs(folder, suffix);
     return JobProgress::done;
@@ -151,7 +157,7 @@ void LogBrowser::GetLogData(ReadReason reason) {
   };
   const auto shown = [this] {
     rowsShown(model_->rows().size());
-    if (program().loadProgressCount > kind_.progressAbove) program().showProgress();
+    frame().rowsRead(kind_.progressUntilReads);
   };
   auto job = std::make_unique<LogReading>(*model_, open, shown);
   LogReading& reading = *job;
@@ -188,7 +194,7 @@ void LogBrowser::showNoLog() {
 }
 
 std::filesystem::path LogBrowser::selectedLog() {
-  return program().folders().logs / toPath(shownLog());
+  return context().folders.logs / toPath(shownLog());
 }
 
 void LogBrowser::finishRead() {
@@ -197,7 +203,7 @@ void LogBrowser::finishRead() {
     list_->setListIndex(rememberedIndex_ < model_->rowCount() ? rememberedIndex_ : -1);
     lineKept();
   }
-  if (program().loadProgressCount > 0) --program().loadProgressCount;
+  frame().readEnded();
   WriteRunLog(desktop(), "End GetLogData");
   finishListing();
 }

@@ -31,15 +31,16 @@ class LogBrowser : public BrowserWindow {
  public:
   /// In what the logs of the two decoders differ.
   struct LogKind {
-    std::string_view suffix;   ///< how their names end
-    const char* noLogMessage;  ///< shown where none can be selected
-    bool newestWhenGone;       ///< a shown log that is gone gives way to the newest one
-    int progressAbove;         ///< the splash counts rows while more readers are to finish
-    QString otherBrowser;      ///< caption of the button to the other browser
-    QString otherBrowserName;  ///< its object name
+    std::string_view suffix;    ///< how their names end
+    const char* noLogMessage;   ///< shown where none can be selected
+    const char* noLineMessage;  ///< shown where a line has to be selected first
+    bool newestWhenGone;        ///< a shown log that is gone gives way to the newest one
+    int progressUntilReads;     ///< the splash counts rows while more first reads are to end
+    QString otherBrowser;       ///< caption of the button to the other browser
+    QString otherBrowserName;   ///< its object name
   };
 
-  LogBrowser(Program& program, LogKind kind);
+  LogBrowser(BrowserFrame& frame, LogKind kind);
 
   [[nodiscard]] int shownRows() const override;
 
@@ -93,6 +94,9 @@ class LogBrowser : public BrowserWindow {
 
   /// The button to the other browser, after Refresh; Ctrl+Tab presses it.
   [[nodiscard]] QPushButton* otherBrowserButton() const { return otherBrowser_; }
+
+  /// Whether a line is selected; tells the user where none is.
+  [[nodiscard]] bool hasLine() const;
 
   /// A reader at the beginning of the selected log.
   virtual std::unique_ptr<LogReader> makeReader(InputFile file) = 0;

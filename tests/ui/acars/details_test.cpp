@@ -233,6 +233,21 @@ TEST_F(AcarsDetails, ProcessingIsDrawnBeforeTheWorkBegins) {
   EXPECT_EQ(title("Frame1"), "JA731A");
 }
 
+TEST_F(AcarsDetails, AScreenReaderIsToldTheShownAircraftAndTheNumberOfLines) {
+  start();
+  select(0);
+  EXPECT_EQ(find<QWidget>("Frame1").accessibleName(), QStringLiteral("Aircraft: JA8089"));
+  EXPECT_EQ(find<QWidget>("Label3").accessibleName(), QStringLiteral("Number of shown lines: 4"));
+}
+
+TEST_F(AcarsDetails, TabGoesFromTheEquipmentToItsButton) {
+  start();
+  select(0);
+  box("Text1").setFocus();
+  QTest::keyClick(&box("Text1"), Qt::Key_Tab);
+  EXPECT_TRUE(button("Command1").hasFocus());
+}
+
 TEST_F(AcarsDetails, ALaterSelectionOvertakesTheRunningLookUp) {
   start();
   int turn = 0;

@@ -264,7 +264,7 @@ TEST_F(AcarsReading, AMessageIsShownOnceAndAReadStartedBehindItCounts) {
   base_.writeLog(kLog, {"A1,O,R,D,E,Q,M,01:00:00", "five,fields,only,2,3"});
   start();
   desktop_.messages.clear();
-  const int counted = program_->loadProgressCount;
+  const int counted = program_->readsToEnd();
   desktop_.onMessage = [this](const std::string&) {
     desktop_.onMessage = nullptr;
     base_.writeLog(kLog, {"A2,O,R,D,E,Q,M,01:00:00"});
@@ -275,7 +275,7 @@ TEST_F(AcarsReading, AMessageIsShownOnceAndAReadStartedBehindItCounts) {
   click("Command5");
   EXPECT_THAT(desktop_.messages, SizeIs(1));
   EXPECT_THAT(flights(), ElementsAre("A2"));
-  EXPECT_EQ(program_->loadProgressCount, counted - 1);
+  EXPECT_EQ(program_->readsToEnd(), counted - 1);
   EXPECT_EQ(std::count(desktop_.runLogLines.begin(), desktop_.runLogLines.end(), "End GetLogData"),
             1);
 }

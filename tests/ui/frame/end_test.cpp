@@ -39,7 +39,7 @@ TEST_F(ProgramEnd, TheFirstUnloadRecordsTheWindowsPlace) {
   window().close();
   EXPECT_EQ(settings().env_Form1_Top, window().frameGeometry().y() * 15);
   EXPECT_EQ(settings().env_Form1_Left, window().frameGeometry().x() * 15);
-  EXPECT_FALSE(program_->firstUnload);
+  EXPECT_FALSE(program_->place().awaitsFirstUnload());
 }
 
 TEST_F(ProgramEnd, OtherWindowsAreUnloadedBeforeTheSettingsAreSaved) {
@@ -80,8 +80,8 @@ TEST_F(ProgramEnd, ClosingTheOtherBrowserEndsTheProgramToo) {
   program_ = std::make_unique<Program>(desktop_, base_.folders);
   web_ = std::make_unique<WebAccess>(program_->context());
   program_->setBrowsers(
-      [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
-      [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });
+      [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+      [](BrowserFrame& owner) { return std::make_unique<test::PlainBrowser>(owner); });
   ASSERT_TRUE(program_->Main());
   ASSERT_TRUE(QTest::qWaitFor(
       [this] { return program_->mainWindow() != nullptr && program_->mainWindow()->isVisible(); }));

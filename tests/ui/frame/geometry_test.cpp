@@ -107,7 +107,7 @@ TEST_F(BrowserGeometry, NothingIsRecordedWhileTheSettingsAreLoaded) {
   letSettle();
   const double width = settings().env_Form1_Width;
   const double left = settings().env_Form1_Left;
-  program_->startingUp = true;
+  program_->place().settingsLoading();
   window().resize(1010, 640);
   window().move(77, 88);
   QTest::qWait(20);
@@ -168,16 +168,51 @@ TEST_F(BrowserGeometry, APlaceOutsideEveryScreenIsBroughtBack) {
   EXPECT_TRUE(area.contains(window().frameGeometry().topLeft()));
 }
 
+TEST_F(BrowserGeometry, ASavedSizeLargerThanTheScreenIsCutDownToIt) {
+  saveGeometry(600, 450, 30000, 45000, 0);
+  start();
+  letSettle();
+  const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+  EXPECT_EQ(window().frameGeometry(), area);
+  const QWidget& panel = find<QWidget>("Frame4");
+  EXPECT_TRUE(area.contains(panel.mapToGlobal(QPoint(0, 0))));
+}
+
+TEST_F(BrowserGeometry, ExtremePlacesAndSizesKeepTheTitleBarOnTheScreen) {
+  for (const QRect& saved :
+       {QRect(-2147483, -2147483, 2147483, 2147483), QRect(0, -150, 14700, 9000),
+        QRect(450, 600, 2000, 500), QRect(15000, 11990, 14700, 9000)}) {
+    saveGeometry(saved.y(), saved.x(), saved.height(), saved.width(), 0);
+    start();
+    letSettle();
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    const QRect place = window().frameGeometry();
+    EXPECT_GE(place.top(), area.top());
+    EXPECT_LE(place.top(), area.bottom() - 20);
+    EXPECT_LE(place.left(), area.right() - 40);
+    EXPECT_GE(place.right(), area.left() + 40);
+    window().close();
+    program_.reset();
+    desktop_.ended = false;
+  }
+}
+
+TEST_F(BrowserGeometry, TheLeastSizeIsThatOfTheWindowWithItsFrame) {
+  start();
+  letSettle();
+  const QMargins frame = frameOf(window());
+  ASSERT_FALSE(frame.isNull());
+  EXPECT_EQ(window().minimumSize().grownBy(frame), QSize(968, 318));
+}
+
 TEST_F(BrowserGeometry, TheOtherBrowserTakesTheSamePlace) {
   program_ = std::make_unique<Program>(desktop_, base_.folders);
-  program_->setBrowsers([](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); },
-                        [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });
+  program_->setBrowsers(
+      [](BrowserFrame& owner) { return std::make_unique<test::PlainBrowser>(owner); },
+      [](BrowserFrame& owner) { return std::make_unique<test::PlainBrowser>(owner); });
   ASSERT_TRUE(program_->Main());
-  program_->splashStage = 0;
-  // A browser says itself when it is loaded.
-  ASSERT_TRUE(QTest::qWaitFor([this] { return program_->mainWindow() != nullptr; }));
-  program_->splashStage = 2;
-  ASSERT_TRUE(QTest::qWaitFor([this] { return program_->mainWindow()->isVisible(); }));
+  ASSERT_TRUE(QTest::qWaitFor(
+      [this] { return program_->mainWindow() != nullptr && program_->mainWindow()->isVisible(); }));
   letSettle();
   BrowserWindow& first = *program_->mainWindow();
   BrowserWindow& second = *program_->otherWindow();

@@ -23,8 +23,8 @@ class ProgramStart : public test::AcarsWindowTest {
     program_ = std::make_unique<Program>(desktop_, base_.folders);
     web_ = std::make_unique<WebAccess>(program_->context());
     program_->setBrowsers(
-        [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
-        [](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); });
+        [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+        [](BrowserFrame& owner) { return std::make_unique<test::PlainBrowser>(owner); });
     ASSERT_TRUE(program_->Main());
   }
   static QWidget* splash() {
@@ -42,14 +42,14 @@ TEST_F(ProgramStart, TheSplashShowsTheVersionAndAsksToWaitWhenLoadingBegins) {
   startBoth();
   QWidget* shown = splash();
   ASSERT_NE(shown, nullptr);
-  EXPECT_EQ(program_->splashStage, 0);
+  EXPECT_EQ(program_->stage(), Program::Stage::splashShown);
   EXPECT_EQ(test::control<QLabel>(*shown, "Version").text(), QStringLiteral("Version 1.0.0"));
   const auto& wait = test::control<QLabel>(*shown, "PleaseWait");
   EXPECT_EQ(wait.text(), QStringLiteral("Please wait for a while."));
   EXPECT_FALSE(wait.isVisible());
   bool seen = false;
   const test::BetweenSteps look([&] {
-    if (splash() == nullptr || program_->splashStage == 0) return;
+    if (splash() == nullptr || program_->stage() == Program::Stage::splashShown) return;
     seen = true;
     EXPECT_TRUE(wait.isVisible());
     EXPECT_FALSE(mainShown());
@@ -76,12 +76,12 @@ TEST_F(ProgramStart, TheSplashCountsTheRowsOfBothBrowsersDuringTheFirstRead) {
 
 TEST_F(ProgramStart, TheReadersAreCountedDownAndTheSplashCountsNoMore) {
   startBoth();
-  EXPECT_EQ(program_->loadProgressCount, 2);
+  EXPECT_EQ(program_->readsToEnd(), 2);
   ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
-  EXPECT_EQ(program_->loadProgressCount, 1);
-  EXPECT_EQ(program_->splashStage, 2);
-  EXPECT_FALSE(program_->startingUp);
-  EXPECT_TRUE(program_->firstUnload);
+  EXPECT_EQ(program_->readsToEnd(), 1);
+  EXPECT_EQ(program_->stage(), Program::Stage::loaded);
+  EXPECT_TRUE(program_->place().isRecording());
+  EXPECT_TRUE(program_->place().awaitsFirstUnload());
 }
 
 TEST_F(ProgramStart, ALogThatCannotBeReadIsCountedDownToo) {
@@ -91,7 +91,7 @@ TEST_F(ProgramStart, ALogThatCannotBeReadIsCountedDownToo) {
   startBoth();
   ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
-  EXPECT_EQ(program_->loadProgressCount, 1);
+  EXPECT_EQ(program_->readsToEnd(), 1);
 }
 
 TEST_F(ProgramStart, BothBrowsersLoadHiddenAndOnlyTheFirstIsShown) {
@@ -107,8 +107,9 @@ TEST_F(ProgramStart, ASecondCopyIsRefusedAndTouchesNothing) {
   start();
   test::WindowDesktop second;
   Program again(second, base_.folders);
-  again.setBrowsers([this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
-                    nullptr);
+  again.setBrowsers(
+      [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+      nullptr);
   const auto files = listFolder(base_.folders.program).value();
   EXPECT_FALSE(again.Main());
   EXPECT_THAT(second.messages, ElementsAre("既に起動されています。"));
@@ -125,7 +126,7 @@ TEST_F(ProgramStart, ACopyForAnotherProgramFolderStarts) {
   test::TemporaryBase other;
   test::WindowDesktop second;
   Program again(second, other.folders);
-  again.setBrowsers([](Program& owner) { return std::make_unique<test::PlainBrowser>(owner); },
+  again.setBrowsers([](BrowserFrame& owner) { return std::make_unique<test::PlainBrowser>(owner); },
                     nullptr);
   EXPECT_TRUE(again.Main());
   EXPECT_THAT(second.messages, IsEmpty());

@@ -153,6 +153,32 @@ TEST_F(HfdlDetails, ALineSelectedDuringALookUpIsTheOneThatIsShown) {
   EXPECT_FALSE(isShown("Label7"));
 }
 
+TEST_F(HfdlDetails, NothingMovesWhenAWordIsShownOrHidden) {
+  start();
+  const QWidget& editor = find<QWidget>("Text2(5)");
+  const auto place = [&] { return editor.mapTo(&window(), QPoint()); };
+  const QPoint before = place();
+  select(0);
+  click("Command1");
+  ASSERT_TRUE(isShown("Label6"));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(place(), before);
+  bool loading = false;
+  const test::BetweenSteps look([&] {
+    if (program_->context().jobs.isIdle()) return;
+    loading = loading || isShown("Label7");
+    EXPECT_EQ(place(), before);
+  });
+  select(1);
+  EXPECT_TRUE(loading);
+}
+
+TEST_F(HfdlDetails, AScreenReaderIsToldTheShownAircraft) {
+  start();
+  select(0);
+  EXPECT_EQ(find<QWidget>("Frame1").accessibleName(), QStringLiteral("Aircraft: 84C27D"));
+}
+
 TEST_F(HfdlDetails, TheSelectionFollowsTheArrowKeys) {
   start();
   select(0);

@@ -77,7 +77,7 @@ TEST_F(HfdlLayout, NothingIsLaidOutOrRecordedWhileTheProgramStartsUp) {
   QTest::qWait(150);
   const double width = settings().env_Form1_Width;
   const int listWidth = list().width();
-  program_->startingUp = true;
+  program_->place().settingsLoading();
   window().resize(1100, 640);
   EXPECT_EQ(settings().env_Form1_Width, width);
   EXPECT_EQ(list().width(), listWidth);

@@ -63,38 +63,39 @@ TEST_F(HfdlLookUps, CopyAndJumpPutsTheAddressOnTheClipboardAndOpensThePage) {
   EXPECT_THAT(opens("Combo4", 0, "Command7(0)"), ElementsAre("https://www.airframes.org/"));
   EXPECT_EQ(desktop_.clipboard, "84C27D");
   test::typeOver(box("Text1(0)"), "ABCDEF");
-  EXPECT_THAT(
-      opens("Combo4", 1, "Command7(0)"),
-      ElementsAre(program_->services().libhomeradar + "/databasequery/icao24allocations.php"));
+  EXPECT_THAT(opens("Combo4", 1, "Command7(0)"),
+              ElementsAre(program_->context().services.libhomeradar +
+                          "/databasequery/icao24allocations.php"));
   EXPECT_EQ(desktop_.clipboard, "ABCDEF");
   EXPECT_THAT(opens("Combo4", 2, "Command7(0)"),
-              ElementsAre(program_->services().kloth + "/radio/icao24lookup.php"));
+              ElementsAre(program_->context().services.kloth + "/radio/icao24lookup.php"));
 }
 
 TEST_F(HfdlLookUps, ThePhotoSearchTakesTheRegistrationBox) {
   select(0);
-  EXPECT_THAT(opens("Combo2", 0, "Command7(1)"),
-              ElementsAre(program_->services().airliner + "/search/photo.search?regsearch=JA8089"));
+  EXPECT_THAT(
+      opens("Combo2", 0, "Command7(1)"),
+      ElementsAre(program_->context().services.airliner + "/search/photo.search?regsearch=JA8089"));
   test::typeOver(box("Text1(3)"), "b-1234 x");
   EXPECT_THAT(opens("Combo2", 3, "Command7(1)"),
-              ElementsAre(program_->services().feeyo +
+              ElementsAre(program_->context().services.feeyo +
                           "/searchpic.jsp?action=search&pictype=1&airplane_regcode=b-1234 x"));
   select(3);
   EXPECT_THAT(opens("Combo2", 1, "Command7(1)"),
-              ElementsAre(program_->services().jetphotos + "/showphotos.php?regsearch="));
+              ElementsAre(program_->context().services.jetphotos + "/showphotos.php?regsearch="));
 }
 
 TEST_F(HfdlLookUps, TheFlightSearchTakesTheCompletedFlightAndHomepageTheReceivedOne) {
   select(1);
   EXPECT_THAT(
       flightOpens(0),
-      ElementsAre(program_->services().flightstats +
+      ElementsAre(program_->context().services.flightstats +
                   "/go/FlightStatus/flightStatusByFlight.do?airline=%28JL%29&flightNumber=123"));
   EXPECT_THAT(flightOpens(1), ElementsAre("http://home.example/?F=123"));
   EXPECT_THAT(flightOpens(2),
-              ElementsAre(program_->services().flightaware + "/live/flight/JAL123"));
+              ElementsAre(program_->context().services.flightaware + "/live/flight/JAL123"));
   EXPECT_THAT(flightOpens(3),
-              ElementsAre(program_->services().flytecomm +
+              ElementsAre(program_->context().services.flytecomm +
                           "/cgi-bin/trackflight?action=select_advanced&flight_id=JAL123"));
 }
 
@@ -103,13 +104,15 @@ TEST_F(HfdlLookUps, AFlightWithoutANumberIsToldToTheUser) {
   EXPECT_THAT(flightOpens(0), IsEmpty());
   EXPECT_THAT(desktop_.messages,
               ElementsAre("The flight number is not numeric. 便名の番号部分が数値ではありません"));
-  EXPECT_THAT(flightOpens(2), ElementsAre(program_->services().flightaware + "/live/flight/ZZ12"));
+  EXPECT_THAT(flightOpens(2),
+              ElementsAre(program_->context().services.flightaware + "/live/flight/ZZ12"));
 }
 
 TEST_F(HfdlLookUps, AnEmptyFlightIsSearchedAsItIs) {
   select(2);
   EXPECT_THAT(flightOpens(1), ElementsAre("http://home.example/?F="));
-  EXPECT_THAT(flightOpens(2), ElementsAre(program_->services().flightaware + "/live/flight/0"));
+  EXPECT_THAT(flightOpens(2),
+              ElementsAre(program_->context().services.flightaware + "/live/flight/0"));
 }
 
 TEST_F(HfdlLookUps, WithoutTheLetterTableNoAddressIsOpened) {
@@ -135,6 +138,16 @@ TEST_F(HfdlLookUps, TheRawLogButtonGoesByTheThirdColumnAndTheMenuByTheRegistrati
   EXPECT_THAT(rawLogs_, ElementsAre("D", "JA731A"));
 }
 
+TEST_F(HfdlLookUps, TheRawLogButtonShowsTheAircraftsLogWhereTheColumnHasNone) {
+  test::writeBytes(base_.folders.eachLogs / "JA8089.log", "");
+  select(0);
+  click("Command7(3)");
+  EXPECT_THAT(rawLogs_, ElementsAre("JA8089"));
+  test::writeBytes(base_.folders.eachLogs / "d.log", "");
+  click("Command7(3)");
+  EXPECT_THAT(rawLogs_, ElementsAre("JA8089", "D"));
+}
+
 TEST_F(HfdlLookUps, TheMenuHasCopiesSearchesPhotoAndRawLog) {
   std::vector<std::string> captions;
   openMenu(0, kHfdlFlight, [&](QMenu& menu) {
@@ -156,8 +169,8 @@ TEST_F(HfdlLookUps, TheMenusActionsAreThoseOfTheClickedLine) {
   chooseFromMenu(2, kHfdlFlight, "Open photo");
   EXPECT_THAT(
       desktop_.opened,
-      ElementsAre(program_->services().airliner + "/search/photo.search?regsearch=JA8089",
-                  program_->services().flightstats +
+      ElementsAre(program_->context().services.airliner + "/search/photo.search?regsearch=JA8089",
+                  program_->context().services.flightstats +
                       "/go/FlightStatus/flightStatusByFlight.do?airline=%28JL%29&flightNumber=123",
                   (base_.folders.pics / "JA731A.jpg").string()));
 }

@@ -193,7 +193,7 @@ TEST_F(HfdlReading, WithoutAnyFlightTheFlightTableIsNotNeeded) {
 
 TEST_F(HfdlReading, EachOfBothFirstReadsCountsTheStartDown) {
   start();
-  EXPECT_EQ(program_->loadProgressCount, 0);
+  EXPECT_EQ(program_->readsToEnd(), 0);
 }
 
 TEST_F(HfdlReading, WhileBothReadTheSplashCountsTheLinesOfBoth) {

@@ -95,7 +95,7 @@ TEST_F(HfdlWindow, TheFirstUnloadRecordsItsPlace) {
   window().close();
   EXPECT_EQ(settings().env_Form1_Top, place.y() * 15);
   EXPECT_EQ(settings().env_Form1_Left, place.x() * 15);
-  EXPECT_FALSE(program_->firstUnload);
+  EXPECT_FALSE(program_->place().awaitsFirstUnload());
 }
 
 TEST_F(HfdlWindow, WithoutTheirWindowsTheChartButtonsAreNotShown) {
@@ -108,8 +108,8 @@ class HfdlCharts : public HfdlWindow {
  protected:
   void setBrowsers() override {
     program_->setBrowsers(
-        [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
-        [this](Program& owner) {
+        [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+        [this](BrowserFrame& owner) {
           auto browser = std::make_unique<HfdlBrowser>(owner, *web_);
           browser->showActivityChart = [this] { shown_ += "activity "; };
           browser->showFrequencyChart = [this] { shown_ += "frequency "; };

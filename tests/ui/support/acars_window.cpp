@@ -20,7 +20,8 @@ AcarsWindowTest::AcarsWindowTest() {
 
 void AcarsWindowTest::setBrowsers() {
   program_->setBrowsers(
-      [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); }, nullptr);
+      [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+      nullptr);
 }
 
 void AcarsWindowTest::start() {

@@ -44,8 +44,8 @@ void HfdlWindowTest::writeAircraftLog(std::string_view name,
 
 void HfdlWindowTest::setBrowsers() {
   program_->setBrowsers(
-      [this](Program& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
-      [this](Program& owner) { return std::make_unique<HfdlBrowser>(owner, *web_); });
+      [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
+      [this](BrowserFrame& owner) { return std::make_unique<HfdlBrowser>(owner, *web_); });
 }
 
 void HfdlWindowTest::start() {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/ui/program.h"
 #include "log/ui/log_browser.h"
 #include "tests/support/test_files.h"
 #include "tests/ui/support/window_driver.h"

@@ -7,8 +7,8 @@ namespace vel::test {
 /// A browser without a list of its own, to stand beside the real one.
 class PlainBrowser : public BrowserWindow {
  public:
-  explicit PlainBrowser(Program& program)
-      : BrowserWindow(program, QSize(12600, 10500), QSize(3000, 3000)) {}
+  explicit PlainBrowser(BrowserFrame& frame)
+      : BrowserWindow(frame, QSize(12600, 10500), QSize(3000, 3000)) {}
 
   void load() override {
     loads.emplace_back(isVisible());

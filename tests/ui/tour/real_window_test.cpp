@@ -82,7 +82,7 @@ class RealTourTest : public testing::Test {
     savePhoto("noimage.jpg", 150, 100);
 
     program_.setBrowsers(
-        [this](Program& owner) {
+        [this](BrowserFrame& owner) {
           auto made = std::make_unique<AcarsBrowser>(owner, web_);
           made->prepareTour = [this](int step) { state_.step = step; };
           made->showTour = [this, window = made.get()] {

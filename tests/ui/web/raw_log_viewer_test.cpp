@@ -360,8 +360,8 @@ TEST_F(RawLogViewerTest, DamagedPlacesInTheSettingsDoNoHarm) {
 
 class ClosingBrowser : public BrowserWindow {
  public:
-  explicit ClosingBrowser(Program& program)
-      : BrowserWindow(program, QSize(6000, 6000), QSize(1500, 1500)) {}
+  explicit ClosingBrowser(BrowserFrame& frame)
+      : BrowserWindow(frame, QSize(6000, 6000), QSize(1500, 1500)) {}
   void load() override { Q_EMIT loaded(); }
   [[nodiscard]] int shownRows() const override { return 0; }
 

@@ -1,0 +1,37 @@
+#include "app/options.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+#include "core/file.h"
+#include "core/version.h"
+
+namespace vel {
+
+std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments) {
+  CLI::App app("Database manager for the logs of two aircraft data-link decoders", "vel");
+  std::string programFolder;
+  std::string screenshot;
+  app.set_version_flag("-v,--version", std::string("vel ") + kVersion);
+  app.add_option("--program-folder", programFolder,
+                 "Use DIR as the program folder: ../data, ../logs and ../pics stand beside it")
+      ->option_text("DIR");
+  app.add_option("--screenshot", screenshot,
+                 "Load as usual, save a picture of the window to FILE, and exit; messages go to "
+                 "the standard error output")
+      ->option_text("FILE");
+  app.allow_extras();
+  try {
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(arguments);
+    std::vector<std::string> unknown = app.remaining();
+    std::erase_if(unknown, [](const std::string& each) { return !each.starts_with("--"); });
+    if (!unknown.empty()) throw CLI::ExtrasError(unknown);
+  } catch (const CLI::ParseError& error) {
+    return ExitAtOnce{app.exit(error)};
+  }
+  return Options{toPath(programFolder), toPath(screenshot)};
+}
+
+}  // namespace vel

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace vel {
+
+/// What the command line asks for. Paths are empty where it says nothing.
+struct Options {
+  std::filesystem::path programFolder;
+  /// Load as usual, save a picture of the window to this file, and exit.
+  std::filesystem::path screenshot;
+};
+
+/// The exit status of a program that has nothing more to do.
+struct ExitAtOnce {
+  int status;
+};
+
+/// The program's arguments in UTF-8, without its own name. One implementation
+/// for each platform.
+[[nodiscard]] std::vector<std::string> commandLine(int argc, const char* const* argv);
+
+/// Reads the options. Help and version are printed, and so is an error; the
+/// program ends then. What begins with a single hyphen and is unknown is the
+/// windowing toolkit's.
+[[nodiscard]] std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments);
+
+}  // namespace vel
