@@ -10,6 +10,10 @@
 namespace vel {
 namespace {
 
+/// Lines of text that are longer than this are hard to read. Twips.
+constexpr int kWidest = 9000;
+constexpr int kGrowth = 8 * kTourTwipsPerPixel;
+
 /// The place nearest to `wanted` at which `length` lies within the span.
 int nearestWithin(int wanted, int length, int spanStart, int spanLength) {
   return std::max(spanStart, std::min(wanted, spanStart + spanLength - length));
@@ -68,6 +72,81 @@ TourPoint onScreen(const TourPoint& wanted, const TourSize& tour, std::span<cons
   const TourPoint nearest = clearPlace(wanted, tour, screens, {}).value_or(wanted);
   if (nearest == wanted) return wanted;
   return clearPlace(wanted, tour, screens, controls).value_or(nearest);
+}
+
+/// The step's place wherever the screens end; nothing for no step.
+std::optional<TourPoint> ownPlace(int step, const TourRect& mainWindow, int panelTop,
+                                  const TourSize& tour) {
+  const TourStep* found = tourStep(step);
+  if (found == nullptr) return std::nullopt;
+  TourPoint wanted{mainWindow.left + found->left,
+                   mainWindow.top + found->top + (found->panel ? panelTop : 0)};
+  if (found->place == TourPlace::rightOfWindow) wanted.left += mainWindow.width;
+  if (found->place == TourPlace::centred) {
+    wanted = {mainWindow.left + (mainWindow.width - tour.width) / 2,
+              mainWindow.top + (mainWindow.height - tour.height) / 2};
+  }
+  return wanted;
+}
+
+/// Tells which sizes the tour window may have at a step.
+class Room {
+ public:
+  Room(int step, const TourRect& mainWindow, int panelTop, const TourSize& least,
+       std::span<const TourRect> screens, std::span<const TourRect> controls)
+      : step_(step),
+        mainWindow_(mainWindow),
+        panelTop_(panelTop),
+        screens_(screens),
+        controls_(controls),
+        leastPlace_(placeOf(least)),
+        standsAtOwnPlace_(leastPlace_ == ownPlaceOf(least)) {
+    for (const TourRect& control : controls) {
+      if (!covers(rectOf(leastPlace_, least), control)) clear_.push_back(control);
+    }
+  }
+
+  /// True when the window still stands well with this size.
+  [[nodiscard]] bool holds(const TourSize& size) const {
+    const TourPoint place = placeOf(size);
+    const bool isCentred = tourStep(step_)->place == TourPlace::centred;
+    if (standsAtOwnPlace_ && place != (isCentred ? ownPlaceOf(size) : leastPlace_)) return false;
+    const TourRect rect = rectOf(place, size);
+    const bool isOnScreen =
+        screens_.empty() || std::any_of(screens_.begin(), screens_.end(), [&](const TourRect& s) {
+          return rect.left >= s.left && rect.top >= s.top && rect.right() <= s.right() &&
+                 rect.bottom() <= s.bottom();
+        });
+    return isOnScreen && std::none_of(clear_.begin(), clear_.end(), [&](const TourRect& control) {
+             return covers(rect, control);
+           });
+  }
+
+ private:
+  static TourRect rectOf(const TourPoint& place, const TourSize& size) {
+    return {place.left, place.top, size.width, size.height};
+  }
+  [[nodiscard]] TourPoint ownPlaceOf(const TourSize& size) const {
+    return ownPlace(step_, mainWindow_, panelTop_, size).value_or(TourPoint());
+  }
+  [[nodiscard]] TourPoint placeOf(const TourSize& size) const {
+    return onScreen(ownPlaceOf(size), size, screens_, controls_);
+  }
+
+  int step_;
+  TourRect mainWindow_;
+  int panelTop_;
+  std::span<const TourRect> screens_;
+  std::span<const TourRect> controls_;
+  TourPoint leastPlace_;
+  bool standsAtOwnPlace_;
+  std::vector<TourRect> clear_;
+};
+
+/// How far a size is from the shape of the least one: 0 for the same shape.
+double shapeOff(const TourSize& size, const TourSize& least) {
+  return std::abs(std::log(static_cast<double>(size.width) * least.height /
+                           (static_cast<double>(size.height) * least.width)));
 }
 
 /// How far the control lies beyond each edge of the tour window; negative
@@ -251,16 +330,37 @@ PointerSet visiblePointers(bool blink, const PointerSet& pointers) {
 std::optional<TourPoint> tourPosition(int step, const TourRect& mainWindow, int panelTop,
                                       const TourSize& tour, std::span<const TourRect> screens,
                                       std::span<const TourRect> controls) {
-  const TourStep* found = tourStep(step);
-  if (found == nullptr) return std::nullopt;
-  TourPoint wanted{mainWindow.left + found->left,
-                   mainWindow.top + found->top + (found->panel ? panelTop : 0)};
-  if (found->place == TourPlace::rightOfWindow) wanted.left += mainWindow.width;
-  if (found->place == TourPlace::centred) {
-    wanted = {mainWindow.left + (mainWindow.width - tour.width) / 2,
-              mainWindow.top + (mainWindow.height - tour.height) / 2};
+  const std::optional<TourPoint> wanted = ownPlace(step, mainWindow, panelTop, tour);
+  if (!wanted) return std::nullopt;
+  return onScreen(*wanted, tour, screens, controls);
+}
+
+TourSize tourSize(int step, const TourRect& mainWindow, int panelTop, const TourSize& least,
+                  std::span<const TourRect> screens, std::span<const TourRect> controls,
+                  const TourHeight& needed) {
+  if (tourStep(step) == nullptr) return least;
+  const Room room(step, mainWindow, panelTop, least, screens, controls);
+  std::optional<TourSize> whole;
+  TourSize most = least;
+  double mostShown = 0;
+  for (int width = least.width; width <= kWidest; width += kGrowth) {
+    const int height = std::max(least.height, needed(width));
+    TourSize size{width, height};
+    if (room.holds(size)) {
+      if (!whole || shapeOff(size, least) < shapeOff(*whole, least)) whole = size;
+      continue;
+    }
+    if (whole) continue;
+    while (size.height > least.height && !room.holds(size)) {
+      size.height = std::max(least.height, size.height - kGrowth);
+    }
+    const double shown = static_cast<double>(size.height) / height;
+    if (room.holds(size) && shown > mostShown) {
+      most = size;
+      mostShown = shown;
+    }
   }
-  return onScreen(wanted, tour, screens, controls);
+  return whole.value_or(most);
 }
 
 TourPoint pointerMiddle(const TourRect& tour, const TourPointer& pointer, int size) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -68,6 +69,20 @@ struct TourState {
                                                     int panelTop, const TourSize& tour,
                                                     std::span<const TourRect> screens,
                                                     std::span<const TourRect> controls);
+
+/// The outer height that the tour window needs, at an outer width, to show all
+/// of a text. Twips.
+using TourHeight = std::function<int(int width)>;
+
+/// The outer size of the tour window for a step of 1 to 29, in twips: `least`,
+/// or one that is larger in the same shape where the text needs it, as far as
+/// the window then still stands at the same place of the step, on a screen, and
+/// covers no more of `controls` than at its least size. Where no such size
+/// shows the whole text, the one that shows most of it. The rest as for
+/// tourPosition, whose place this size is for.
+[[nodiscard]] TourSize tourSize(int step, const TourRect& mainWindow, int panelTop,
+                                const TourSize& least, std::span<const TourRect> screens,
+                                std::span<const TourRect> controls, const TourHeight& needed);
 
 enum class TourEdge { left, top, right, bottom };
 

@@ -30,12 +30,40 @@ std::string join(const Pieces&... pieces) {
   return joined;
 }
 
+constexpr const char* kNoNumber =
+    "The flight number is not numeric. 便名の番号部分が数値ではありません";
+
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// The scheme that an address begins with, without its colon; empty for none.
+// "host:8080" has none, nor has "C:" with a path.
+std::string_view schemeOf(std::string_view address) {
+  const auto isSchemePart = [](char c) {
+    return isLetter(c) || isDigit(c) || c == '+' || c == '-' || c == '.';
+  };
+  const auto end = std::find_if_not(address.begin(), address.end(), isSchemePart);
+  const auto size = static_cast<std::size_t>(end - address.begin());
+  if (size < 2 || size == address.size() || address[size] != ':') return {};
+  const std::string_view after = address.substr(size + 1);
+  if (!isLetter(address[0]) || (!after.empty() && isDigit(after[0]))) return {};
+  return address.substr(0, size);
+}
+
+// A prefix and what follows it, as an address that a web browser takes. Only
+// the prefix says what it leads to: the rest may have come over the air.
+template <typename... Pieces>
+std::string composed(std::string_view prefix, const Pieces&... pieces) {
+  const std::string_view scheme = schemeOf(prefix);
+  const bool isUsable = !scheme.empty() && !equalIgnoringCase(scheme, "file");
+  return join(isUsable ? "" : "https://", prefix, pieces...);
+}
+
 // The user's prefix with the host that a prefix of the own web site lacks.
 std::string completed(std::string_view prefix, std::string_view homepage) {
   return isHomepagePrefix(prefix) ? join(homepage, prefix) : std::string(prefix);
 }
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::size_t countDigits(std::string_view text) {
   return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) -
@@ -86,108 +114,116 @@ std::string_view withoutLeadingBlanks(std::string_view text) {
 
 }  // namespace
 
-std::vector<std::string> photoEngineLabels(SearchWindow window, const Settings& settings) {
-  return {"Airliner", "JetPhotos", "Planepictures",
-          window == SearchWindow::hfdl ? "Feeyo" : settings.env_regDefName0};
-}
-
-std::vector<std::string> flightEngineLabels(SearchWindow window, const Settings& settings) {
-  std::vector<std::string> labels = {"FLIGHTSTATS", "HOMEPAGE", "FlightAware", "FlyteComm"};
-  if (window == SearchWindow::acars) labels.push_back(settings.env_FltDefName0);
-  return labels;
-}
-
-std::vector<std::string> icao24EngineLabels() { return {"Airframes", "libhomeradar", "KLOTH"}; }
-
-std::optional<std::string> photoAddress(const Services& services, const Settings& settings,
-                                        SearchWindow window, int position,
-                                        std::string_view registration) {
-  switch (position) {
-    case 0:
-      return join(services.airliner, kAirlinerPath, registration);
-    case 1:
-      return join(services.jetphotos, kJetPhotosPath, registration);
-    case 2:
-      return join(services.planepictures, kPlanepicturesPath, registration);
-    case 3:
-      if (window == SearchWindow::hfdl) return join(services.feeyo, kFeeyoPath, registration);
-      return join(settings.env_regDefUrl0, registration);
-    case 4:
-      if (window == SearchWindow::hfdl) return join(settings.env_regDefUrl0, registration);
-      return std::nullopt;
-    default:
-      return std::nullopt;
+std::vector<EngineEntry<PhotoEngine>> photoEngines(SearchWindow window, const Settings& settings) {
+  std::vector<EngineEntry<PhotoEngine>> entries = {{"Airliner", PhotoEngine::airliner},
+                                                   {"JetPhotos", PhotoEngine::jetphotos},
+                                                   {"Planepictures", PhotoEngine::planepictures}};
+  if (window == SearchWindow::acars) {
+    entries.insert(entries.begin(), {settings.env_regDefName0, PhotoEngine::user});
+  } else {
+    entries.push_back({"Feeyo", PhotoEngine::feeyo});
   }
+  return entries;
+}
+
+std::vector<EngineEntry<FlightEngine>> flightEngines(SearchWindow window,
+                                                     const Settings& settings) {
+  std::vector<EngineEntry<FlightEngine>> entries = {{"FLIGHTSTATS", FlightEngine::flightStats},
+                                                    {"HOMEPAGE", FlightEngine::homepage},
+                                                    {"FlightAware", FlightEngine::flightAware},
+                                                    {"FlyteComm", FlightEngine::flyteComm}};
+  if (window == SearchWindow::acars) {
+    entries.insert(entries.begin(), {settings.env_FltDefName0, FlightEngine::user});
+  }
+  return entries;
+}
+
+std::vector<EngineEntry<AddressEngine>> addressEngines() {
+  return {{"Airframes", AddressEngine::airframes},
+          {"libhomeradar", AddressEngine::libhomeradar},
+          {"KLOTH", AddressEngine::kloth}};
+}
+
+std::string photoAddress(const Services& services, const Settings& settings, PhotoEngine engine,
+                         std::string_view registration) {
+  switch (engine) {
+    case PhotoEngine::airliner:
+      return composed(services.airliner, kAirlinerPath, registration);
+    case PhotoEngine::jetphotos:
+      return composed(services.jetphotos, kJetPhotosPath, registration);
+    case PhotoEngine::planepictures:
+      return composed(services.planepictures, kPlanepicturesPath, registration);
+    case PhotoEngine::feeyo:
+      return composed(services.feeyo, kFeeyoPath, registration);
+    case PhotoEngine::user:
+      break;
+  }
+  return composed(settings.env_regDefUrl0, registration);
 }
 
 FlightValues FlightValues::fromAcars(std::string_view column1) {
   return {std::string(column1), std::string(column1), std::string(column1)};
 }
 
-Result<std::optional<std::string>> flightAddress(const Services& services, const Settings& settings,
-                                                 std::string_view homepage, const Tables& tables,
-                                                 int position, const FlightValues& values) {
+Result<std::string> flightAddress(const Services& services, const Settings& settings,
+                                  std::string_view homepage, const Tables& tables,
+                                  FlightEngine engine, const FlightValues& values) {
   const std::string_view code = Left(values.identifier, 2);
   const std::string_view number = Mid(values.identifier, 3);
-  switch (position) {
-    case kFlightStats: {
+  switch (engine) {
+    case FlightEngine::flightStats: {
       const Result<std::string> strict = strictNumber(number);
-      if (!strict) return strict.error();
-      return std::optional(
-          join(services.flightstats, kFlightStatsPath, code, kFlightStatsNumber, *strict));
+      if (!strict) return Error{strict.error().number, kNoNumber};
+      return composed(services.flightstats, kFlightStatsPath, code, kFlightStatsNumber, *strict);
     }
-    case kHomepage:
-      return std::optional(join(homepage, kHomepagePath, values.listed));
-    case kFlightAware:
-    case kFlyteComm: {
+    case FlightEngine::homepage:
+      return composed(homepage, kHomepagePath, values.listed);
+    case FlightEngine::flightAware:
+    case FlightEngine::flyteComm: {
       const Result<std::string> letters = threeLetterCode(tables, code);
       if (!letters) return letters.error();
-      return std::optional(
-          position == kFlightAware
-              ? join(services.flightaware, kFlightAwarePath, *letters, leadingNumber(number))
-              : join(services.flytecomm, kFlyteCommPath, *letters, leadingNumber(number)));
+      return engine == FlightEngine::flightAware
+                 ? composed(services.flightaware, kFlightAwarePath, *letters, leadingNumber(number))
+                 : composed(services.flytecomm, kFlyteCommPath, *letters, leadingNumber(number));
     }
-    case kUserFlightEngine: {
-      const std::string prefix = completed(settings.env_FltDefUrl0, homepage);
-      if (settings.env_fltSchZsp != 1) return std::optional(join(prefix, values.column1));
-      return std::optional(join(prefix, code, leadingNumber(number)));
-    }
-    default:
-      return std::optional<std::string>();
+    case FlightEngine::user:
+      break;
   }
+  const std::string prefix = completed(settings.env_FltDefUrl0, homepage);
+  if (settings.env_fltSchZsp != 1) return composed(prefix, values.column1);
+  return composed(prefix, code, leadingNumber(number));
 }
 
-bool needsHomepage(const Settings& settings, int position) {
-  return position == kHomepage ||
-         (position == kUserFlightEngine && isHomepagePrefix(settings.env_FltDefUrl0));
+bool needsHomepage(const Settings& settings, FlightEngine engine) {
+  return engine == FlightEngine::homepage ||
+         (engine == FlightEngine::user && isHomepagePrefix(settings.env_FltDefUrl0));
 }
 
-std::optional<std::string> icao24Page(const Services& services, int position) {
-  switch (position) {
-    case 0:
-      return join(services.airframes, "/");
-    case 1:
-      return join(services.libhomeradar, kLibhomeradarPath);
-    case 2:
-      return join(services.kloth, kKlothPath);
-    default:
-      return std::nullopt;
+std::string addressPage(const Services& services, AddressEngine engine) {
+  switch (engine) {
+    case AddressEngine::airframes:
+      return composed(services.airframes, "/");
+    case AddressEngine::libhomeradar:
+      return composed(services.libhomeradar, kLibhomeradarPath);
+    case AddressEngine::kloth:
+      break;
   }
+  return composed(services.kloth, kKlothPath);
 }
 
 std::string airportSearchAddress(const Services& services, std::string_view code) {
-  return join(services.airportsearch, "/search?hl=ja&q=ICAO+", code, "+IATA+airport+wiki");
+  return composed(services.airportsearch, "/search?hl=ja&q=ICAO+", code, "+IATA+airport+wiki");
 }
 
 SearchSample registrationSample(std::string_view addressBox) {
-  return {"The sample is opened by using 'G-CIVE'.", join(addressBox, "G-CIVE")};
+  return {"The sample is opened by using 'G-CIVE'.", composed(addressBox, "G-CIVE")};
 }
 
 SearchSample flightSample(std::string_view addressBox, bool zeroSuppress,
                           std::string_view homepage) {
   const std::string_view flight = zeroSuppress ? "BA7" : "BA0007";
   return {join("The sample is opened by using '", flight, "'."),
-          join(completed(addressBox, homepage), flight)};
+          composed(completed(addressBox, homepage), flight)};
 }
 
 bool isHomepagePrefix(std::string_view prefix) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,34 +13,44 @@ namespace vel {
 
 /// The addresses of the web look-ups. A value is appended to its service's
 /// prefix exactly as it is: no percent-encoding, no trimming, no change of
-/// case. Nothing here is fetched or opened.
+/// case. A prefix without a scheme gets "https://" before it, and so does one of
+/// local files ("file:"): no address leads to a local file, whatever the value
+/// is. Nothing here is fetched or opened.
 ///
 /// `homepage` is the host (scheme and host name, no slash at its end) of the
 /// system's own web site: services.ini's, or the companion service's.
 
-/// Whose lists a position belongs to; the two windows differ in their entries.
+/// Whose choosers are meant; the two windows differ in their entries.
 enum class SearchWindow { acars, hfdl };
 
-/// Positions in the flight lists.
-enum FlightEngine : int {
-  kFlightStats = 0,
-  kHomepage = 1,
-  kFlightAware = 2,
-  kFlyteComm = 3,
-  kUserFlightEngine = 4,
+/// The services of a photo search; `user` is the user's own.
+enum class PhotoEngine { user, airliner, jetphotos, planepictures, feeyo };
+
+/// The services of a flight search; `user` is the user's own.
+enum class FlightEngine { user, flightStats, homepage, flightAware, flyteComm };
+
+/// The services that an ICAO 24-bit address is pasted into.
+enum class AddressEngine { airframes, libhomeradar, kloth };
+
+/// An entry of a chooser: what it is called, and the engine behind it.
+template <typename Engine>
+struct EngineEntry {
+  std::string label;
+  Engine engine;
+  bool operator==(const EngineEntry&) const = default;
 };
 
-/// The entries of the lists, in their order.
-[[nodiscard]] std::vector<std::string> photoEngineLabels(SearchWindow window,
-                                                         const Settings& settings);
-[[nodiscard]] std::vector<std::string> flightEngineLabels(SearchWindow window,
-                                                          const Settings& settings);
-[[nodiscard]] std::vector<std::string> icao24EngineLabels();
+/// The entries of a window's choosers in their order. The ACARS choosers begin
+/// with the user's own engine; env_regSchCmb and env_fltSchCmb count from there.
+[[nodiscard]] std::vector<EngineEntry<PhotoEngine>> photoEngines(SearchWindow window,
+                                                                 const Settings& settings);
+[[nodiscard]] std::vector<EngineEntry<FlightEngine>> flightEngines(SearchWindow window,
+                                                                   const Settings& settings);
+[[nodiscard]] std::vector<EngineEntry<AddressEngine>> addressEngines();
 
-/// The address for a photo search; nothing for a position without an engine.
-[[nodiscard]] std::optional<std::string> photoAddress(const Services& services,
-                                                      const Settings& settings, SearchWindow window,
-                                                      int position, std::string_view registration);
+/// The address of a photo search.
+[[nodiscard]] std::string photoAddress(const Services& services, const Settings& settings,
+                                       PhotoEngine engine, std::string_view registration);
 
 /// The texts that a flight search takes from its window.
 struct FlightValues {
@@ -58,21 +67,20 @@ struct FlightValues {
   static FlightValues fromAcars(std::string_view column1);
 };
 
-/// The address for a flight search; nothing for a position without an engine.
-/// FLIGHTSTATS fails with typeMismatch when the number part is no number.
-/// FlightAware and FlyteComm read letter.csv and fail when it cannot be read.
-/// After a failure nothing may be opened.
-Result<std::optional<std::string>> flightAddress(const Services& services, const Settings& settings,
-                                                 std::string_view homepage, const Tables& tables,
-                                                 int position, const FlightValues& values);
+/// The address of a flight search. FLIGHTSTATS fails when the number part is no
+/// number; FlightAware and FlyteComm read letter.csv and fail when it cannot be
+/// read. The error's text is for the user.
+Result<std::string> flightAddress(const Services& services, const Settings& settings,
+                                  std::string_view homepage, const Tables& tables,
+                                  FlightEngine engine, const FlightValues& values);
 
-/// True when the address at that position of a flight list leads to the
-/// system's own web site, whose companion service then has to run.
-[[nodiscard]] bool needsHomepage(const Settings& settings, int position);
+/// True when the address of that engine leads to the system's own web site,
+/// whose companion service then has to run.
+[[nodiscard]] bool needsHomepage(const Settings& settings, FlightEngine engine);
 
-/// The page of an ICAO 24-bit address service; nothing beyond the third. The
-/// address itself travels on the clipboard.
-[[nodiscard]] std::optional<std::string> icao24Page(const Services& services, int position);
+/// The page of an ICAO 24-bit address service. The address itself travels on
+/// the clipboard.
+[[nodiscard]] std::string addressPage(const Services& services, AddressEngine engine);
 
 /// The web search for an airport's code, from the airport dialog.
 [[nodiscard]] std::string airportSearchAddress(const Services& services, std::string_view code);

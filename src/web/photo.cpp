@@ -24,9 +24,17 @@ std::optional<std::filesystem::path> PhotoFolder::placeholder() {
 }
 
 void openPhoto(Desktop& desktop, const Folders& folders, std::string_view registration) {
-  const bool safe = isSafeFileName(registration);
-  const int result =
-      safe ? ShellOpen(desktop, nativeText(fileIn(folders.pics, photoName(registration)))) : 0;
+  int result = 0;
+  if (isSafeFileName(registration)) {
+    const std::filesystem::path photo = fileIn(folders.pics, photoName(registration));
+    // What is there but is no file (a pipe, a folder) counts as missing; of what
+    // is not there at all the opener says so itself.
+    std::error_code error;
+    const auto type = std::filesystem::status(photo, error).type();
+    const bool isSomethingElse = type != std::filesystem::file_type::regular &&
+                                 type != std::filesystem::file_type::not_found;
+    if (!isSomethingElse) result = ShellOpen(desktop, nativeText(photo));
+  }
   if (result < kFirstSuccess) {
     ShellOpen(desktop, nativeText(fileIn(folders.pics, kPlaceholder)));
   }

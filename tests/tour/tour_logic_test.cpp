@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <numbers>
 #include <optional>
@@ -382,6 +383,64 @@ TEST(TourPointers, WithoutAControlInSightPointOutOfTheWindow) {
 TEST(TourPointers, OfAnEmptySetAreNone) {
   const std::vector<TourRect> controls = {{700, 1040, 200, 20}};
   for (const auto& pointer : placePointers({}, kBox, controls, kPicture)) EXPECT_FALSE(pointer);
+}
+
+/// A text of that many twips squared, whatever the width.
+TourHeight areaOf(int width, int height) {
+  return [=](int given) { return static_cast<int>(std::int64_t{width} * height / given) + 1; };
+}
+
+TEST(TourSizes, ATextThatFitsLeavesTheLeastSize) {
+  const TourRect main{1500, 750, 12600, 10500};
+  for (int step = 1; step <= 29; ++step) {
+    EXPECT_EQ(tourSize(step, main, 6870, kTour, kWideScreen, {}, areaOf(4300, 1000)), kTour)
+        << step;
+  }
+  EXPECT_EQ(tourSize(30, main, 6870, kTour, kWideScreen, {}, areaOf(9000, 9000)), kTour);
+}
+
+TEST(TourSizes, ALongTextGetsALargerWindowOfAboutTheSameShapeAtTheSamePlace) {
+  const TourRect main{1500, 750, 12600, 10500};
+  for (const int step : {1, 7, 8, 21, 28}) {
+    const TourSize size =
+        tourSize(step, main, 6870, kTour, kWideScreen, {}, areaOf(2 * 4300, 2 * 1900));
+    EXPECT_NEAR(size.width, 2 * 4300, 240) << step;
+    EXPECT_NEAR(size.height, 2 * 1900, 240) << step;
+    EXPECT_EQ(tourPosition(step, main, 6870, size, kWideScreen, {}),
+              tourPosition(step, main, 6870, kTour, kWideScreen, {}));
+  }
+}
+
+TEST(TourSizes, GrowsAwayFromTheControlAndNeverOverIt) {
+  const TourRect main{0, 0, 12600, 10500};
+  const TourPoint place{3705, 90};
+  // A control right of the window leaves only height, one below it only width.
+  const std::vector<TourRect> right = {{place.left + 4400, 0, 1000, 9000}};
+  const TourSize high = tourSize(1, main, 6870, kTour, kWideScreen, right, areaOf(4300, 4000));
+  EXPECT_LE(high.width, 4400);
+  EXPECT_GE(high.height, 3900);
+  const std::vector<TourRect> below = {{0, place.top + 2000, 9000, 500}};
+  const TourSize wide = tourSize(1, main, 6870, kTour, kWideScreen, below, areaOf(4300, 3000));
+  EXPECT_LE(wide.height, 2000);
+  EXPECT_GE(wide.width, 6400);
+}
+
+TEST(TourSizes, WhatDoesNotFitGetsAsMuchAsThereIs) {
+  const TourRect main{0, 0, 12600, 10500};
+  const std::vector<TourRect> screen = {{0, 0, 8200, 2500}};
+  const TourSize size = tourSize(1, main, 6870, kTour, screen, {}, areaOf(9000, 9000));
+  EXPECT_EQ(tourPosition(1, main, 6870, size, screen, {}), (TourPoint{3705, 90}));
+  EXPECT_LE(size.height, 2410);
+  EXPECT_GE(size.height, 2410 - 120);
+  EXPECT_LE(size.width, 8200 - 3705);
+}
+
+TEST(TourSizes, TheThanksStepStaysInTheMiddle) {
+  const TourRect main{1500, 750, 12600, 10500};
+  const TourSize size = tourSize(29, main, 6870, kTour, kWideScreen, {}, areaOf(8000, 3500));
+  EXPECT_GT(size.width, kTour.width);
+  EXPECT_EQ(tourPosition(29, main, 6870, size, kWideScreen, {}),
+            (TourPoint{1500 + (12600 - size.width) / 2, 750 + (10500 - size.height) / 2}));
 }
 
 TEST(TourReport, OfTheLabelNamesTheStepAndTheDifferencesFromWindowAndPanel) {

@@ -19,17 +19,15 @@ class Address : public testing::Test {
                                    "JL,XXX,a second line", "全,ZEN,全日空"});
   }
 
-  std::string flight(int position, std::string_view column1) {
-    return flight(position, FlightValues::fromAcars(column1));
+  std::string flight(FlightEngine engine, std::string_view column1) {
+    return flight(engine, FlightValues::fromAcars(column1));
   }
-  std::string flight(int position, const FlightValues& values) {
-    const auto address = flightAddress(services_, settings_, kHome, tables_, position, values);
-    if (!address) return address.error().text();
-    return *address ? **address : "nothing opens";
+  std::string flight(FlightEngine engine, const FlightValues& values) {
+    const auto address = flightAddress(services_, settings_, kHome, tables_, engine, values);
+    return address ? *address : address.error().text();
   }
-  std::string photo(SearchWindow window, int position, std::string_view registration) {
-    return photoAddress(services_, settings_, window, position, registration)
-        .value_or("nothing opens");
+  std::string photo(PhotoEngine engine, std::string_view registration) {
+    return photoAddress(services_, settings_, engine, registration);
   }
 
   test::TemporaryBase base_;
@@ -40,125 +38,130 @@ class Address : public testing::Test {
 
 TEST_F(Address, PhotoServicesOfTheAcarsWindow) {
   settings_.env_regDefUrl0 = "https://photos.example/?reg=";
-  EXPECT_EQ(photo(SearchWindow::acars, 0, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::airliner, "JA8089"),
             "https://www.airliners.net/search/photo.search?regsearch=JA8089");
-  EXPECT_EQ(photo(SearchWindow::acars, 1, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::jetphotos, "JA8089"),
             "https://www.jetphotos.com/showphotos.php?regsearch=JA8089");
-  EXPECT_EQ(photo(SearchWindow::acars, 2, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::planepictures, "JA8089"),
             "https://www.planepictures.net/netsearch4.cgi?stype=reg&srng=2&srch=JA8089");
-  EXPECT_EQ(photo(SearchWindow::acars, 3, "JA8089"), "https://photos.example/?reg=JA8089");
-  EXPECT_EQ(photo(SearchWindow::acars, 4, "JA8089"), "nothing opens");
-  EXPECT_EQ(photo(SearchWindow::acars, -1, "JA8089"), "nothing opens");
+  EXPECT_EQ(photo(PhotoEngine::user, "JA8089"), "https://photos.example/?reg=JA8089");
 }
 
 TEST_F(Address, PhotoServicesOfTheHfdlWindow) {
   settings_.env_regDefUrl0 = "https://photos.example/?reg=";
-  EXPECT_EQ(photo(SearchWindow::hfdl, 0, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::airliner, "JA8089"),
             "https://www.airliners.net/search/photo.search?regsearch=JA8089");
-  EXPECT_EQ(photo(SearchWindow::hfdl, 1, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::jetphotos, "JA8089"),
             "https://www.jetphotos.com/showphotos.php?regsearch=JA8089");
-  EXPECT_EQ(photo(SearchWindow::hfdl, 2, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::planepictures, "JA8089"),
             "https://www.planepictures.net/netsearch4.cgi?stype=reg&srng=2&srch=JA8089");
-  EXPECT_EQ(photo(SearchWindow::hfdl, 3, "JA8089"),
+  EXPECT_EQ(photo(PhotoEngine::feeyo, "JA8089"),
             "https://www.feeyo.com/searchpic.jsp?action=search&pictype=1&airplane_regcode=JA8089");
-  EXPECT_EQ(photo(SearchWindow::hfdl, 4, "JA8089"), "https://photos.example/?reg=JA8089");
-  EXPECT_EQ(photo(SearchWindow::hfdl, 5, "JA8089"), "nothing opens");
+  EXPECT_EQ(photo(PhotoEngine::user, "JA8089"), "https://photos.example/?reg=JA8089");
 }
 
 TEST_F(Address, ARegistrationIsSentExactlyAsItIs) {
   const std::string prefix = "https://www.jetphotos.com/showphotos.php?regsearch=";
   for (const char* registration :
        {"JA-8089", "JA8089", "ja8089", " JA 8089 ", "a&b;c$(x)", "羽田", "%41", ""}) {
-    EXPECT_EQ(photo(SearchWindow::acars, 1, registration), prefix + registration);
+    EXPECT_EQ(photo(PhotoEngine::jetphotos, registration), prefix + registration);
   }
 }
 
 TEST_F(Address, Ba0007OnEveryFlightService) {
   settings_.env_FltDefUrl0 = "https://flights.example/";
-  EXPECT_EQ(flight(0, "BA0007"),
+  EXPECT_EQ(flight(FlightEngine::flightStats, "BA0007"),
             "https://www.flightstats.com/go/FlightStatus/"
             "flightStatusByFlight.do?airline=%28BA%29&flightNumber=7");
-  EXPECT_EQ(flight(1, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
-  EXPECT_EQ(flight(2, "BA0007"), "https://www.flightaware.com/live/flight/BAW7");
-  EXPECT_EQ(flight(3, "BA0007"),
+  EXPECT_EQ(flight(FlightEngine::homepage, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
+  EXPECT_EQ(flight(FlightEngine::flightAware, "BA0007"),
+            "https://www.flightaware.com/live/flight/BAW7");
+  EXPECT_EQ(flight(FlightEngine::flyteComm, "BA0007"),
             "https://www.flytecomm.com/cgi-bin/trackflight?action=select_advanced&flight_id=BAW7");
-  EXPECT_EQ(flight(4, "BA0007"), "https://flights.example/BA0007");
-  EXPECT_EQ(flight(5, "BA0007"), "nothing opens");
-  EXPECT_EQ(flight(-1, "BA0007"), "nothing opens");
+  EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "https://flights.example/BA0007");
 }
 
 TEST_F(Address, ZeroSuppressionConcernsOnlyTheUsersOwnEngine) {
   settings_.env_FltDefUrl0 = "https://flights.example/";
   settings_.env_fltSchZsp = 1;
-  EXPECT_EQ(flight(4, "BA0007"), "https://flights.example/BA7");
-  EXPECT_EQ(flight(4, "BA12A"), "https://flights.example/BA12");
-  EXPECT_EQ(flight(4, "BA"), "https://flights.example/BA0");
-  EXPECT_EQ(flight(1, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
+  EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "https://flights.example/BA7");
+  EXPECT_EQ(flight(FlightEngine::user, "BA12A"), "https://flights.example/BA12");
+  EXPECT_EQ(flight(FlightEngine::user, "BA"), "https://flights.example/BA0");
+  EXPECT_EQ(flight(FlightEngine::homepage, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
   settings_.env_fltSchZsp = 2;
-  EXPECT_EQ(flight(4, "BA0007"), "https://flights.example/BA0007");
+  EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "https://flights.example/BA0007");
 }
 
 TEST_F(Address, TheHfdlWindowTakesItsTextsFromThreePlaces) {
   const FlightValues values{"JL0012", " JL012 ", "2026/11/20 00:03:00"};
   settings_.env_FltDefUrl0 = "https://flights.example/";
-  EXPECT_EQ(flight(0, values),
+  EXPECT_EQ(flight(FlightEngine::flightStats, values),
             "https://www.flightstats.com/go/FlightStatus/"
             "flightStatusByFlight.do?airline=%28JL%29&flightNumber=12");
-  EXPECT_EQ(flight(1, values), "http://127.0.0.1:40123/?F= JL012 ");
-  EXPECT_EQ(flight(2, values), "https://www.flightaware.com/live/flight/JAL12");
-  EXPECT_EQ(flight(4, values), "https://flights.example/2026/11/20 00:03:00");
+  EXPECT_EQ(flight(FlightEngine::homepage, values), "http://127.0.0.1:40123/?F= JL012 ");
+  EXPECT_EQ(flight(FlightEngine::flightAware, values),
+            "https://www.flightaware.com/live/flight/JAL12");
+  EXPECT_EQ(flight(FlightEngine::user, values), "https://flights.example/2026/11/20 00:03:00");
 }
 
 TEST_F(Address, ACodeWithoutARowInLetterCsvKeepsItsTwoLetters) {
-  EXPECT_EQ(flight(2, "ZZ0100"), "https://www.flightaware.com/live/flight/ZZ100");
-  EXPECT_EQ(flight(3, "ba0100"),
+  EXPECT_EQ(flight(FlightEngine::flightAware, "ZZ0100"),
+            "https://www.flightaware.com/live/flight/ZZ100");
+  EXPECT_EQ(flight(FlightEngine::flyteComm, "ba0100"),
             "https://www.flytecomm.com/cgi-bin/trackflight?action=select_advanced&flight_id=ba100");
 }
 
 TEST_F(Address, TheFirstOfTwoRowsOfACodeIsUsed) {
-  EXPECT_EQ(flight(2, "JL0001"), "https://www.flightaware.com/live/flight/JAL1");
+  EXPECT_EQ(flight(FlightEngine::flightAware, "JL0001"),
+            "https://www.flightaware.com/live/flight/JAL1");
 }
 
 TEST_F(Address, AFlightIsCutAtCharactersNotBytes) {
   base_.writeData("letter.csv", {"全日,ANA,全日空"});
-  EXPECT_EQ(flight(2, "全日0012"), "https://www.flightaware.com/live/flight/ANA12");
-  EXPECT_EQ(flight(0, "全日0012"),
+  EXPECT_EQ(flight(FlightEngine::flightAware, "全日0012"),
+            "https://www.flightaware.com/live/flight/ANA12");
+  EXPECT_EQ(flight(FlightEngine::flightStats, "全日0012"),
             "https://www.flightstats.com/go/FlightStatus/"
             "flightStatusByFlight.do?airline=%28全日%29&flightNumber=12");
 }
 
 TEST_F(Address, ACodeThatTheTablesCannotHoldIsNotInThem) {
-  EXPECT_EQ(flight(2, "é€12"), "https://www.flightaware.com/live/flight/é€12");
+  EXPECT_EQ(flight(FlightEngine::flightAware, "é€12"),
+            "https://www.flightaware.com/live/flight/é€12");
 }
 
 TEST_F(Address, ARowWithAnEmptyThreeLetterCodeGivesAnEmptyCode) {
   base_.writeData("letter.csv", {"BA,,British Airways"});
-  EXPECT_EQ(flight(2, "BA0007"), "https://www.flightaware.com/live/flight/7");
+  EXPECT_EQ(flight(FlightEngine::flightAware, "BA0007"),
+            "https://www.flightaware.com/live/flight/7");
 }
 
 TEST_F(Address, AMatchingRowWithoutASecondFieldIsAnError) {
   base_.writeData("letter.csv", {"BA"});
-  EXPECT_EQ(flight(2, "BA0007"), "ERROR #9");
-  EXPECT_EQ(flight(3, "JL0007"),
+  EXPECT_EQ(flight(FlightEngine::flightAware, "BA0007"), "ERROR #9");
+  EXPECT_EQ(flight(FlightEngine::flyteComm, "JL0007"),
             "https://www.flytecomm.com/cgi-bin/trackflight?action=select_advanced&flight_id=JL7");
 }
 
 TEST_F(Address, AMissingLetterCsvOpensNothing) {
   std::filesystem::remove(base_.folders.data / "letter.csv");
-  EXPECT_EQ(flight(2, "BA0007"), "ERROR #53");
-  EXPECT_EQ(flight(3, "BA0007"), "ERROR #53");
-  EXPECT_EQ(flight(1, "BA0007"), "http://127.0.0.1:40123/?F=BA0007") << "needs no table";
+  EXPECT_EQ(flight(FlightEngine::flightAware, "BA0007"), "ERROR #53");
+  EXPECT_EQ(flight(FlightEngine::flyteComm, "BA0007"), "ERROR #53");
+  EXPECT_EQ(flight(FlightEngine::homepage, "BA0007"), "http://127.0.0.1:40123/?F=BA0007")
+      << "needs no table";
 }
 
 TEST_F(Address, FlightStatsRefusesANumberPartThatIsNoNumber) {
   for (const char* identifier : {"BA12A", "BA", "B", "", "BAX", "BA1 2", "BA--1", "BA.", "BA1E3"}) {
-    EXPECT_EQ(flight(0, identifier), "ERROR #13") << identifier;
+    EXPECT_EQ(flight(FlightEngine::flightStats, identifier),
+              "The flight number is not numeric. 便名の番号部分が数値ではありません")
+        << identifier;
   }
 }
 
 TEST_F(Address, AnEmptyFlightIsSentEmpty) {
-  EXPECT_EQ(flight(1, ""), "http://127.0.0.1:40123/?F=");
-  EXPECT_EQ(flight(2, ""), "https://www.flightaware.com/live/flight/0");
+  EXPECT_EQ(flight(FlightEngine::homepage, ""), "http://127.0.0.1:40123/?F=");
+  EXPECT_EQ(flight(FlightEngine::flightAware, ""), "https://www.flightaware.com/live/flight/0");
 }
 
 TEST(Numbers, StrictNumberTakesTheWholeTextOrNothing) {
@@ -200,12 +203,11 @@ TEST(Numbers, LeadingNumberTakesWhatTheTextBeginsWith) {
 }
 
 TEST_F(Address, PagesOfTheIcao24Services) {
-  EXPECT_EQ(icao24Page(services_, 0), "https://www.airframes.org/");
-  EXPECT_EQ(icao24Page(services_, 1),
+  EXPECT_EQ(addressPage(services_, AddressEngine::airframes), "https://www.airframes.org/");
+  EXPECT_EQ(addressPage(services_, AddressEngine::libhomeradar),
             "https://www.libhomeradar.org/databasequery/icao24allocations.php");
-  EXPECT_EQ(icao24Page(services_, 2), "https://www.kloth.net/radio/icao24lookup.php");
-  EXPECT_EQ(icao24Page(services_, 3), std::nullopt);
-  EXPECT_EQ(icao24Page(services_, -1), std::nullopt);
+  EXPECT_EQ(addressPage(services_, AddressEngine::kloth),
+            "https://www.kloth.net/radio/icao24lookup.php");
 }
 
 TEST_F(Address, SearchForAnAirportCode) {
@@ -218,12 +220,13 @@ TEST_F(Address, ConfiguredHostsTakeThePlaceOfTheDefaults) {
   services_.flightstats = "http://stats.local";
   services_.kloth = "http://kloth.local";
   services_.airportsearch = "http://search.local";
-  EXPECT_EQ(photo(SearchWindow::hfdl, 2, "N1"),
+  EXPECT_EQ(photo(PhotoEngine::planepictures, "N1"),
             "http://photos.local:8080/netsearch4.cgi?stype=reg&srng=2&srch=N1");
-  EXPECT_EQ(flight(0, "UA0900"),
+  EXPECT_EQ(flight(FlightEngine::flightStats, "UA0900"),
             "http://stats.local/go/FlightStatus/"
             "flightStatusByFlight.do?airline=%28UA%29&flightNumber=900");
-  EXPECT_EQ(icao24Page(services_, 2), "http://kloth.local/radio/icao24lookup.php");
+  EXPECT_EQ(addressPage(services_, AddressEngine::kloth),
+            "http://kloth.local/radio/icao24lookup.php");
   EXPECT_EQ(airportSearchAddress(services_, ""),
             "http://search.local/search?hl=ja&q=ICAO++IATA+airport+wiki");
 }
@@ -231,15 +234,29 @@ TEST_F(Address, ConfiguredHostsTakeThePlaceOfTheDefaults) {
 TEST_F(Address, EntriesOfTheLists) {
   settings_.env_regDefName0 = "わたしの写真";
   settings_.env_FltDefName0 = "MY FLIGHTS";
-  EXPECT_THAT(photoEngineLabels(SearchWindow::acars, settings_),
-              ElementsAre("Airliner", "JetPhotos", "Planepictures", "わたしの写真"));
-  EXPECT_THAT(photoEngineLabels(SearchWindow::hfdl, settings_),
-              ElementsAre("Airliner", "JetPhotos", "Planepictures", "Feeyo"));
-  EXPECT_THAT(flightEngineLabels(SearchWindow::acars, settings_),
-              ElementsAre("FLIGHTSTATS", "HOMEPAGE", "FlightAware", "FlyteComm", "MY FLIGHTS"));
-  EXPECT_THAT(flightEngineLabels(SearchWindow::hfdl, settings_),
-              ElementsAre("FLIGHTSTATS", "HOMEPAGE", "FlightAware", "FlyteComm"));
-  EXPECT_THAT(icao24EngineLabels(), ElementsAre("Airframes", "libhomeradar", "KLOTH"));
+  using Photo = EngineEntry<PhotoEngine>;
+  using Flight = EngineEntry<FlightEngine>;
+  const Photo airliner{"Airliner", PhotoEngine::airliner};
+  const Photo jetphotos{"JetPhotos", PhotoEngine::jetphotos};
+  const Photo planepictures{"Planepictures", PhotoEngine::planepictures};
+  EXPECT_THAT(
+      photoEngines(SearchWindow::acars, settings_),
+      ElementsAre(Photo{"わたしの写真", PhotoEngine::user}, airliner, jetphotos, planepictures));
+  EXPECT_THAT(photoEngines(SearchWindow::hfdl, settings_),
+              ElementsAre(airliner, jetphotos, planepictures, Photo{"Feeyo", PhotoEngine::feeyo}));
+  const Flight flightStats{"FLIGHTSTATS", FlightEngine::flightStats};
+  const Flight homepage{"HOMEPAGE", FlightEngine::homepage};
+  const Flight flightAware{"FlightAware", FlightEngine::flightAware};
+  const Flight flyteComm{"FlyteComm", FlightEngine::flyteComm};
+  EXPECT_THAT(flightEngines(SearchWindow::acars, settings_),
+              ElementsAre(Flight{"MY FLIGHTS", FlightEngine::user}, flightStats, homepage,
+                          flightAware, flyteComm));
+  EXPECT_THAT(flightEngines(SearchWindow::hfdl, settings_),
+              ElementsAre(flightStats, homepage, flightAware, flyteComm));
+  using Page = EngineEntry<AddressEngine>;
+  EXPECT_THAT(addressEngines(), ElementsAre(Page{"Airframes", AddressEngine::airframes},
+                                            Page{"libhomeradar", AddressEngine::libhomeradar},
+                                            Page{"KLOTH", AddressEngine::kloth}));
 }
 
 TEST_F(Address, TheUsersEnginesStartFromTheAirlinerAndHomepageTemplates) {
@@ -252,15 +269,59 @@ TEST_F(Address, TheUsersEnginesStartFromTheAirlinerAndHomepageTemplates) {
 TEST_F(Address, AUserEngineOfTheOwnSiteFollowsItsHost) {
   settings_.env_FltDefUrl0 = services_.defaultSearches().fltDefUrl0;
   EXPECT_EQ(settings_.env_FltDefUrl0, "/?F=");
-  EXPECT_EQ(flight(4, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
+  EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
   settings_.env_fltSchZsp = 1;
-  EXPECT_EQ(flight(4, "BA0007"), "http://127.0.0.1:40123/?F=BA7");
+  EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "http://127.0.0.1:40123/?F=BA7");
   EXPECT_EQ(flightSample("/?F=", false, kHome).address, "http://127.0.0.1:40123/?F=BA0007");
-  EXPECT_TRUE(needsHomepage(settings_, 4));
-  EXPECT_TRUE(needsHomepage(settings_, 1));
-  EXPECT_FALSE(needsHomepage(settings_, 2));
+  EXPECT_TRUE(needsHomepage(settings_, FlightEngine::user));
+  EXPECT_TRUE(needsHomepage(settings_, FlightEngine::homepage));
+  EXPECT_FALSE(needsHomepage(settings_, FlightEngine::flightAware));
   settings_.env_FltDefUrl0 = "https://flights.example/";
-  EXPECT_FALSE(needsHomepage(settings_, 4));
+  EXPECT_FALSE(needsHomepage(settings_, FlightEngine::user));
+}
+
+TEST_F(Address, AUsersPrefixWithoutASchemeGetsHttps) {
+  const std::vector<std::pair<const char*, const char*>> cases = {
+      {"photos.example/?reg=", "https://photos.example/?reg=JA8089"},
+      {"www.photos.example:8080/", "https://www.photos.example:8080/JA8089"},
+      {"", "https://JA8089"},
+      {"/etc/", "https:///etc/JA8089"},
+      {"C:\\", "https://C:\\JA8089"},
+      {"\\\\server\\", "https://\\\\server\\JA8089"},
+      {"日本://", "https://日本://JA8089"},
+      {"http://photos.example/", "http://photos.example/JA8089"},
+      {"HTTPS://photos.example/", "HTTPS://photos.example/JA8089"},
+      {"mailto:someone@photos.example?subject=", "mailto:someone@photos.example?subject=JA8089"},
+      {"view-source:https://x/", "view-source:https://x/JA8089"}};
+  for (const auto& [prefix, address] : cases) {
+    settings_.env_regDefUrl0 = prefix;
+    EXPECT_EQ(photo(PhotoEngine::user, "JA8089"), address);
+    EXPECT_EQ(registrationSample(prefix).address.substr(0, 5), std::string(address).substr(0, 5));
+  }
+  settings_.env_FltDefUrl0 = "flights.example/";
+  EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "https://flights.example/BA0007");
+  EXPECT_EQ(flightSample("flights.example/", false, kHome).address,
+            "https://flights.example/BA0007");
+  services_.jetphotos = "jetphotos.local";
+  EXPECT_EQ(photo(PhotoEngine::jetphotos, "N1"),
+            "https://jetphotos.local/showphotos.php?regsearch=N1");
+}
+
+TEST_F(Address, NothingLeadsToALocalFile) {
+  for (const char* prefix : {"", "file:", "file://", "FILE:///etc/", "/", "../"}) {
+    for (const char* listed : {"/etc/passwd", "file:///etc/passwd", "etc/passwd", "C:\\x", ".."}) {
+      settings_.env_regDefUrl0 = prefix;
+      settings_.env_FltDefUrl0 = prefix;
+      services_.airliner = prefix;
+      services_.airportsearch = prefix;
+      for (const std::string& address :
+           {photo(PhotoEngine::user, listed), photo(PhotoEngine::airliner, listed),
+            flight(FlightEngine::user, listed), airportSearchAddress(services_, listed),
+            registrationSample(prefix).address, flightSample(prefix, true, kHome).address}) {
+        EXPECT_TRUE(address.starts_with("https://") || address.starts_with(kHome)) << address;
+      }
+    }
+  }
 }
 
 TEST(Samples, TestButtonsOfTheConffigDialog) {
@@ -273,7 +334,7 @@ TEST(Samples, TestButtonsOfTheConffigDialog) {
   const SearchSample suppressed = flightSample("https://flights.example/", true, kHome);
   EXPECT_EQ(suppressed.message, "The sample is opened by using 'BA7'.");
   EXPECT_EQ(suppressed.address, "https://flights.example/BA7");
-  EXPECT_EQ(registrationSample("").address, "G-CIVE");
+  EXPECT_EQ(registrationSample("").address, "https://G-CIVE");
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "core/helpers.h"
-#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
 #include "core/version.h"
@@ -31,20 +30,6 @@ constexpr int kTopRowTop = 2;
 constexpr int kFilterTop = 30;
 constexpr int kListTop = 78;
 
-// Fills a chooser: the user's own engine comes first, the fixed ones follow in
-// their order. Each entry knows its engine.
-void offerEngines(QComboBox* chooser, const std::vector<std::string>& labels, int selected) {
-  const QSignalBlocker blocker(chooser);
-  chooser->clear();
-  const int last = static_cast<int>(labels.size()) - 1;
-  for (int engine = 0; engine <= last; ++engine) {
-    const QString label = shownText(labels[static_cast<std::size_t>(engine)], kLongestEntry);
-    chooser->insertItem(engine == last ? 0 : engine, label, engine);
-  }
-  chooser->setCurrentIndex(qBound(0, selected, last));
-}
-
-int chosenEngine(const EngineRow* row) { return row->chooser()->currentData().toInt(); }
 
 const QStringList& columnTitles() {
   static const QStringList titles = {
@@ -150,11 +135,10 @@ void AcarsBrowser::load() {
 }
 
 void AcarsBrowser::takeOver() {
+  // The names of the user's own engines may have changed.
   const Settings& env = settings();
-  offerEngines(panel_->photoSearch()->chooser(), photoEngineLabels(SearchWindow::acars, env),
-               env.env_regSchCmb);
-  offerEngines(panel_->flightSearch()->chooser(), flightEngineLabels(SearchWindow::acars, env),
-               env.env_fltSchCmb);
+  panel_->photoSearch()->setEngines(photoEngines(SearchWindow::acars, env), env.env_regSchCmb);
+  panel_->flightSearch()->setEngines(flightEngines(SearchWindow::acars, env), env.env_fltSchCmb);
   BrowserWindow::takeOver();
 }
 
@@ -207,14 +191,14 @@ void AcarsBrowser::keepFlightEngine() {
 }
 
 void AcarsBrowser::searchPhoto() {
-  const auto address =
-      photoAddress(context().services, settings(), SearchWindow::acars,
-                   chosenEngine(panel_->photoSearch()), list()->selectedText(kListRegistration));
-  if (address) ShellOpen(desktop(), *address);
+  ShellOpen(desktop(), photoAddress(context().services, settings(),
+                                    panel_->photoSearch()->engine<PhotoEngine>(),
+                                    list()->selectedText(kListRegistration)));
 }
 
 void AcarsBrowser::searchFlight() {
-  openFlightSearch(context(), web_.site(), tables_, chosenEngine(panel_->flightSearch()),
+  openFlightSearch(context(), web_.site(), tables_,
+                   panel_->flightSearch()->engine<FlightEngine>(),
                    FlightValues::fromAcars(list()->selectedText(kListFlight)), this);
 }
 

@@ -97,7 +97,7 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* l
 QWidget* DetailPanel::makePhotoColumn() {
   auto* column = new QWidget(this);
   column->setFixedWidth(kPhotoColumnWidth);
-  photo_ = new PhotoPane(context_.folders, kPhotoSearchIndex, {}, column);
+  photo_ = new PhotoPane(context_, kPhotoSearchIndex, {}, column);
   photo_->setFixedHeight(kPhotoHeight);
 
   aircraftFrame_ = new QGroupBox(column);

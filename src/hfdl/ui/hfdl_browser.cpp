@@ -143,21 +143,19 @@ void HfdlBrowser::openRawLogOfDirection() {
 
 void HfdlBrowser::jumpToAddressService() {
   desktop().setClipboardText(panel_->aircraft()->text(Icao24Editor::kAddress));
-  const auto page =
-      icao24Page(context().services, panel_->addressSearch()->chooser()->currentIndex());
-  if (page) ShellOpen(desktop(), *page);
+  ShellOpen(desktop(),
+            addressPage(context().services, panel_->addressSearch()->engine<AddressEngine>()));
 }
 
 void HfdlBrowser::searchPhoto() {
-  const auto address = photoAddress(context().services, settings(), SearchWindow::hfdl,
-                                    panel_->photoSearch()->chooser()->currentIndex(),
-                                    panel_->aircraft()->text(Icao24Editor::kRegistration));
-  if (address) ShellOpen(desktop(), *address);
+  ShellOpen(desktop(), photoAddress(context().services, settings(),
+                                    panel_->photoSearch()->engine<PhotoEngine>(),
+                                    panel_->aircraft()->text(Icao24Editor::kRegistration)));
 }
 
 void HfdlBrowser::searchFlight() {
   openFlightSearch(context(), web_.site(), tables_,
-                   panel_->flightSearch()->chooser()->currentIndex(),
+                   panel_->flightSearch()->engine<FlightEngine>(),
                    {panel_->flight()->flight(), list()->selectedText(kHfdlFlight),
                     list()->selectedText(kHfdlTime)},
                    this);

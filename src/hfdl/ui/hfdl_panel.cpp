@@ -35,8 +35,8 @@ HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, xLView* list,
       lookUp_(context, *busy_),
       editing_(context.desktop, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
-  photo_ = new PhotoPane(context.folders, kPhotoSearchIndex,
-                         photoEngineLabels(SearchWindow::hfdl, context.settings), this);
+  photo_ = new PhotoPane(context, kPhotoSearchIndex,
+                         photoEngines(SearchWindow::hfdl, context.settings), this);
   // A larger font takes more.
   photo_->setFixedWidth(qMax(kPhotoColumnWidth, photo_->minimumSizeHint().width()));
   auto* columns = new QHBoxLayout(this);
@@ -63,7 +63,8 @@ QWidget* HfdlPanel::makeAircraftColumn() {
       {QStringLiteral("Combo4"), tr("ICAO24 address service"), 0, QStringLiteral("Copy && Jump"),
        tr("Copies the ICAO24 address and opens the service's page, where it can be pasted\n"
           "ICAO24アドレスをコピーして検索ページを開く")},
-      icao24EngineLabels(), column);
+      column);
+  addressSearch_->setEngines(addressEngines());
   keepPlaceWhenHidden(aircraft_);
   QVBoxLayout* rows = makeRows(column, kSpacing);
   rows->addWidget(aircraft_);
@@ -82,8 +83,8 @@ QWidget* HfdlPanel::makeFlightColumn() {
   hint_->setObjectName(QStringLiteral("Label5"));
   hint_->setAlignment(Qt::AlignCenter);
   hint_->setWordWrap(true);
-  flightSearch_ = makeFlightSearchRow(
-      kFlightSearchIndex, flightEngineLabels(SearchWindow::hfdl, context_.settings), column);
+  flightSearch_ = makeFlightSearchRow(kFlightSearchIndex,
+                                      flightEngines(SearchWindow::hfdl, context_.settings), column);
   rawLog_ = makeRawLogButton(column);
   keepPlaceWhenHidden(flight_);
 

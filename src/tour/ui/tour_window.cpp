@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <vector>
 
 namespace vel {
@@ -27,6 +28,10 @@ int toTwips(int pixels) { return pixels * kTourTwipsPerPixel; }
 
 int toPixels(int twips) {
   return static_cast<int>(std::lround(static_cast<double>(twips) / kTourTwipsPerPixel));
+}
+
+QString textOf(int step) {
+  return QString::fromStdString(shownText(step)).remove(QLatin1Char('\r'));
 }
 
 TourRect toRect(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
@@ -52,12 +57,9 @@ TourWindow::TourWindow(const TourHost& host, TourState& state)
 TourWindow::~TourWindow() { removeFrames(0); }
 
 void TourWindow::buildControls() {
-  text_ = new QPlainTextEdit(this);
+  text_ = new WholeLines(this);
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(QStringLiteral("Explanation"));
-  text_->setReadOnly(true);
-  text_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  text_->document()->setDocumentMargin(2);
 
   position_ = new PositionLabel(this);
   position_->setObjectName(QStringLiteral("Label1"));
@@ -101,11 +103,11 @@ void TourWindow::buildControls() {
   timer_->setObjectName(QStringLiteral("Timer1"));
   timer_->setInterval(kTourBlinkMilliseconds);
 
-  connect(previous_, &QPushButton::clicked, this, &TourWindow::Command1_Click);
-  connect(next_, &QPushButton::clicked, this, &TourWindow::Command2_Click);
-  connect(close_, &QPushButton::clicked, this, &TourWindow::Command3_Click);
-  connect(position_, &PositionLabel::clicked, this, &TourWindow::Label1_Click);
-  connect(timer_, &QTimer::timeout, this, &TourWindow::Timer1_Timer);
+  connect(previous_, &QPushButton::clicked, this, &TourWindow::goBack);
+  connect(next_, &QPushButton::clicked, this, &TourWindow::goOn);
+  connect(close_, &QPushButton::clicked, this, &QWidget::close);
+  connect(position_, &PositionLabel::clicked, this, &TourWindow::reportPosition);
+  connect(timer_, &QTimer::timeout, this, &TourWindow::blink);
 }
 
 void TourWindow::buildKeys() {
@@ -152,28 +154,26 @@ TourPoint TourWindow::hostCorner() const {
   return {toTwips(corner.x()), toTwips(corner.y())};
 }
 
-void TourWindow::Command1_Click() {
+void TourWindow::goBack() {
   state_.step = stepBefore(state_.step);
   showStep();
 }
 
-void TourWindow::Command2_Click() {
+void TourWindow::goOn() {
   position_->setText(QString::fromStdString(nextButtonReport(ownCorner(), hostCorner())));
   state_.step = stepAfter(state_.step);
   showStep();
 }
 
-void TourWindow::Command3_Click() { close(); }
-
-void TourWindow::Label1_Click() {
+void TourWindow::reportPosition() {
   position_->setText(QString::fromStdString(
       positionReport(state_.step, ownCorner(), hostCorner(), host_.panelTop())));
 }
 
-void TourWindow::Timer1_Timer() {
+void TourWindow::blink() {
   blink_ = !blink_;
   // The window manager adds its frame some time after the window was shown.
-  if (frameGeometry().size() != placedSize_) moveToStep();
+  if (frameGeometry().size() - size() != placedFrame_) moveToStep();
   // Columns may have been dragged or a control shown since the last tick.
   pointAtControls();
 }
@@ -186,8 +186,12 @@ void TourWindow::showStep() {
     return;
   }
   if (tourStep(state_.step) != nullptr) {
+    // The next text is laid out at the width that it will have, without the
+    // scroll bar that the last one may have needed.
+    text_->clear();
     moveToStep();
-    text_->setPlainText(QString::fromStdString(shownText(state_.step)));
+    pointAtControls();
+    text_->setPlainText(textOf(state_.step));
     setAccessibleDescription(QStringLiteral("Step %1 of %2").arg(state_.step).arg(kLastTourStep));
   }
   pointAtControls();
@@ -211,11 +215,28 @@ void TourWindow::moveToStep() {
   for (const QRect& control : host_.controlsOf(state_.step)) {
     if (!control.isEmpty()) framed.push_back(toTwips(ControlFrame::around(control)));
   }
-  placedSize_ = frameGeometry().size();
+  const TourRect host = toTwips(host_.outerGeometry());
+  const QSize frame = frameGeometry().size() - size();
+  placedFrame_ = frame;
+  const QSize least = sizeHint() + frame;
+  const TourSize outer = tourSize(state_.step, host, host_.panelTop(),
+                                  {toTwips(least.width()), toTwips(least.height())}, screens,
+                                  framed, [this](int width) { return neededHeight(width); });
+  resize(QSize(toPixels(outer.width), toPixels(outer.height)) - frame);
   const std::optional<TourPoint> place =
-      tourPosition(state_.step, toTwips(host_.outerGeometry()), host_.panelTop(),
-                   {toTwips(placedSize_.width()), toTwips(placedSize_.height())}, screens, framed);
+      tourPosition(state_.step, host, host_.panelTop(), outer, screens, framed);
   if (place) move(toPixels(place->left), toPixels(place->top));
+}
+
+int TourWindow::neededHeight(int outerWidth) const {
+  const QSize frame = frameGeometry().size() - size();
+  // An arrow may take room at any edge, and another one at the next.
+  const bool isPointing = std::any_of(pointers_.begin(), pointers_.end(), std::identity());
+  const int margins = kMargin + (isPointing ? pointerSize() + 1 : kMargin);
+  const int width = toPixels(outerWidth) - frame.width() - margins;
+  const QString text = textOf(state_.step);
+  const int below = layout_->spacing() + next_->height();
+  return toTwips(text_->heightFor(text, width) + below + margins + frame.height());
 }
 
 void TourWindow::pointAtControls() {

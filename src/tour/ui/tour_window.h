@@ -3,7 +3,6 @@
 #include <QAbstractSlider>
 #include <QDialog>
 #include <QList>
-#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -13,6 +12,7 @@
 #include "tour/tour_logic.h"
 #include "tour/ui/tour_host.h"
 #include "tour/ui/tour_marks.h"
+#include "tour/ui/whole_lines.h"
 
 namespace vel {
 
@@ -31,12 +31,8 @@ class TourWindow : public QDialog {
 
   [[nodiscard]] QSize sizeHint() const override;
 
- public Q_SLOTS:
-  void Command1_Click();  ///< "Prev."
-  void Command2_Click();  ///< "Next"
-  void Command3_Click();  ///< "Close"
-  void Label1_Click();
-  void Timer1_Timer();
+  /// A tick of the blink timer.
+  void blink();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -48,12 +44,19 @@ class TourWindow : public QDialog {
   void showEvent(QShowEvent* event) override;
 
  private:
+  void goBack();
+  void goOn();
+  void reportPosition();
   void buildControls();
   void buildKeys();
   void fitToFont();
   void showStep();
   void followHost();
+  /// Takes the step's size and place.
   void moveToStep();
+  /// The outer height, in twips, at which all of the text is seen in a window
+  /// of this outer width.
+  [[nodiscard]] int neededHeight(int outerWidth) const;
   void pointAtControls();
   void applyBlink();
   void frameControls(const QList<QRect>& controls);
@@ -69,10 +72,10 @@ class TourWindow : public QDialog {
   bool blink_ = true;
   PointerSet pointers_ = {};
   bool followPending_ = false;
-  QSize placedSize_;  ///< outer size at the last move to a step's place
+  QSize placedFrame_;  ///< what the frame added to the size at the last move to a step
 
   QVBoxLayout* layout_ = nullptr;
-  QPlainTextEdit* text_ = nullptr;
+  WholeLines* text_ = nullptr;
   PositionLabel* position_ = nullptr;
   QPushButton* previous_ = nullptr;
   QPushButton* next_ = nullptr;

@@ -2,9 +2,6 @@
 
 #include <QHBoxLayout>
 
-#include "core/ui/plain_text.h"
-#include "core/ui/qt_desktop.h"
-
 namespace vel {
 namespace {
 
@@ -12,15 +9,13 @@ constexpr int kRawLogIndex = 3;
 
 }  // namespace
 
-EngineRow::EngineRow(const Texts& texts, const std::vector<std::string>& engines, QWidget* parent)
-    : QWidget(parent) {
+EngineRow::EngineRow(const Texts& texts, QWidget* parent) : QWidget(parent) {
   chooser_ = new QComboBox(this);
   chooser_->setObjectName(texts.chooserName);
   chooser_->setAccessibleName(texts.chooserAccessible);
   chooser_->setToolTip(texts.chooserAccessible);
   chooser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
   chooser_->setMinimumContentsLength(4);
-  for (const std::string& engine : engines) chooser_->addItem(shownText(engine, kLongestEntry));
   button_ = makeLookUpButton(this, texts.buttonIndex, texts.buttonCaption, texts.buttonToolTip);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
@@ -29,12 +24,15 @@ EngineRow::EngineRow(const Texts& texts, const std::vector<std::string>& engines
   row->addWidget(button_);
 }
 
-EngineRow* makeFlightSearchRow(int buttonIndex, const std::vector<std::string>& engines,
+EngineRow* makeFlightSearchRow(int buttonIndex,
+                               const std::vector<EngineEntry<FlightEngine>>& engines,
                                QWidget* parent) {
-  return new EngineRow({QStringLiteral("Combo3"), EngineRow::tr("Flight search engine"),
-                        buttonIndex, QStringLiteral("Search"),
-                        EngineRow::tr("Looks this flight up on the web\nこの便をWebで検索")},
-                       engines, parent);
+  auto* row = new EngineRow({QStringLiteral("Combo3"), EngineRow::tr("Flight search engine"),
+                             buttonIndex, QStringLiteral("Search"),
+                             EngineRow::tr("Looks this flight up on the web\nこの便をWebで検索")},
+                            parent);
+  row->setEngines(engines);
+  return row;
 }
 
 QPushButton* makeLookUpButton(QWidget* parent, int index, const QString& caption,

@@ -2,10 +2,13 @@
 
 #include <QComboBox>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <QString>
 #include <QWidget>
-#include <string>
 #include <vector>
+
+#include "core/ui/plain_text.h"
+#include "web/address.h"
 
 namespace vel {
 
@@ -22,7 +25,25 @@ class EngineRow : public QWidget {
     QString buttonToolTip;
   };
 
-  EngineRow(const Texts& texts, const std::vector<std::string>& engines, QWidget* parent);
+  EngineRow(const Texts& texts, QWidget* parent);
+
+  /// Fills the chooser and selects the entry of that number, or the nearest
+  /// one; without a signal. All engines of a row are of one type.
+  template <typename Engine>
+  void setEngines(const std::vector<EngineEntry<Engine>>& entries, int selected = 0) {
+    const QSignalBlocker blocker(chooser_);
+    chooser_->clear();
+    for (const EngineEntry<Engine>& entry : entries) {
+      chooser_->addItem(shownText(entry.label, kLongestEntry), static_cast<int>(entry.engine));
+    }
+    chooser_->setCurrentIndex(qMax(0, qMin(selected, chooser_->count() - 1)));
+  }
+
+  /// The engine of the selected entry.
+  template <typename Engine>
+  [[nodiscard]] Engine engine() const {
+    return static_cast<Engine>(chooser_->currentData().toInt());
+  }
 
   [[nodiscard]] QComboBox* chooser() const { return chooser_; }
   [[nodiscard]] QPushButton* button() const { return button_; }
@@ -34,7 +55,8 @@ class EngineRow : public QWidget {
 
 /// The chooser Combo3 of flight search engines with its button, which has this
 /// index among Command7.
-EngineRow* makeFlightSearchRow(int buttonIndex, const std::vector<std::string>& engines,
+EngineRow* makeFlightSearchRow(int buttonIndex,
+                               const std::vector<EngineEntry<FlightEngine>>& engines,
                                QWidget* parent);
 
 /// A button of a window's look-up row, `Command7(index)`.

@@ -3,26 +3,19 @@
 #include "core/helpers.h"
 
 namespace vel {
-namespace {
 
-constexpr const char* kNoNumber =
-    "The flight number is not numeric. 便名の番号部分が数値ではありません";
-
-}  // namespace
-
-void openFlightSearch(const Context& context, OwnSite& site, const Tables& tables, int position,
-                      const FlightValues& values, QWidget* window) {
-  const auto openAt = [&context, &tables, position, values](const std::string& homepage) {
-    const auto address =
-        flightAddress(context.services, context.settings, homepage, tables, position, values);
-    if (!address) {
-      const bool noNumber = address.error().number == ErrorNumber::typeMismatch;
-      context.desktop.showMessage(noNumber ? kNoNumber : address.error().text());
-      return;
+void openFlightSearch(const Context& context, OwnSite& site, const Tables& tables,
+                      FlightEngine engine, const FlightValues& values, QWidget* window) {
+  const auto openAt = [&context, &tables, engine, values](const std::string& homepage) {
+    const Result<std::string> address =
+        flightAddress(context.services, context.settings, homepage, tables, engine, values);
+    if (address) {
+      ShellOpen(context.desktop, *address);
+    } else {
+      context.desktop.showMessage(address.error().text());
     }
-    if (*address) ShellOpen(context.desktop, **address);
   };
-  if (needsHomepage(context.settings, position)) {
+  if (needsHomepage(context.settings, engine)) {
     site.requestHomepage(window, openAt);
   } else {
     openAt({});

@@ -7,11 +7,10 @@
 
 namespace vel {
 
-/// Opens the flight search of that position for a window, once the own web
-/// site's address is known where the search leads there. Where nothing can be
-/// opened, the user is told why; a position without an engine does nothing.
-/// The tables outlive the window.
-void openFlightSearch(const Context& context, OwnSite& site, const Tables& tables, int position,
-                      const FlightValues& values, QWidget* window);
+/// Opens a flight search for a window, once the own web site's address is
+/// known where the search leads there. Where nothing can be opened, the user is
+/// told why. The tables outlive the window.
+void openFlightSearch(const Context& context, OwnSite& site, const Tables& tables,
+                      FlightEngine engine, const FlightValues& values, QWidget* window);
 
 }  // namespace vel

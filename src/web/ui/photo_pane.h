@@ -2,9 +2,13 @@
 
 #include <QLabel>
 #include <QWidget>
+#include <filesystem>
 #include <string>
+#include <vector>
 
-#include "core/folders.h"
+#include "core/context.h"
+#include "core/job.h"
+#include "web/jpeg.h"
 #include "web/photo.h"
 #include "web/ui/engine_row.h"
 #include "web/ui/photo_view.h"
@@ -18,11 +22,12 @@ class PhotoPane : public QWidget {
 
  public:
   /// `searchIndex` is that of the search button among Command7.
-  PhotoPane(const Folders& folders, int searchIndex, const std::vector<std::string>& engines,
-            QWidget* parent);
+  PhotoPane(const Context& context, int searchIndex,
+            const std::vector<EngineEntry<PhotoEngine>>& engines, QWidget* parent);
 
-  /// Shows the photo of a registration with its size. Without one the
-  /// placeholder is shown, and the size stays as it was.
+  /// Shows the photo of a registration with its size as soon as it is decoded.
+  /// Without one the placeholder is shown, and the size stays as it was; of a
+  /// photo that is too large the size alone is shown.
   void showPhoto(const std::string& registration);
 
   /// Shows neither photo nor size.
@@ -32,10 +37,18 @@ class PhotoPane : public QWidget {
   [[nodiscard]] EngineRow* search() const { return search_; }
 
  private:
+  void decode(const std::filesystem::path& file, const JobSlot::Watch& watch);
+  void takePhoto(bool decoded);
+  void showPlaceholder();
+  void showDecoded();
+  [[nodiscard]] QSize trueSize() const;
+
   PhotoFolder photos_;
-  PhotoView* photo_;   // Image1
-  QLabel* photoSize_;  // Label1
-  EngineRow* search_;  // Combo2
+  JobSlot decoding_;
+  JpegPicture picture_;  // of the job
+  PhotoView* photo_;     // Image1
+  QLabel* photoSize_;    // Label1
+  EngineRow* search_;    // Combo2
 };
 
 }  // namespace vel

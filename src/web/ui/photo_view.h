@@ -1,8 +1,8 @@
 #pragma once
 
 #include <QImage>
+#include <QPixmap>
 #include <QWidget>
-#include <filesystem>
 
 namespace vel {
 
@@ -14,11 +14,10 @@ class PhotoView : public QWidget {
  public:
   explicit PhotoView(QWidget* parent);
 
-  /// Shows a JPEG file. False when it is no picture that can be read; nothing
-  /// is shown then.
-  bool load(const std::filesystem::path& file);
+  /// Shows a picture whose true size, in its own pixels, is this.
+  void showPicture(const QImage& picture, QSize trueSize);
 
-  /// The true size of the shown picture in its own pixels; invalid without one.
+  /// The true size of the shown picture; invalid without one.
   [[nodiscard]] QSize pictureSize() const { return pictureSize_; }
 
   void clear();
@@ -36,6 +35,7 @@ class PhotoView : public QWidget {
  private:
   QImage picture_;
   QSize pictureSize_;
+  QPixmap scaled_;  // to the size that was painted last
 };
 
 }  // namespace vel

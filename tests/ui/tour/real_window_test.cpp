@@ -3,7 +3,9 @@
 #include <QImage>
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTest>
+#include <QTextCursor>
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
@@ -201,8 +203,8 @@ class RealTourTest : public testing::Test {
       ASSERT_TRUE(QTest::qWaitFor([&tour] { return QApplication::activeWindow() == tour; }));
       letWindowManagerAct();
       // A tick takes the tour's own frame into account; two keep the blink on.
-      tour->Timer1_Timer();
-      tour->Timer1_Timer();
+      tour->blink();
+      tour->blink();
       script(*tour);
       if (tour != nullptr) tour->close();
     });
@@ -395,6 +397,71 @@ TEST_F(RealTourTest, AWiderAndHigherWindowKeepsEveryStepRight) {
       key(tour, Qt::Key_Right);
     }
   });
+}
+
+/// Whether each step's text can be read as it stands in its window.
+class ReadableTourTest : public RealTourTest {
+ protected:
+  void TearDown() override { QApplication::setFont(usual_); }
+
+  static void useLargerLetters() {
+    QFont larger = QApplication::font();
+    larger.setPointSizeF(larger.pointSizeF() * 1.25);
+    QApplication::setFont(larger);
+  }
+
+  /// The steps whose text does not fit, after looking at all of them.
+  QList<int> overflowing(bool asDesigned) {
+    QList<int> found;
+    selectLine(0);
+    takeTour([&](TourWindow& tour) {
+      for (int step = 1; step <= 29; ++step) {
+        SCOPED_TRACE("step " + std::to_string(step));
+        ASSERT_EQ(state_.step, step);
+        letWindowManagerAct();
+        QTest::qWait(5);
+        auto* box = tour.findChild<QPlainTextEdit*>(QStringLiteral("Text1"));
+        expectWholeLines(*box);
+        if (box->verticalScrollBar()->maximum() > 0) found.append(step);
+        EXPECT_EQ(box->verticalScrollBar()->isVisible(), box->verticalScrollBar()->maximum() > 0);
+        expectPlace(tour, step);
+        if (asDesigned) expectFramedAndInSight(tour, controlsOf(step));
+        key(tour, Qt::Key_Right);
+      }
+    });
+    return found;
+  }
+
+  /// Nothing is painted of a line that sticks out of the viewport.
+  static void expectWholeLines(QPlainTextEdit& box) {
+    const QImage seen = box.viewport()->grab().toImage();
+    const int height = box.viewport()->height();
+    const QRgb paper = seen.pixel(0, seen.height() - 1);
+    QTextCursor cursor = box.cursorForPosition({2, 2});
+    bool more = true;
+    for (; more; more = cursor.movePosition(QTextCursor::Down)) {
+      const QRect line = box.cursorRect(cursor);
+      if (line.top() >= height || line.bottom() < height) continue;
+      for (int y = line.top() + 1; y < height; ++y) {
+        for (int x = 0; x < seen.width(); ++x) ASSERT_EQ(seen.pixel(x, y), paper) << x << "," << y;
+      }
+    }
+  }
+
+  QFont usual_ = QApplication::font();
+};
+
+TEST_F(ReadableTourTest, AtMostThreeStepsNeedScrollingAndNoneCutsALine) {
+  const QList<int> scrolling = overflowing(true);
+  EXPECT_LE(scrolling.size(), 3) << testing::PrintToString(
+      std::vector<int>(scrolling.begin(), scrolling.end()));
+}
+
+TEST_F(ReadableTourTest, WithLettersAQuarterLargerMostStepsShowTheirWholeText) {
+  useLargerLetters();
+  const QList<int> scrolling = overflowing(false);
+  EXPECT_LE(scrolling.size(), 7) << testing::PrintToString(
+      std::vector<int>(scrolling.begin(), scrolling.end()));
 }
 
 /// What a window manager puts around windows, in pixels.

@@ -41,7 +41,7 @@ class OwnSiteTest : public test::WebWindowTest {
     tables_.emplace(base_.folders, program_->encoding());
   }
   void searchFlight(const char* flight) {
-    openFlightSearch(program_->context(), web_->site(), *tables_, kHomepage,
+    openFlightSearch(program_->context(), web_->site(), *tables_, FlightEngine::homepage,
                      FlightValues::fromAcars(flight), &window_);
   }
   /// The wait's window once it is seen.
