@@ -19,7 +19,6 @@
 #include "bench/limits.h"
 #include "tables/rewrite.h"
 #include "tables/tables.h"
-#include "tests/support/recording_desktop.h"
 
 namespace vel {
 namespace {
@@ -159,24 +158,25 @@ void addLookUps(const Base& base, int count, std::vector<bench::Limit>& limits) 
     });
   };
   add("aircraft.csv", [&](auto lookUp) {
-    lookUp("SearchAircraft", [&] { return tables.SearchAircraft("JA88XXX"); });
-    lookUp("SchAircraft", [&] { return tables.SchAircraft("N8089A"); });
+    lookUp("equipmentOfLastLine", [&] { return tables.equipmentOfLastLine("JA88XXX"); });
+    lookUp("equipmentOfFirstLine", [&] { return tables.equipmentOfFirstLine("N8089A"); });
   });
   add("FLIGHT.csv",
       [&](auto lookUp) { lookUp("flightRoute", [&] { return tables.flightRoute("NH01066"); }); });
   add("airport.csv", [&](auto lookUp) {
-    lookUp("L4toName", [&] { return tables.L4toName("RJT1"); });
-    lookUp("L3toL4", [&] { return tables.L3toL4("H1D"); });
-    lookUp("LoadAPcode", [&] { return tables.LoadAPcode("RJT1"); });
+    lookUp("airportNameOfLastLine", [&] { return tables.airportNameOfLastLine("RJT1"); });
+    lookUp("airportCodeOfThreeLetters", [&] { return tables.airportCodeOfThreeLetters("H1D"); });
+    lookUp("airportNameOfFirstLine", [&] { return tables.airportNameOfFirstLine("RJT1"); });
     lookUp("airportCodeOfName", [&] { return tables.airportCodeOfName("Nowhere Airport NOW"); });
   });
   add("letter.csv", [&](auto lookUp) {
-    lookUp("letterChk", [&] { return tables.letterChk("J1"); });
-    lookUp("SchLetter by prefix", [&] { return tables.SchLetter("J1", 2); });
-    lookUp("SchLetter by code", [&] { return tables.SchLetter("JA1", 3); });
+    lookUp("knowsAirline", [&] { return tables.knowsAirline("J1"); });
+    lookUp("threeLetterCodeOf", [&] { return tables.threeLetterCodeOf("J1"); });
+    lookUp("prefixOf", [&] { return tables.prefixOf("JA1"); });
   });
-  add("ICAO24.csv",
-      [&](auto lookUp) { lookUp("Icao24Chk", [&] { return tables.Icao24Chk("8400XX"); }); });
+  add("ICAO24.csv", [&](auto lookUp) {
+    lookUp("aircraftOfAddress", [&] { return tables.aircraftOfAddress("8400XX"); });
+  });
 }
 
 /// Tables of the size that users have.
@@ -193,7 +193,7 @@ void addKeystrokes(const Base& base, const std::string& name, std::string (Lines
   add("airport", [&] { return tables.airportNames("airport"); });
   add("no match", [&] { return tables.airportNames("nowhere"); });
   add("full-width", [&] { return tables.airportNames("ア"); });
-  add("AirLineLoad", [&] { return tables.AirLineLoad("J1"); });
+  add("airlineOf", [&] { return tables.airlineOf("J1"); });
 }
 
 void addRewrite(const Base& base, Table table, const std::string& file,
@@ -207,11 +207,11 @@ void addRewrite(const Base& base, Table table, const std::string& file,
     }
   })->UseRealTime();
   benchmark::RegisterBenchmark((name + "rewrite").c_str(), [&base, table](benchmark::State& state) {
-    test::RecordingDesktop desktop;
-    const TableEdit edit{.table = table, .key = "none", .newRecord = ""};
+    const TableEdit edit{.table = table, .key = "none", .newRecord = {}};
     for (auto _ : state) {
-      const RewriteOutcome outcome =
-          ReferenceTableRewrite(desktop, base.folders, base.tables.encoding(), edit);
+      ReferenceTableRewrite rewrite(base.folders, base.tables.encoding(), edit);
+      RewriteOutcome outcome = RewriteOutcome::more;
+      while (outcome == RewriteOutcome::more) outcome = rewrite.next();
       if (outcome != RewriteOutcome::done) state.SkipWithError("the rewrite failed");
     }
   })->UseRealTime();

@@ -157,7 +157,7 @@ Result<bool> ListLogReader::passes(const Fields& fields, std::string_view flight
   }
   if (!filter_.unknownAirlineOnly) return true;
   const std::string text = encoding_.decode(flight);
-  const Result<bool> known = tables_.letterChk(Left(text, 2));
+  const Result<bool> known = tables_.knowsAirline(Left(text, 2));
   if (!known) {
     failedLookUp_ = true;
     return known.error();

@@ -43,7 +43,7 @@ struct ListFilter {
   std::string airport = {};  ///< in the departure or in the destination
   std::string equipment = {};
   std::string remarks = {};
-  bool unknownAirlineOnly = false;  ///< only flights that letterChk does not find
+  bool unknownAirlineOnly = false;  ///< only flights that the table does not find
 };
 
 /// The lines of a log that were no records.

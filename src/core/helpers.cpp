@@ -7,11 +7,6 @@ namespace {
 
 bool isCapital(char c) { return c >= 'A' && c <= 'Z'; }
 
-constexpr const char* kRenameRefused =
-    "Can't write file. Using Excel to edit CSV? If not edited by Excel, close it to continue."
-    "　ファイルの書込みができません。エクセルでCSVファイルを開いていませんか？。"
-    "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。";
-
 }  // namespace
 
 std::string ZeroPad(std::string_view value, std::size_t width) {
@@ -40,22 +35,6 @@ std::size_t FindUpperWord3(std::string_view text, std::size_t& position) {
   }
   position = 0;
   return 0;
-}
-
-RenameOutcome RenameWithRetry(Desktop& desktop, const std::filesystem::path& oldPath,
-                              const std::filesystem::path& newPath) {
-  while (true) {
-    const Status renamed = renameFile(oldPath, newPath);
-    if (renamed) return RenameOutcome::renamed;
-    if (renamed.error().number != ErrorNumber::pathAccess) {
-      endWithError(desktop, renamed.error());
-      return RenameOutcome::programEnds;
-    }
-    if (!desktop.askRetry(kRenameRefused)) {
-      desktop.endProgram(1);
-      return RenameOutcome::programEnds;
-    }
-  }
 }
 
 int ShellOpen(Desktop& desktop, const std::string& target) { return desktop.open(target); }

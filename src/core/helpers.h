@@ -29,15 +29,6 @@ template <typename T>
 /// text of fewer than 7 characters, which gives 0 and leaves it as it was.
 std::size_t FindUpperWord3(std::string_view text, std::size_t& position);
 
-/// What became of a rename that lets the user retry.
-enum class RenameOutcome { renamed, programEnds };
-
-/// Renames a file. Where another program holds it, the user may retry as often
-/// as wanted; Cancel, and any other failure after its "ERROR #" message, ends
-/// the program: the caller then returns at once.
-RenameOutcome RenameWithRetry(Desktop& desktop, const std::filesystem::path& oldPath,
-                              const std::filesystem::path& newPath);
-
 /// Opens a web address or a file with the desktop's program for it; the
 /// result is that of Desktop::open.
 int ShellOpen(Desktop& desktop, const std::string& target);

@@ -20,7 +20,7 @@ std::string hfdlLineNumber(std::size_t number) {
 Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
                               const Tables& tables, const FolderIndex& photos) {
   const std::string_view flightId = Trim(record.flightId);
-  const Result<Icao24Record> aircraft = tables.Icao24Chk(record.address);
+  const Result<Icao24Record> aircraft = tables.aircraftOfAddress(record.address);
   if (!aircraft) return aircraft.error();
   const std::optional<std::string> photo = photoName(record.registration);
   const bool hasPhoto = photo && photos.holds(*photo);

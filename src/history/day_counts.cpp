@@ -90,7 +90,7 @@ Result<JobProgress> DayCounting::step(Clock::time_point deadline) {
 Result<bool> DayCounting::countType() {
   const auto [address, messages] = addresses_.back();
   addresses_.pop_back();
-  const Result<Icao24Record> record = tables_.icao24IfPresent(address);
+  const Result<Icao24Record> record = tables_.aircraftOfAddressIfPresent(address);
   if (!record) return record.error();
   days_.back().types.add((*record)[4], messages);
   return !addresses_.empty();

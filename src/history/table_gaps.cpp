@@ -52,10 +52,14 @@ Result<JobProgress> TableGaps::step(Clock::time_point deadline) {
 }
 
 Result<bool> TableGaps::hasAirport(const std::string& code) const {
-  const Result<std::string> found =
-      length(code) == kShortCode ? tables_.L3toL4(code) : tables_.LoadAPcode(code);
+  if (length(code) == kShortCode) {
+    const Result<std::string> found = tables_.airportCodeOfThreeLetters(code);
+    if (!found) return found.error();
+    return !found->empty();
+  }
+  const Result<std::optional<std::string>> found = tables_.airportNameOfFirstLine(code);
   if (!found) return found.error();
-  return !found->empty();
+  return found->has_value() && !(*found)->empty();
 }
 
 void TableGaps::miss(GapKind kind, std::string name, std::string heardAs, std::size_t count) {
@@ -67,7 +71,7 @@ Status TableGaps::lookFlight(const Name& name) {
   const std::string heardAs = name.text.substr(0, address);
   std::string flight = heardAs;
   if (address != std::string::npos) {
-    const Result<Icao24Record> aircraft = tables_.Icao24Chk(name.text.substr(address + 1));
+    const Result<Icao24Record> aircraft = tables_.aircraftOfAddress(name.text.substr(address + 1));
     if (!aircraft) return aircraft.error();
     flight = completedFlight(heardAs, *aircraft);
   }
@@ -96,12 +100,12 @@ Status TableGaps::look(const Name& name) {
   switch (name.kind) {
     case GapKind::aircraft: {
       if (kind_ == ReportKind::list) {
-        const Result<std::string> equipment = tables_.SearchAircraft(name.text);
+        const Result<std::string> equipment = tables_.equipmentOfLastLine(name.text);
         if (!equipment) return equipment.error();
         if (equipment->empty()) miss(name.kind, name.text, name.text, name.count);
         return {};
       }
-      const Result<Icao24Record> record = tables_.Icao24Chk(name.text);
+      const Result<Icao24Record> record = tables_.aircraftOfAddress(name.text);
       if (!record) return record.error();
       if ((*record)[0].empty()) miss(name.kind, name.text, name.text, name.count);
       return {};
@@ -109,7 +113,7 @@ Status TableGaps::look(const Name& name) {
     case GapKind::flight:
       return lookFlight(name);
     case GapKind::prefix: {
-      const Result<bool> known = tables_.letterChk(name.text);
+      const Result<bool> known = tables_.knowsAirline(name.text);
       if (!known) return known.error();
       if (!*known) miss(name.kind, name.text, name.text, name.count);
       return {};

@@ -1,10 +1,15 @@
 #include "tables/line_blocks.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
 
-#include "core/helpers.h"
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include "tables/byte_pattern.h"
 
 namespace vel {
@@ -17,17 +22,38 @@ constexpr std::size_t kBlock = std::size_t{1} << 17;
 // Reading whole pages to whole pages is what the system does fastest.
 constexpr std::size_t kPage = 4096;
 
-// Bytes up to and with the last LF.
+constexpr std::string_view kLineEnds = "\r\n";
+
+// Bytes up to and with the last line end. A CR at the end may be half of one.
 std::size_t wholeLines(std::string_view text) {
-  const std::size_t last = text.rfind('\n');
-  return last == std::string_view::npos ? 0 : last + 1;
+  const std::size_t lineFeed = text.rfind('\n');
+  const std::size_t behind = lineFeed == std::string_view::npos ? 0 : lineFeed + 1;
+  std::string_view rest = text.substr(behind);
+  if (!rest.empty()) rest.remove_suffix(1);
+  const std::size_t carriageReturn = rest.rfind('\r');
+  return carriageReturn == std::string_view::npos ? behind : behind + carriageReturn + 1;
 }
 
 }  // namespace
 
-LineBlocks::LineBlocks(InputFile file, LongerLines longerLines)
-    : file_(std::move(file)), longerLines_(longerLines) {
-  allocate(kBlock);
+LineBlocks::LineBlocks(InputFile file, LongerLines longerLines, std::string_view byteOrderMark,
+                       BlockMemory* memory)
+    : file_(std::move(file)),
+      longerLines_(longerLines),
+      byteOrderMark_(byteOrderMark),
+      memory_(memory) {
+  if (memory_ == nullptr || memory_->bytes_ == nullptr) {
+    allocate(kBlock);
+    return;
+  }
+  buffer_ = std::move(memory_->bytes_);
+  room_ = kBlock;
+  moveRest();
+}
+
+LineBlocks::~LineBlocks() {
+  // What a long line needed is given back to the system.
+  if (memory_ != nullptr && room_ == kBlock) memory_->bytes_ = std::move(buffer_);
 }
 
 char* LineBlocks::readPlace() const {
@@ -60,9 +86,16 @@ Result<std::string_view> LineBlocks::fill() {
   }
   const Result<std::size_t> count = file_.read(readPlace(), room_);
   if (!count) return count.error();
-  char* const begin = readPlace() - rest_.size();
+  char* begin = readPlace() - rest_.size();
+  std::size_t size = rest_.size() + *count;
+  if (std::exchange(atBeginning_, false) && !byteOrderMark_.empty() &&
+      std::string_view(begin, size).starts_with(byteOrderMark_)) {
+    hadByteOrderMark_ = true;
+    begin += byteOrderMark_.size();
+    size -= byteOrderMark_.size();
+  }
   begin[-1] = '\n';
-  return std::string_view(begin, rest_.size() + *count);
+  return std::string_view(begin, size);
 }
 
 Result<std::string_view> LineBlocks::next() {
@@ -76,15 +109,15 @@ Result<std::string_view> LineBlocks::next() {
 
     std::size_t begin = 0;
     if (skipping_ || text.size() > kLongestLine) {
-      const std::size_t lineFeed = text.find('\n', unfinished);
-      const std::size_t lineEnd = MinOf(lineFeed, text.size() - 1) + 1;
+      const std::size_t found = text.find_first_of(kLineEnds, unfinished);
+      const std::size_t lineEnd = std::min(found, text.size() - 1) + 1;
       if (skipping_ || lineEnd > kLongestLine) {
         if (longerLines_ == LongerLines::fail) return ErrorNumber::deviceIo;
         begin = lineEnd;
-        skipping_ = lineFeed == std::string_view::npos;
+        skipping_ = found == std::string_view::npos;
       }
     }
-    const std::size_t from = MaxOf(begin, unfinished);
+    const std::size_t from = std::max(begin, unfinished);
     const std::size_t end = from + wholeLines(text.substr(from));
     if (end > from) {
       rest_ = text.substr(end);
@@ -92,6 +125,32 @@ Result<std::string_view> LineBlocks::next() {
     }
     rest_ = text.substr(begin);
   }
+}
+
+const char* findLineEnd(const char* begin, const char* end) {
+#if defined(__SSE2__)
+  const __m128i lineFeed = _mm_set1_epi8('\n');
+  const __m128i carriageReturn = _mm_set1_epi8('\r');
+  for (const char* place = begin; place < end; place += sizeof(__m128i)) {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(place));
+    const __m128i ends =
+        _mm_or_si128(_mm_cmpeq_epi8(bytes, lineFeed), _mm_cmpeq_epi8(bytes, carriageReturn));
+    const auto found = static_cast<unsigned>(_mm_movemask_epi8(ends));
+    if (found != 0) return std::min(place + std::countr_zero(found), end);
+  }
+  return end;
+#else
+  return std::find_if(begin, end, [](char byte) { return byte == '\n' || byte == '\r'; });
+#endif
+}
+
+BlockLine lineAt(const char* begin, const char* end) {
+  const char* const lineEnd = findLineEnd(begin, end);
+  const char* next = lineEnd;
+  if (next < end) ++next;
+  if (next < end && *lineEnd == '\r' && *next == '\n') ++next;
+  return {{begin, static_cast<std::size_t>(lineEnd - begin)},
+          {begin, static_cast<std::size_t>(next - begin)}};
 }
 
 }  // namespace vel

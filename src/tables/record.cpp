@@ -2,12 +2,10 @@
 
 #include <algorithm>
 
-#include "tables/rewrite.h"
-
 namespace vel {
 namespace {
 
-constexpr std::size_t kAirportCodeLength = 3;
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
 // The text as it comes back from a file: an encoding may have one place for
 // two characters that look the same.
@@ -37,6 +35,24 @@ bool canBeStored(const Encoding& encoding, std::string_view text) {
     stored.remove_prefix(after.size());
   }
   return text.empty() && stored.empty();
+}
+
+bool canBeKey(const Encoding& encoding, std::string_view text) {
+  if (hasIllegalCharacter(text) || !canBeStored(encoding, text)) return false;
+  // The second set of controls, U+0080 to U+009F, takes two bytes in UTF-8.
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 || byte == 0x7F) return false;
+    if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+std::string_view byteOrderMarkOf(const Encoding& encoding) {
+  const bool isUtf8 = encoding.encode(kUtf8Mark) == std::string(kUtf8Mark);
+  return isUtf8 ? kUtf8Mark : std::string_view();
 }
 
 std::optional<std::string_view> fieldAt(std::string_view line, std::size_t index) {
@@ -70,7 +86,7 @@ bool Key::isIn(std::string_view field) const {
 bool Key::isEndOf(std::string_view field) const {
   if (ascii_ && !field.ends_with(text_)) return false;
   if (!ascii_ && (damaged_ || isAscii(field))) return false;
-  return Right(encoding_.decode(field), kAirportCodeLength) == text_;
+  return Right(encoding_.decode(field), kShortAirportCodeLength) == text_;
 }
 
 std::string_view Key::scanBytes() const { return ascii_ ? std::string_view(text_) : ""; }

@@ -12,6 +12,29 @@ namespace vel {
 /// What decoding gives for bytes that are no character.
 constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
 
+/// Characters of an airport's code in the tables, and of the shorter one that
+/// ends its name.
+constexpr std::size_t kAirportCodeLength = 4;
+constexpr std::size_t kShortAirportCodeLength = 3;
+
+/// The refusal for a comma, a double quote, or a text that cannot be stored.
+constexpr const char* kIllegalCharacter =
+    "Illegal character is included. 登録できない文字が含まれています。";
+
+/// True when the encoding can hold the text, as part of one line: a line break
+/// and U+FFFD, which stands for damaged bytes, cannot be held, nor a character
+/// that would come back as another one (other than its twin of the same look,
+/// such as the two forms of the wave dash).
+[[nodiscard]] bool canBeStored(const Encoding& encoding, std::string_view text);
+
+/// True when the text can be the key of a record: it can be stored, and holds
+/// no comma, no double quote and no control character.
+[[nodiscard]] bool canBeKey(const Encoding& encoding, std::string_view text);
+
+/// The bytes with which a file in the encoding may begin and that are no part
+/// of its first line; empty where the encoding has none.
+[[nodiscard]] std::string_view byteOrderMarkOf(const Encoding& encoding);
+
 /// The field (0-based) of a table's line, or nothing when the line has fewer:
 /// fields lie between bare commas, without quoting.
 [[nodiscard]] std::optional<std::string_view> fieldAt(std::string_view line, std::size_t index);

@@ -1,14 +1,11 @@
 #include "tables/rewrite.h"
 
-#include <cstring>
 #include <optional>
 #include <system_error>
 #include <utility>
 
 #include "core/file.h"
-#include "core/helpers.h"
 #include "tables/line_blocks.h"
-#include "tables/record.h"
 
 namespace vel {
 namespace {
@@ -17,36 +14,24 @@ constexpr std::string_view kLineEnd = "\r\n";
 
 /// How the lines of other keys go into the new table.
 struct CarryRule {
-  const char* name;        ///< of the table's files, without the extension
   std::size_t keptFields;  ///< every line must have as many; 0 copies the line as it is
   bool dropsComments;      ///< lines without a comma are left out
 };
 
-CarryRule ruleOf(Table table, bool fourFields) {
-  switch (table) {
+CarryRule ruleOf(const TableEdit& edit) {
+  switch (edit.table) {
     case Table::aircraft:
-      return {"aircraft", 2, true};
+      return {2, true};
     case Table::flight:
-      return {"FLIGHT", 3, false};
+      return {3, false};
     case Table::airport:
-      return {"airport", 2, false};
+      return {2, false};
     case Table::letter:
-      return {"letter", fourFields ? std::size_t{4} : std::size_t{3}, false};
+      return {edit.letterFields == LetterFields::four ? std::size_t{4} : std::size_t{3}, false};
     case Table::icao24:
       break;
   }
-  return {"ICAO24", 0, false};
-}
-
-struct TableFiles {
-  std::filesystem::path live;
-  std::filesystem::path temporary;
-  std::filesystem::path backup;
-};
-
-TableFiles filesOf(const std::filesystem::path& folder, const std::string& name) {
-  return {fileIn(folder, name + ".csv"), fileIn(folder, name + ".$$$"),
-          fileIn(folder, name + ".bak")};
+  return {0, false};
 }
 
 /// The first fields of a line, or nothing when there are not so many.
@@ -63,30 +48,34 @@ std::optional<std::string_view> firstFields(std::string_view line, std::size_t c
 /// Carries the lines of the live table over, with the edit applied.
 class EditedCopy {
  public:
-  /// `record` is the edit's new record in the table's encoding.
-  EditedCopy(const TableEdit& edit, const Encoding& encoding, std::string record, OutputFile& to)
-      : rule_(ruleOf(edit.table, edit.fourFields)),
+  /// `record` is the edit's new record in the table's encoding; `table` names
+  /// the file in errors.
+  EditedCopy(const TableEdit& edit, const Encoding& encoding, std::string record,
+             std::filesystem::path table, OutputFile& to)
+      : rule_(ruleOf(edit)),
         keepsOldKey_(edit.table == Table::letter),
         key_(encoding, edit.key),
         record_(std::move(record)),
+        table_(std::move(table)),
         to_(to) {}
 
   /// Takes the next lines, whole ones but for the last of the file.
   Status add(std::string_view block) {
     // Lines that stay as they are wait here, to be written in one piece.
     std::string_view unchanged;
-    while (!block.empty()) {
-      const std::string_view raw = block.substr(0, MinOf(block.find('\n'), block.size() - 1) + 1);
-      block.remove_prefix(raw.size());
-      const std::string_view line = withoutLineEnd(raw);
-      const Carried carried = carry(line);
-      if (carried.incomplete) return ErrorNumber::incompleteRecord;
-      const bool asItIs = carried.written && carried.text.data() == line.data() &&
-                          carried.text.size() == line.size() &&
-                          raw.size() == line.size() + kLineEnd.size();
+    const char* const end = block.data() + block.size();
+    for (const char* place = block.data(); place < end;) {
+      const BlockLine line = lineAt(place, end);
+      place += line.raw.size();
+      ++lineNumber_;
+      const Carried carried = carry(line.text);
+      if (carried.incomplete) return incompleteRecord(table_, lineNumber_);
+      const bool asItIs = carried.written && carried.text.data() == line.text.data() &&
+                          carried.text.size() == line.text.size() &&
+                          line.raw.size() == line.text.size() + kLineEnd.size();
       if (asItIs) {
-        const char* const begin = unchanged.empty() ? raw.data() : unchanged.data();
-        unchanged = {begin, unchanged.size() + raw.size()};
+        const char* const begin = unchanged.empty() ? line.raw.data() : unchanged.data();
+        unchanged = {begin, unchanged.size() + line.raw.size()};
         continue;
       }
       Status status = to_.write(std::exchange(unchanged, {}));
@@ -109,15 +98,11 @@ class EditedCopy {
     std::string_view text = {};
   };
 
-  static std::string_view withoutLineEnd(std::string_view raw) {
-    if (raw.ends_with('\n')) raw.remove_suffix(1);
-    if (raw.ends_with('\r')) raw.remove_suffix(1);
-    return raw;
-  }
-
   Carried carry(std::string_view line) {
     const std::size_t comma = line.find(',');
     if (rule_.dropsComments && comma == std::string_view::npos) return {};
+    // A line without any character is no record of any key.
+    if (line.empty()) return {.written = true, .text = line};
     const std::string_view firstField = line.substr(0, comma);
     if (key_.equals(firstField)) {
       if (!std::exchange(pending_, false) || record_.empty()) return {};
@@ -139,30 +124,47 @@ class EditedCopy {
   bool keepsOldKey_;
   Key key_;
   std::string record_;
+  std::filesystem::path table_;
   OutputFile& to_;
+  std::size_t lineNumber_ = 0;
   bool pending_ = true;
 };
 
-/// Removes a new file that is the live table under a second name: to empty it
-/// would empty the table. Done before the table is opened, because a system may
-/// keep every name of a file until it is closed.
-Status clearLinkToLive(const TableFiles& files) {
+/// True when there is anything of that name, a link to nothing included.
+bool isTaken(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::exists(std::filesystem::symlink_status(path, error));
+}
+
+bool isFolder(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::is_directory(std::filesystem::symlink_status(path, error));
+}
+
+/// Removes a new file that is the live table under a second name. Done before
+/// the table is opened: some systems keep every name of a file until then.
+Status clearSecondName(const TableFiles& files) {
   std::error_code error;
   if (!std::filesystem::equivalent(files.live, files.temporary, error)) return {};
   return removeFile(files.temporary);
 }
 
-/// Makes way for the new file. One that cannot be removed is emptied.
-void clearTemporary(const TableFiles& files) { static_cast<void>(removeFile(files.temporary)); }
+/// Makes way for the new file.
+Status clearTemporary(const TableFiles& files) {
+  return isTaken(files.temporary) ? removeFile(files.temporary) : Status();
+}
 
 /// Writes the edited table into the open new file, down to the disk.
 Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& edit,
                    const Encoding& encoding, const std::string& record, OutputFile file) {
   if (const Status status = file.copyPermissions(files.live); !status) return status;
-  EditedCopy copy(edit, encoding, record, file);
-  while (true) {
+  EditedCopy copy(edit, encoding, record, files.named, file);
+  for (bool first = true;; first = false) {
     const Result<std::string_view> block = lines.next();
     if (!block) return block.error();
+    if (first && lines.hadByteOrderMark()) {
+      if (const Status status = file.write(byteOrderMarkOf(encoding)); !status) return status;
+    }
     if (block->empty()) break;
     if (const Status status = copy.add(*block); !status) return status;
   }
@@ -174,11 +176,11 @@ Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& 
 /// must never be taken for a table.
 Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encoding& encoding,
                      const std::string& record) {
-  if (const Status status = clearLinkToLive(files); !status) return status;
+  if (const Status status = clearSecondName(files); !status) return status;
   Result<InputFile> live = InputFile::open(files.live);
   if (!live) return live.error();
-  LineBlocks lines(*std::move(live), LineBlocks::LongerLines::fail);
-  clearTemporary(files);
+  LineBlocks lines(*std::move(live), LineBlocks::LongerLines::fail, byteOrderMarkOf(encoding));
+  if (const Status status = clearTemporary(files); !status) return status;
   Result<OutputFile> file = OutputFile::create(files.temporary);
   if (!file) return file.error();
   const Status written = writeEdited(lines, files, edit, encoding, record, *std::move(file));
@@ -187,66 +189,69 @@ Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encod
   return written;
 }
 
-/// Puts the new table in the place of the live one.
-RewriteOutcome exchangeFiles(Desktop& desktop, const Folders& folders, const TableFiles& files) {
-  const auto fail = [&](const Error& error) {
-    endWithError(desktop, error);
-    return RewriteOutcome::programEnds;
-  };
-  // Without a new table the live one stays where it is.
-  if (!fileExists(files.temporary)) return fail({ErrorNumber::fileNotFound});
-  if (fileExists(files.backup)) {
-    if (const Status removed = removeFile(files.backup); !removed) return fail(removed.error());
-  }
-  if (RenameWithRetry(desktop, files.live, files.backup) == RenameOutcome::programEnds) {
-    return RewriteOutcome::programEnds;
-  }
-  if (const Status renamed = renameFile(files.temporary, files.live); !renamed) {
-    return fail(renamed.error());
-  }
-  if (const Status flushed = flushFolder(folders.data); !flushed) return fail(flushed.error());
-  return RewriteOutcome::done;
-}
-
 }  // namespace
 
-RewriteOutcome ReferenceTableRewrite(Desktop& desktop, const Folders& folders,
-                                     const Encoding& encoding, const TableEdit& edit) {
-  const std::optional<std::string> record = encoding.encode(edit.newRecord);
-  if (!record || !canBeStored(encoding, edit.newRecord)) {
-    desktop.showMessage(kIllegalCharacter);
-    return RewriteOutcome::refused;
+ReferenceTableRewrite::ReferenceTableRewrite(const Folders& folders, const Encoding& encoding,
+                                             TableEdit edit)
+    : folders_(folders), encoding_(encoding), edit_(std::move(edit)) {}
+
+RewriteOutcome ReferenceTableRewrite::next() {
+  switch (step_) {
+    case Step::check:
+      return check();
+    case Step::write:
+      return write();
+    case Step::removeBackup:
+      return removeBackup();
+    case Step::exchange:
+      break;
   }
-
-  desktop.processEvents();
-  if (desktop.isEnding()) return RewriteOutcome::programEnds;
-
-  const TableFiles files = filesOf(folders.data, ruleOf(edit.table, edit.fourFields).name);
-  if (const Status written = writeNewTable(files, edit, encoding, *record); !written) {
-    endWithError(desktop, written.error());
-    return RewriteOutcome::programEnds;
-  }
-
-  desktop.processEvents();
-  if (desktop.isEnding()) return RewriteOutcome::programEnds;
-
-  return exchangeFiles(desktop, folders, files);
+  return exchange();
 }
 
-void recoverTables(const Folders& folders) {
-  for (const Table table :
-       {Table::aircraft, Table::flight, Table::airport, Table::letter, Table::icao24}) {
-    const std::string name = ruleOf(table, false).name;
-    const auto temporary = findFile(folders.data, name + ".$$$");
-    if (findFile(folders.data, name + ".csv") || !temporary ||
-        !findFile(folders.data, name + ".bak")) {
-      continue;
-    }
-    // Where this fails, the look-ups report the missing table.
-    if (renameFile(*temporary, folders.data / toPath(name + ".csv"))) {
-      static_cast<void>(flushFolder(folders.data));
-    }
+RewriteOutcome ReferenceTableRewrite::fail(const Error& error) {
+  error_ = error;
+  return RewriteOutcome::failed;
+}
+
+RewriteOutcome ReferenceTableRewrite::check() {
+  std::optional<std::string> record = encoding_.encode(edit_.newRecord);
+  if (!record || !canBeStored(encoding_, edit_.newRecord) || !canBeKey(encoding_, edit_.key)) {
+    return RewriteOutcome::refused;
   }
+  record_ = *std::move(record);
+  step_ = Step::write;
+  return RewriteOutcome::more;
+}
+
+RewriteOutcome ReferenceTableRewrite::write() {
+  files_ = filesOf(folders_, edit_.table);
+  const Status written = writeNewTable(files_, edit_, encoding_, record_);
+  if (!written) return fail(written.error());
+  step_ = Step::removeBackup;
+  return RewriteOutcome::more;
+}
+
+RewriteOutcome ReferenceTableRewrite::removeBackup() {
+  // Without a new table the live one stays where it is.
+  if (!fileExists(files_.temporary)) return fail({ErrorNumber::fileNotFound});
+  // A folder of that name stops the rename.
+  if (isTaken(files_.backup) && !isFolder(files_.backup)) {
+    if (const Status removed = removeFile(files_.backup); !removed) return fail(removed.error());
+  }
+  step_ = Step::exchange;
+  return exchange();
+}
+
+RewriteOutcome ReferenceTableRewrite::exchange() {
+  const Status kept = renameFile(files_.live, files_.backup);
+  if (!kept && kept.error().number == ErrorNumber::pathAccess) return RewriteOutcome::held;
+  if (!kept) return fail(kept.error());
+  const Status renamed = renameFile(files_.temporary, files_.live);
+  if (!renamed) return fail(renamed.error());
+  const Status flushed = flushFolder(files_.live.parent_path());
+  if (!flushed) return fail(flushed.error());
+  return RewriteOutcome::done;
 }
 
 }  // namespace vel

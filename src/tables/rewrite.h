@@ -1,65 +1,65 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
-#include "core/desktop.h"
 #include "core/folders.h"
+#include "core/result.h"
 #include "core/text.h"
+#include "tables/edits.h"
+#include "tables/record.h"
+#include "tables/table_files.h"
 
 namespace vel {
 
-/// The five tables by the names that their files carry.
-enum class Table { aircraft, flight, airport, letter, icao24 };
-
-/// One edit of a table. Texts are UTF-8; the encoding must be able to hold
-/// them (see canBeStored).
-struct TableEdit {
-  Table table = Table::aircraft;
-  /// What field 1 of the edited record equals.
-  std::string key;
-  /// The full line that takes the place of the first line of that key, or is
-  /// added at the end; empty deletes every line of the key.
-  std::string newRecord;
-  /// letter.csv only: other lines keep their fourth field, and must have one.
-  bool fourFields = false;
-};
-
-/// What became of a rewrite.
+/// What a step of a rewrite has come to.
 enum class RewriteOutcome {
-  done,
-  refused,  ///< the encoding cannot hold the record: kIllegalCharacter was shown, no file touched
-  programEnds,  ///< the messages have been shown; the caller returns at once
+  more,     ///< the next step waits
+  done,     ///< the table has changed
+  refused,  ///< the key or the record cannot be stored; no file was touched
+  held,     ///< another program holds the table: the same step can be tried again
+  failed,   ///< error() says why
 };
 
 /// The one way in which a table changes: writes `<name>.$$$`, checks and
-/// flushes it, removes `<name>.bak`, renames the live table to `<name>.bak`
-/// (with Retry and Cancel where another program holds it) and the new file to
-/// `<name>.csv`. Files are found whatever their letter case and keep the names
-/// they were found under. Lines that are carried through are copied byte for
-/// byte, less the fields that the table's rule drops, and end in CR LF. On the
-/// line that is replaced in letter.csv, field 1 stays as it stands in the file.
-/// Lets the event loop run twice: once before anything is opened and once
-/// before the renames. Whatever fails before the first rename ends the program
-/// with the live table untouched: "ERROR #" and the number, 9 for a line
-/// without the fields that its table's rule needs.
-RewriteOutcome ReferenceTableRewrite(Desktop& desktop, const Folders& folders,
-                                     const Encoding& encoding, const TableEdit& edit);
+/// flushes it, removes `<name>.bak`, renames the live table to `<name>.bak` and
+/// the new file to `<name>.csv`, and flushes the folder. Lines that are carried
+/// through are copied byte for byte, less the fields that the table's rule
+/// drops, and end in CR LF. On the line that is replaced in letter.csv, field 1
+/// stays as it stands in the file. Whatever fails or is given up before the
+/// first rename leaves the live table untouched.
+class ReferenceTableRewrite {
+ public:
+  ReferenceTableRewrite(const Folders& folders, const Encoding& encoding, TableEdit edit);
 
-/// True when the encoding can hold the text, as part of one line: a line break
-/// and U+FFFD, which stands for damaged bytes, cannot be held, nor a character
-/// that would come back as another one (other than its twin of the same look,
-/// such as the two forms of the wave dash).
-[[nodiscard]] bool canBeStored(const Encoding& encoding, std::string_view text);
+  /// Does the next of three steps: checks the edit, which touches no file;
+  /// makes the new file; exchanges the files. A step that answered `held` is
+  /// tried again. Not called after `done`, `refused` or `failed`.
+  RewriteOutcome next();
 
-/// Finishes, for every table, a rewrite that was cut off between its two
-/// renames: where `<name>.csv` is missing while both `<name>.$$$` and
-/// `<name>.bak` exist, the new file takes its place. No other state is touched.
-void recoverTables(const Folders& folders);
+  /// What to tell the user after `failed`.
+  [[nodiscard]] const Error& error() const { return error_; }
 
-/// The refusal for a comma, a double quote, or a text that cannot be stored.
-constexpr const char* kIllegalCharacter =
-    "Illegal character is included. 登録できない文字が含まれています。";
+ private:
+  enum class Step { check, write, removeBackup, exchange };
+
+  RewriteOutcome check();
+  RewriteOutcome write();
+  RewriteOutcome removeBackup();
+  RewriteOutcome exchange();
+  RewriteOutcome fail(const Error& error);
+
+  Folders folders_;
+  Encoding encoding_;
+  TableEdit edit_;
+  std::string record_;  // the new one as bytes
+  TableFiles files_;
+  Step step_ = Step::check;
+  Error error_;
+};
+
+/// The question whether to try again where another program holds the table.
+constexpr const char* kTableHeld =
+    "Can't write file. Using Excel to edit CSV? If not edited by Excel, close it to continue."
+    "　ファイルの書込みができません。エクセルでCSVファイルを開いていませんか？。"
+    "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。";
 
 /// The refusal of an editor that needs a selected line.
 constexpr const char* kNoLineSelected = "Log list not selected. データが選択されていません";

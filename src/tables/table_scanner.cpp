@@ -1,81 +1,93 @@
 #include "tables/table_scanner.h"
 
-#include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "core/file.h"
 #include "tables/byte_pattern.h"
-#include "tables/line_blocks.h"
 
 namespace vel {
 namespace {
 
-BytePattern makePattern(std::string_view bytes, TableScanner::Anchor anchor) {
-  std::string pattern(bytes);
-  if (anchor == TableScanner::Anchor::lineStart) pattern.insert(pattern.begin(), '\n');
-  return BytePattern(std::move(pattern));
+using Anchor = TableScanner::Anchor;
+using Next = TableScanner::Next;
+
+bool endsLine(char byte) { return byte == '\n' || byte == '\r'; }
+
+// True where a CR ends a line by itself.
+bool hasLoneReturn(std::string_view block) {
+  for (std::size_t at = block.find('\r'); at != std::string_view::npos;
+       at = block.find('\r', at + 1)) {
+    if (at + 1 == block.size() || block[at + 1] != '\n') return true;
+  }
+  return false;
 }
 
-// The line from `begin` on, without its LF, in a text that ends at `end`.
-std::string_view lineAt(const char* begin, const char* end) {
-  const auto rest = static_cast<std::size_t>(end - begin);
-  const void* const found = std::memchr(begin, '\n', rest);
-  return {begin, found == nullptr
-                     ? rest
-                     : static_cast<std::size_t>(static_cast<const char*>(found) - begin)};
-}
+// How a block is looked through for lines with some bytes.
+class LineFinder {
+ public:
+  LineFinder(std::string_view bytes, Anchor anchor) : bytes_(bytes), anchor_(anchor) {
+    // Too few bytes are told apart better with the line end before them; then
+    // lines that end in a CR alone need a closer look.
+    withLineFeed_ = anchor == Anchor::lineStart && bytes.size() < ByteProbe::kShortest;
+    if (!bytes.empty()) pattern_.emplace((withLineFeed_ ? "\n" : "") + std::string(bytes));
+  }
 
-std::string_view withoutReturn(std::string_view line) {
-  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-  return line;
-}
+  template <typename Visit>
+  Next visit(std::string_view block, const Visit& visit) {
+    if (!pattern_ || (withLineFeed_ && hasLoneReturn(block))) return visitEach(block, visit);
+    pattern_->prepare(block);
+    const char* const end = block.data() + block.size();
+    // The LF before the block is the line start of its first line.
+    const char* place = withLineFeed_ ? block.data() - 1 : block.data();
+    while ((place = pattern_->find(place, end)) != end) {
+      const char* lineBegin = withLineFeed_ ? place + 1 : place;
+      if (anchor_ == Anchor::lineStart && !endsLine(lineBegin[-1])) {
+        ++place;
+        continue;
+      }
+      while (!endsLine(lineBegin[-1])) --lineBegin;
+      const std::string_view line = lineAt(lineBegin, end).text;
+      if (visit(line) == Next::stop) return Next::stop;
+      place = line.data() + line.size();
+    }
+    return Next::more;
+  }
+
+ private:
+  template <typename Visit>
+  Next visitEach(std::string_view block, const Visit& visit) const {
+    const char* const end = block.data() + block.size();
+    for (const char* place = block.data(); place < end;) {
+      const BlockLine line = lineAt(place, end);
+      if (line.text.starts_with(bytes_) && visit(line.text) == Next::stop) return Next::stop;
+      place += line.raw.size();
+    }
+    return Next::more;
+  }
+
+  std::string_view bytes_;
+  Anchor anchor_;
+  bool withLineFeed_;
+  std::optional<BytePattern> pattern_;
+};
 
 }  // namespace
 
 Status TableScanner::scan(const std::filesystem::path& file, std::string_view bytes, Anchor anchor,
-                          Callback callback, void* context) {
+                          const Source& source, Callback callback, void* context) {
   Result<InputFile> input = InputFile::open(file);
   if (!input) return input.error();
   if (bytes.find_first_of("\r\n") != std::string_view::npos) return {};
-  LineBlocks blocks(*std::move(input), LineBlocks::LongerLines::passOver);
-
-  const auto everyLine = [&](std::string_view block) {
-    const char* const end = block.data() + block.size();
-    for (const char* place = block.data(); place < end;) {
-      const std::string_view line = lineAt(place, end);
-      if (callback(context, withoutReturn(line)) == Next::stop) return Next::stop;
-      place = line.data() + line.size() + 1;
-    }
-    return Next::more;
-  };
-  const auto linesWith = [&](BytePattern& pattern, std::string_view block) {
-    pattern.prepare(block);
-    const char* const end = block.data() + block.size();
-    // The LF before the block is the line start of its first line.
-    const char* place = block.data() - 1;
-    while ((place = pattern.find(place, end)) != end) {
-      const char* lineBegin = place + 1;
-      if (anchor == Anchor::anywhere) {
-        lineBegin = place;
-        while (lineBegin[-1] != '\n') --lineBegin;
-      }
-      const std::string_view line = lineAt(lineBegin, end);
-      if (callback(context, withoutReturn(line)) == Next::stop) return Next::stop;
-      place = line.data() + line.size();
-    }
-    return Next::more;
-  };
-
-  std::optional<BytePattern> pattern;
-  if (!bytes.empty()) pattern = makePattern(bytes, anchor);
+  LineBlocks blocks(*std::move(input), LineBlocks::LongerLines::passOver, source.byteOrderMark,
+                    source.memory);
+  LineFinder finder(bytes, anchor);
+  const auto visit = [&](std::string_view line) { return callback(context, line); };
   while (true) {
     const Result<std::string_view> block = blocks.next();
     if (!block) return block.error();
-    if (block->empty()) return {};
-    const Next next = pattern ? linesWith(*pattern, *block) : everyLine(*block);
-    if (next == Next::stop) return {};
+    if (block->empty() || finder.visit(*block, visit) == Next::stop) return {};
   }
 }
 

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/result.h"
+#include "tables/line_blocks.h"
 
 namespace vel {
 
@@ -20,16 +21,24 @@ class TableScanner {
   /// What the caller wants after a line.
   enum class Next { more, stop };
 
+  /// How a file is read.
+  struct Source {
+    /// These bytes at the beginning of the file belong to no line.
+    std::string_view byteOrderMark = {};
+    /// What the lines are read into, kept from one file to the next.
+    BlockMemory* memory = nullptr;
+  };
+
   /// Calls `visit(line)` for every such line, in file order, without its line
-  /// end (LF or CR LF). Empty bytes visit every line; bytes with CR or LF among
-  /// them visit none. A line longer than LineBlocks::kLongestLine is passed
-  /// over. The view lives until `visit` returns. The file is closed when this
-  /// returns; an Error when it could not be opened or read.
+  /// end (CR LF, LF or CR). Empty bytes visit every line; bytes with CR or LF
+  /// among them visit none. A line longer than LineBlocks::kLongestLine is
+  /// passed over. The view lives until `visit` returns. The file is closed when
+  /// this returns; an Error when it could not be opened or read.
   template <typename Visit>
   static Status forEachLine(const std::filesystem::path& file, std::string_view bytes,
-                            Anchor anchor, Visit visit) {
+                            Anchor anchor, Visit visit, const Source& source = {}) {
     return scan(
-        file, bytes, anchor,
+        file, bytes, anchor, source,
         [](void* context, std::string_view line) { return (*static_cast<Visit*>(context))(line); },
         &visit);
   }
@@ -37,7 +46,7 @@ class TableScanner {
  private:
   using Callback = Next (*)(void* context, std::string_view line);
   static Status scan(const std::filesystem::path& file, std::string_view bytes, Anchor anchor,
-                     Callback callback, void* context);
+                     const Source& source, Callback callback, void* context);
 };
 
 }  // namespace vel

@@ -1,6 +1,8 @@
 #include "tables/tables.h"
 
+#include <chrono>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "core/file.h"
@@ -11,9 +13,11 @@ namespace vel {
 namespace {
 
 using Anchor = TableScanner::Anchor;
-using Next = TableScanner::Next;
 
-constexpr std::size_t kAirportCodeLength = 4;
+// How often, and in what steps, a table that another program is just
+// exchanging is waited for.
+constexpr int kExchangeWaits = 50;
+constexpr std::chrono::milliseconds kExchangeWait{2};
 
 bool isMissing(const Error& error) {
   return error.number == ErrorNumber::fileNotFound || error.number == ErrorNumber::pathNotFound;
@@ -25,53 +29,114 @@ Error withMessageIfMissing(Error error, const char* message) {
   return error;
 }
 
-// Calls visit(line) for every line, blank ones left out, that may hold the
-// bytes where they are looked for. The table is given by its usual name.
-template <typename Visit>
-Status visitLines(const std::filesystem::path& table, std::string_view bytes, Anchor anchor,
-                  Visit visit) {
-  const auto visitRecord = [&](std::string_view line) {
-    return line.empty() ? Next::more : visit(line);
-  };
-  Status status = TableScanner::forEachLine(table, bytes, anchor, visitRecord);
-  if (status || !isMissing(status.error())) return status;
-  const auto otherwiseSpelt = findFile(table.parent_path(), toUtf8(table.filename()));
-  if (!otherwiseSpelt) return status;
-  return TableScanner::forEachLine(*otherwiseSpelt, bytes, anchor, visitRecord);
-}
+// What a look-up makes of a line.
+enum class Seen {
+  more,        // on to the next one
+  enough,      // the look-up is done
+  incomplete,  // the line matches, but lacks a field
+};
+
+// One table, open for look-ups. It is given by its usual name.
+class TableReading {
+ public:
+  TableReading(const Folders& folders, Table table, std::filesystem::path usual,
+               const TableScanner::Source& source)
+      : folders_(folders), table_(table), file_(std::move(usual)), source_(source) {}
+
+  // Calls see(line) for every line, blank ones left out, that may hold the
+  // bytes where they are looked for.
+  template <typename See>
+  Status forEachLine(std::string_view bytes, Anchor anchor, See see) {
+    Seen last = Seen::more;
+    Status status = scan(bytes, anchor, see, last);
+    if (!status && isMissing(status.error())) {
+      if (const auto found = findFile(folders_.data, toUtf8(file_.filename()))) file_ = *found;
+      status = scan(bytes, anchor, see, last);
+      for (int i = 0; i < kExchangeWaits && isBeingExchanged(status); ++i) {
+        std::this_thread::sleep_for(kExchangeWait);
+        status = scan(bytes, anchor, see, last);
+      }
+    }
+    if (!status || last != Seen::incomplete) return status;
+    return incompleteRecord(file_, numberOfLast(see));
+  }
+
+ private:
+  template <typename See>
+  Status scan(std::string_view bytes, Anchor anchor, See& see, Seen& last) {
+    return TableScanner::forEachLine(
+        file_, bytes, anchor,
+        [&](std::string_view line) {
+          last = line.empty() ? Seen::more : see(line);
+          return last == Seen::more ? TableScanner::Next::more : TableScanner::Next::stop;
+        },
+        source_);
+  }
+
+  // True between the two renames of another program's rewrite.
+  [[nodiscard]] bool isBeingExchanged(const Status& status) const {
+    if (status || !isMissing(status.error())) return false;
+    const TableFiles files = filesOf(folders_, table_);
+    return fileExists(files.temporary) && fileExists(files.backup);
+  }
+
+  // The number of the line at which the look-up ends.
+  template <typename See>
+  std::size_t numberOfLast(See& see) {
+    std::size_t number = 0;
+    static_cast<void>(TableScanner::forEachLine(
+        file_, {}, Anchor::anywhere,
+        [&](std::string_view line) {
+          ++number;
+          return line.empty() || see(line) == Seen::more ? TableScanner::Next::more
+                                                         : TableScanner::Next::stop;
+        },
+        source_));
+    return number;
+  }
+
+  const Folders& folders_;
+  Table table_;
+  std::filesystem::path file_;
+  TableScanner::Source source_;
+};
 
 // The field `wanted` of the first line that has a field `searched` which
-// equals the key; empty when there is none.
-Result<std::string> fieldOfFirst(const std::filesystem::path& table, const Encoding& encoding,
-                                 std::string_view key, std::size_t searched, std::size_t wanted) {
+// equals the key; nothing when there is none.
+Result<std::optional<std::string>> fieldOfFirst(TableReading table, const Encoding& encoding,
+                                                std::string_view key, std::size_t searched,
+                                                std::size_t wanted) {
   const Key wantedKey(encoding, key);
   const Anchor anchor = searched == 0 ? Anchor::lineStart : Anchor::anywhere;
   const std::string bytes =
       searched == 0 ? std::string(wantedKey.scanBytes()) : wantedKey.laterFieldBytes();
-  std::string found;
-  bool incomplete = false;
-  const Status status = visitLines(table, bytes, anchor, [&](std::string_view line) {
+  std::optional<std::string> found;
+  const Status status = table.forEachLine(bytes, anchor, [&](std::string_view line) {
     const auto field = fieldAt(line, searched);
-    if (!field || !wantedKey.equals(*field)) return Next::more;
+    if (!field || !wantedKey.equals(*field)) return Seen::more;
     const auto value = fieldAt(line, wanted);
-    incomplete = !value;
-    if (value) found = encoding.decode(*value);
-    return Next::stop;
+    if (!value) return Seen::incomplete;
+    found = encoding.decode(*value);
+    return Seen::enough;
   });
   if (!status) return status.error();
-  if (incomplete) return ErrorNumber::incompleteRecord;
   return found;
 }
 
+Result<std::string> orEmpty(Result<std::optional<std::string>> found) {
+  if (!found) return found.error();
+  return (*std::move(found)).value_or(std::string());
+}
+
 // Lines without a comma are comments.
-Result<std::string> equipmentOf(const std::filesystem::path& table, const Encoding& encoding,
-                                std::string_view registration, Next afterMatch) {
+Result<std::string> equipmentOf(TableReading table, const Encoding& encoding,
+                                std::string_view registration, Seen afterMatch) {
   const Key key(encoding, registration);
   std::string equipment;
   const Status status =
-      visitLines(table, key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
+      table.forEachLine(key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
         const auto value = fieldAt(line, 1);
-        if (!value || !key.equals(*fieldAt(line, 0))) return Next::more;
+        if (!value || !key.equals(*fieldAt(line, 0))) return Seen::more;
         equipment = encoding.decode(*value);
         return afterMatch;
       });
@@ -82,176 +147,180 @@ Result<std::string> equipmentOf(const std::filesystem::path& table, const Encodi
 enum class Remark { needed, ifPresent };
 
 // The route in the first line of the flight.
-Result<std::optional<FlightRoute>> routeOf(const std::filesystem::path& table,
-                                           const Encoding& encoding, std::string_view flight,
-                                           Remark wanted) {
+Result<std::optional<FlightRoute>> routeOf(TableReading table, const Encoding& encoding,
+                                           std::string_view flight, Remark wanted) {
   const Key key(encoding, flight);
   std::optional<FlightRoute> route;
-  bool incomplete = false;
   const Status status =
-      visitLines(table, key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
-        if (!key.equals(*fieldAt(line, 0))) return Next::more;
+      table.forEachLine(key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
+        if (!key.equals(*fieldAt(line, 0))) return Seen::more;
         const auto airports = fieldAt(line, 1);
         const auto remark = fieldAt(line, 2);
-        incomplete = !airports || (!remark && wanted == Remark::needed);
-        if (!incomplete) {
-          const std::string codes = encoding.decode(*airports);
-          route = FlightRoute{std::string(Left(codes, kAirportCodeLength)),
-                              std::string(Mid(codes, kAirportCodeLength + 1)),
-                              encoding.decode(remark.value_or(""))};
-        }
-        return Next::stop;
+        if (!airports || (!remark && wanted == Remark::needed)) return Seen::incomplete;
+        const std::string codes = encoding.decode(*airports);
+        route = FlightRoute{std::string(Left(codes, kAirportCodeLength)),
+                            std::string(Mid(codes, kAirportCodeLength + 1)),
+                            encoding.decode(remark.value_or(""))};
+        return Seen::enough;
       });
   if (!status) return status.error();
-  if (incomplete) return ErrorNumber::incompleteRecord;
   return route;
 }
 
 }  // namespace
 
-Tables::Tables(const Folders& folders, const Encoding& encoding)
-    : folders_(folders),
-      encoding_(encoding),
-      aircraft_(folders.data / "aircraft.csv"),
-      flight_(folders.data / "FLIGHT.csv"),
-      airport_(folders.data / "airport.csv"),
-      letter_(folders.data / "letter.csv"),
-      icao24_(folders.data / "ICAO24.csv") {}
+/// What the look-ups of one object share.
+class Tables::Reader {
+ public:
+  static TableReading open(const Tables& tables, Table table) {
+    return {
+        tables.folders_, table, tables.usualPaths_[static_cast<std::size_t>(table)],
+        TableScanner::Source{.byteOrderMark = tables.byteOrderMark_, .memory = &tables.memory_}};
+  }
+};
 
-Result<std::string> Tables::SearchAircraft(std::string_view registration) const {
-  return equipmentOf(aircraft_, encoding_, registration, Next::more);
+Tables::Tables(const Folders& folders, const Encoding& encoding)
+    : folders_(folders), encoding_(encoding), byteOrderMark_(byteOrderMarkOf(encoding)) {
+  for (const Table table : kTables) {
+    usualPaths_[static_cast<std::size_t>(table)] =
+        folders.data / toPath(tableName(table) + std::string(kTableExtension));
+  }
 }
 
-Result<std::string> Tables::SchAircraft(std::string_view registration) const {
-  return equipmentOf(aircraft_, encoding_, registration, Next::stop);
+Result<std::string> Tables::equipmentOfLastLine(std::string_view registration) const {
+  return equipmentOf(Reader::open(*this, Table::aircraft), encoding_, registration, Seen::more);
+}
+
+Result<std::string> Tables::equipmentOfFirstLine(std::string_view registration) const {
+  return equipmentOf(Reader::open(*this, Table::aircraft), encoding_, registration, Seen::enough);
 }
 
 Result<std::optional<FlightRoute>> Tables::flightRoute(std::string_view flight) const {
-  return routeOf(flight_, encoding_, flight, Remark::needed);
+  return routeOf(Reader::open(*this, Table::flight), encoding_, flight, Remark::needed);
 }
 
 Result<std::optional<FlightRoute>> Tables::testedFlightRoute(std::string_view flight) const {
-  auto route = routeOf(flight_, encoding_, flight, Remark::ifPresent);
+  auto route = routeOf(Reader::open(*this, Table::flight), encoding_, flight, Remark::ifPresent);
   if (route) return route;
   return withMessageIfMissing(route.error(), "Not found data\\flight.csv");
 }
 
-Result<bool> Tables::letterChk(std::string_view prefix) const {
+Result<bool> Tables::knowsAirline(std::string_view prefix) const {
   const Key key(encoding_, prefix);
   bool found = false;
   const Status status =
-      visitLines(letter_, key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
-        found = key.equals(*fieldAt(line, 0));
-        return found ? Next::stop : Next::more;
-      });
+      Reader::open(*this, Table::letter)
+          .forEachLine(key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
+            found = key.equals(*fieldAt(line, 0));
+            return found ? Seen::enough : Seen::more;
+          });
   if (!status) return status.error();
   return found;
 }
 
-Result<Airline> Tables::AirLineLoad(std::string_view prefix) const {
+Result<Airline> Tables::airlineOf(std::string_view prefix) const {
   const Key key(encoding_, prefix);
   Airline airline;
-  bool incomplete = false;
   // Every line counts until the match: one may have a fourth field.
-  const Status status = visitLines(letter_, {}, Anchor::anywhere, [&](std::string_view line) {
+  const auto see = [&](std::string_view line) {
     const auto company = fieldAt(line, 3);
     if (company) airline.fourFields = true;
-    if (!key.isIn(*fieldAt(line, 0))) return Next::more;
+    if (!key.isIn(*fieldAt(line, 0))) return Seen::more;
     const auto threeLetter = fieldAt(line, 1);
     const auto display = fieldAt(line, 2);
-    incomplete = !threeLetter || !display;
-    if (!incomplete) {
-      airline.found = true;
-      airline.threeLetter = encoding_.decode(*threeLetter);
-      airline.display = encoding_.decode(*display);
-      if (company) airline.company = encoding_.decode(*company);
-    }
-    return Next::stop;
-  });
+    if (!threeLetter || !display) return Seen::incomplete;
+    airline.found = true;
+    airline.threeLetter = encoding_.decode(*threeLetter);
+    airline.display = encoding_.decode(*display);
+    if (company) airline.company = encoding_.decode(*company);
+    return Seen::enough;
+  };
+  const Status status = Reader::open(*this, Table::letter).forEachLine({}, Anchor::anywhere, see);
   if (!status) return status.error();
-  if (incomplete) return ErrorNumber::incompleteRecord;
   return airline;
 }
 
-Result<std::string> Tables::SchLetter(std::string_view code, int mode) const {
-  constexpr int kFromPrefix = 2;
-  const std::size_t searched = mode == kFromPrefix ? 0 : 1;
-  return fieldOfFirst(letter_, encoding_, code, searched, 1 - searched);
+Result<std::string> Tables::threeLetterCodeOf(std::string_view prefix) const {
+  return orEmpty(fieldOfFirst(Reader::open(*this, Table::letter), encoding_, prefix, 0, 1));
 }
 
-Result<std::string> Tables::L4toName(std::string_view code) const {
+Result<std::string> Tables::prefixOf(std::string_view threeLetterCode) const {
+  return orEmpty(
+      fieldOfFirst(Reader::open(*this, Table::letter), encoding_, threeLetterCode, 1, 0));
+}
+
+Result<std::string> Tables::airportNameOfLastLine(std::string_view code) const {
   if (code.empty()) return std::string();
   const Key key(encoding_, code);
   std::string name;
-  bool incomplete = false;
   const Status status =
-      visitLines(airport_, key.scanBytes(), Anchor::anywhere, [&](std::string_view line) {
-        if (!key.isIn(*fieldAt(line, 0))) return Next::more;
-        const auto value = fieldAt(line, 1);
-        incomplete = !value;
-        if (incomplete) return Next::stop;
-        name = encoding_.decode(*value);
-        return Next::more;
-      });
+      Reader::open(*this, Table::airport)
+          .forEachLine(key.scanBytes(), Anchor::anywhere, [&](std::string_view line) {
+            if (!key.isIn(*fieldAt(line, 0))) return Seen::more;
+            const auto value = fieldAt(line, 1);
+            if (!value) return Seen::incomplete;
+            name = encoding_.decode(*value);
+            return Seen::more;
+          });
   if (!status) return status.error();
-  if (incomplete) return ErrorNumber::incompleteRecord;
   return name;
 }
 
-Result<std::string> Tables::L3toL4(std::string_view code) const {
+Result<std::string> Tables::airportCodeOfThreeLetters(std::string_view code) const {
   const Key key(encoding_, code);
   std::string found;
   const Status status =
-      visitLines(airport_, key.scanBytes(), Anchor::anywhere, [&](std::string_view line) {
-        const auto name = fieldAt(line, 1);
-        if (!name || !key.isEndOf(*name)) return Next::more;
-        found = encoding_.decode(*fieldAt(line, 0));
-        return Next::stop;
-      });
+      Reader::open(*this, Table::airport)
+          .forEachLine(key.scanBytes(), Anchor::anywhere, [&](std::string_view line) {
+            const auto name = fieldAt(line, 1);
+            if (!name || !key.isEndOf(*name)) return Seen::more;
+            found = encoding_.decode(*fieldAt(line, 0));
+            return Seen::enough;
+          });
   if (!status) return status.error();
   return found;
 }
 
-Result<std::string> Tables::LoadAPcode(std::string_view code) const {
-  return fieldOfFirst(airport_, encoding_, code, 0, 1);
+Result<std::optional<std::string>> Tables::airportNameOfFirstLine(std::string_view code) const {
+  return fieldOfFirst(Reader::open(*this, Table::airport), encoding_, code, 0, 1);
 }
 
 Result<std::string> Tables::airportCodeOfName(std::string_view name) const {
-  return fieldOfFirst(airport_, encoding_, name, 1, 0);
+  return orEmpty(fieldOfFirst(Reader::open(*this, Table::airport), encoding_, name, 1, 0));
 }
 
 Result<std::vector<std::string>> Tables::airportNames(std::string_view keyword) const {
   std::vector<std::string> names;
   const LowerCaseKey key(encoding_, keyword);
-  const Status status = visitLines(airport_, {}, Anchor::anywhere, [&](std::string_view line) {
-    const auto name = fieldAt(line, 1);
-    if (name && key.isIn(*name)) {
-      names.push_back(encoding_.decode(*name));
-    }
-    return Next::more;
-  });
+  const Status status = Reader::open(*this, Table::airport)
+                            .forEachLine({}, Anchor::anywhere, [&](std::string_view line) {
+                              const auto name = fieldAt(line, 1);
+                              if (name && key.isIn(*name)) names.push_back(encoding_.decode(*name));
+                              return Seen::more;
+                            });
   if (!status) return withMessageIfMissing(status.error(), "Not found data\\airport.csv");
   return names;
 }
 
-Result<Icao24Record> Tables::Icao24Chk(std::string_view address) const {
+Result<Icao24Record> Tables::aircraftOfAddress(std::string_view address) const {
   const Key key(encoding_, address);
   Icao24Record record;
   const Status status =
-      visitLines(icao24_, key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
-        if (!fieldAt(line, record.size() - 1)) return Next::more;
-        if (!key.equals(*fieldAt(line, 0))) return Next::more;
-        for (std::size_t i = 0; i < record.size(); ++i) {
-          record[i] = encoding_.decode(*fieldAt(line, i));
-        }
-        return Next::stop;
-      });
+      Reader::open(*this, Table::icao24)
+          .forEachLine(key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
+            if (!fieldAt(line, record.size() - 1)) return Seen::more;
+            if (!key.equals(*fieldAt(line, 0))) return Seen::more;
+            for (std::size_t i = 0; i < record.size(); ++i) {
+              record[i] = encoding_.decode(*fieldAt(line, i));
+            }
+            return Seen::enough;
+          });
   if (!status) return withMessageIfMissing(status.error(), "Not found data\\ICAO24.csv");
   return record;
 }
 
-Result<Icao24Record> Tables::icao24IfPresent(std::string_view address) const {
-  Result<Icao24Record> record = Icao24Chk(address);
+Result<Icao24Record> Tables::aircraftOfAddressIfPresent(std::string_view address) const {
+  Result<Icao24Record> record = aircraftOfAddress(address);
   if (!record && isMissing(record.error())) return Icao24Record();
   return record;
 }

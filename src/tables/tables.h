@@ -10,6 +10,8 @@
 #include "core/folders.h"
 #include "core/result.h"
 #include "core/text.h"
+#include "tables/line_blocks.h"
+#include "tables/table_files.h"
 
 namespace vel {
 
@@ -37,17 +39,18 @@ using Icao24Record = std::array<std::string, 5>;
 /// the top and closes it again: nothing is kept between calls, so an edit is
 /// visible to the very next look-up. Keys and results are UTF-8. A table that
 /// cannot be opened gives the error that ends the program; a matching line
-/// without a field that is read gives ErrorNumber::incompleteRecord.
+/// without a field that is read gives ErrorNumber::incompleteRecord, with the
+/// table and the line in its message. One thread uses an object.
 class Tables {
  public:
   Tables(const Folders& folders, const Encoding& encoding);
 
   /// Equipment of a registration: the last matching line wins. Lines without
   /// a comma never match. Empty when there is none.
-  Result<std::string> SearchAircraft(std::string_view registration) const;
+  Result<std::string> equipmentOfLastLine(std::string_view registration) const;
 
-  /// As SearchAircraft, but the first matching line wins.
-  Result<std::string> SchAircraft(std::string_view registration) const;
+  /// As equipmentOfLastLine, but the first matching line wins.
+  Result<std::string> equipmentOfFirstLine(std::string_view registration) const;
 
   /// Route of a flight: the first matching line wins.
   Result<std::optional<FlightRoute>> flightRoute(std::string_view flight) const;
@@ -57,24 +60,29 @@ class Tables {
   Result<std::optional<FlightRoute>> testedFlightRoute(std::string_view flight) const;
 
   /// True when a line's field 1 equals the two-character prefix.
-  Result<bool> letterChk(std::string_view prefix) const;
+  Result<bool> knowsAirline(std::string_view prefix) const;
 
   /// The airline whose field 1 contains the prefix: the first line wins.
-  Result<Airline> AirLineLoad(std::string_view prefix) const;
+  Result<Airline> airlineOf(std::string_view prefix) const;
 
-  /// Mode 2 finds field 1 and gives field 2; any other mode finds field 2 and
-  /// gives field 1. The first equal line wins; empty when there is none.
-  Result<std::string> SchLetter(std::string_view code, int mode) const;
+  /// 3-letter code of the first airline whose prefix (2-letter code) equals
+  /// this one; empty when there is none.
+  Result<std::string> threeLetterCodeOf(std::string_view prefix) const;
+
+  /// Prefix of the first airline whose 3-letter code equals this one; empty
+  /// when there is none.
+  Result<std::string> prefixOf(std::string_view threeLetterCode) const;
 
   /// Name of the airport whose field 1 contains the code: the last line wins.
   /// Empty, without reading, for an empty code.
-  Result<std::string> L4toName(std::string_view code) const;
+  Result<std::string> airportNameOfLastLine(std::string_view code) const;
 
   /// 4-letter code of the first line whose field 2 ends in the 3-letter code.
-  Result<std::string> L3toL4(std::string_view code) const;
+  Result<std::string> airportCodeOfThreeLetters(std::string_view code) const;
 
-  /// Name of the first airport whose field 1 equals the code.
-  Result<std::string> LoadAPcode(std::string_view code) const;
+  /// Name of the first airport whose field 1 equals the code; nothing when
+  /// there is none.
+  Result<std::optional<std::string>> airportNameOfFirstLine(std::string_view code) const;
 
   /// 4-letter code of the first airport whose field 2 equals the name.
   Result<std::string> airportCodeOfName(std::string_view name) const;
@@ -86,23 +94,22 @@ class Tables {
 
   /// The first line of at least five fields whose field 1 equals the address.
   /// A missing table gives the message "Not found data\ICAO24.csv".
-  Result<Icao24Record> Icao24Chk(std::string_view address) const;
+  Result<Icao24Record> aircraftOfAddress(std::string_view address) const;
 
-  /// As Icao24Chk, but a missing table is no error: nothing is found.
-  Result<Icao24Record> icao24IfPresent(std::string_view address) const;
+  /// As aircraftOfAddress, but a missing table is no error: nothing is found.
+  Result<Icao24Record> aircraftOfAddressIfPresent(std::string_view address) const;
 
   [[nodiscard]] const Folders& folders() const { return folders_; }
   [[nodiscard]] const Encoding& encoding() const { return encoding_; }
 
  private:
+  class Reader;
+
   Folders folders_;
   Encoding encoding_;
-  // The tables by their usual names.
-  std::filesystem::path aircraft_;
-  std::filesystem::path flight_;
-  std::filesystem::path airport_;
-  std::filesystem::path letter_;
-  std::filesystem::path icao24_;
+  std::array<std::filesystem::path, kTables.size()> usualPaths_;
+  std::string_view byteOrderMark_;
+  mutable BlockMemory memory_;
 };
 
 }  // namespace vel

@@ -41,9 +41,9 @@ std::string section(std::string_view title, const std::string& content) {
 }
 
 std::string airport(const Tables& tables, const std::string& code, std::string_view role) {
-  const auto name = code.empty() ? Result<std::string>(std::string()) : tables.LoadAPcode(code);
+  const auto name = tables.airportNameOfFirstLine(code);
   std::string html = "<div><span class=\"code\">" + markupText(code.empty() ? "?" : code);
-  html += "</span>" + markupText(name ? *name : std::string());
+  html += "</span>" + markupText(name && !code.empty() ? name->value_or("") : std::string());
   return html + "<br><span class=\"soft\">" + std::string(role) + "</span></div>\n";
 }
 
@@ -70,9 +70,9 @@ std::string airlineSection(const Tables& tables, std::string_view flight) {
   constexpr std::string_view kTitle = "Airline 航空会社";
   const std::string_view prefix = Left(flight, 2);
   // A prefix that is only a part of another one names no airline.
-  const auto known = tables.letterChk(prefix);
+  const auto known = tables.knowsAirline(prefix);
   if (known && *known) {
-    const auto airline = tables.AirLineLoad(prefix);
+    const auto airline = tables.airlineOf(prefix);
     if (airline && airline->found) {
       std::string html = "<p>" + markupText(airline->display);
       if (!airline->company.empty()) html += " &#8212; " + markupText(airline->company);

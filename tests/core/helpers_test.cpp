@@ -99,37 +99,28 @@ TEST(FindUpperWord3, CountsCharactersBeforeTheWord) {
   EXPECT_EQ(FindUpperWord3("東京国際空港 HND 他", position), 8U);
 }
 
-TEST(RenameWithRetry, MovesTheFileWithoutAWord) {
+TEST(RenameFile, MovesTheFile) {
   const TemporaryFolder folder;
   writeBytes(folder / "aircraft.csv", "JA8089,B744\r\n");
-  RecordingDesktop desktop;
-  EXPECT_EQ(RenameWithRetry(desktop, folder / "aircraft.csv", folder / "aircraft.bak"),
-            RenameOutcome::renamed);
+  EXPECT_TRUE(renameFile(folder / "aircraft.csv", folder / "aircraft.bak").ok());
   EXPECT_EQ(readBytes(folder / "aircraft.bak"), "JA8089,B744\r\n");
   EXPECT_FALSE(fileExists(folder / "aircraft.csv"));
-  EXPECT_THAT(desktop.messages, IsEmpty());
-  EXPECT_FALSE(desktop.ended);
 }
 
-TEST(RenameWithRetry, AMissingFileIsError53AndTheEnd) {
+TEST(RenameFile, AMissingFileIsError53) {
   const TemporaryFolder folder;
-  RecordingDesktop desktop;
-  EXPECT_EQ(RenameWithRetry(desktop, folder / "letter.csv", folder / "letter.bak"),
-            RenameOutcome::programEnds);
-  EXPECT_THAT(desktop.messages, ElementsAre("ERROR #53"));
-  EXPECT_TRUE(desktop.ended);
-  EXPECT_EQ(desktop.exitStatus, 1);
+  const Status renamed = renameFile(folder / "letter.csv", folder / "letter.bak");
+  ASSERT_FALSE(renamed.ok());
+  EXPECT_EQ(renamed.error().text(), "ERROR #53");
 }
 
-TEST(RenameWithRetry, ATargetThatExistsIsError58AndBothFilesStay) {
+TEST(RenameFile, ATargetThatExistsIsError58AndBothFilesStay) {
   const TemporaryFolder folder;
   writeBytes(folder / "letter.csv", "new");
   writeBytes(folder / "letter.bak", "old");
-  RecordingDesktop desktop;
-  EXPECT_EQ(RenameWithRetry(desktop, folder / "letter.csv", folder / "letter.bak"),
-            RenameOutcome::programEnds);
-  EXPECT_THAT(desktop.messages, ElementsAre("ERROR #58"));
-  EXPECT_EQ(desktop.exitStatus, 1);
+  const Status renamed = renameFile(folder / "letter.csv", folder / "letter.bak");
+  ASSERT_FALSE(renamed.ok());
+  EXPECT_EQ(renamed.error().text(), "ERROR #58");
   EXPECT_EQ(readBytes(folder / "letter.csv"), "new");
   EXPECT_EQ(readBytes(folder / "letter.bak"), "old");
 }

@@ -38,38 +38,20 @@ mode_t modeOf(const std::filesystem::path& path) {
   return info.st_mode & 07777;
 }
 
-constexpr const char* kRefused =
-    "Can't write file. Using Excel to edit CSV? If not edited by Excel, close it to continue."
-    "　ファイルの書込みができません。エクセルでCSVファイルを開いていませんか？。"
-    "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。";
-
-TEST(RenameWithRetryPosix, RetryCompletesOnceAccessIsGranted) {
+TEST(RenameFilePosix, ARefusalIsError75AndLeavesTheFilesUntilAccessIsGranted) {
   const TemporaryFolder folder;
   writeBytes(folder / "a.csv", "x");
   const test::UnprivilegedUser user(folder.path());
   ASSERT_EQ(chmod(folder.path().c_str(), 0555), 0);
-  RecordingDesktop desktop;
-  int asked = 0;
-  desktop.onRetry = [&] { return ++asked < 3 || chmod(folder.path().c_str(), 0755) == 0; };
-  EXPECT_EQ(RenameWithRetry(desktop, folder / "a.csv", folder / "a.bak"), RenameOutcome::renamed);
-  EXPECT_THAT(desktop.messages, ElementsAre(kRefused, kRefused, kRefused));
-  EXPECT_FALSE(desktop.ended);
-  EXPECT_EQ(readBytes(folder / "a.bak"), "x");
-}
-
-TEST(RenameWithRetryPosix, CancelEndsTheProgramAndLeavesTheFiles) {
-  const TemporaryFolder folder;
-  writeBytes(folder / "a.csv", "x");
-  const test::UnprivilegedUser user(folder.path());
-  ASSERT_EQ(chmod(folder.path().c_str(), 0555), 0);
-  RecordingDesktop desktop;
-  EXPECT_EQ(RenameWithRetry(desktop, folder / "a.csv", folder / "a.bak"),
-            RenameOutcome::programEnds);
-  EXPECT_THAT(desktop.messages, ElementsAre(kRefused));
-  EXPECT_TRUE(desktop.ended);
-  EXPECT_EQ(desktop.exitStatus, 1);
+  for (int i = 0; i < 3; ++i) {
+    const Status refused = renameFile(folder / "a.csv", folder / "a.bak");
+    ASSERT_FALSE(refused.ok());
+    EXPECT_EQ(refused.error().text(), "ERROR #75");
+    EXPECT_THAT(listFolder(folder.path()).value(), ElementsAre("a.csv"));
+  }
   EXPECT_EQ(chmod(folder.path().c_str(), 0755), 0);
-  EXPECT_THAT(listFolder(folder.path()).value(), ElementsAre("a.csv"));
+  EXPECT_TRUE(renameFile(folder / "a.csv", folder / "a.bak").ok());
+  EXPECT_EQ(readBytes(folder / "a.bak"), "x");
 }
 
 TEST(SettingsPosix, AFullDiskNeverCostsTheOldSettings) {

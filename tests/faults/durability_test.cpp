@@ -11,6 +11,7 @@
 
 #include "core/file.h"
 #include "tables/rewrite.h"
+#include "tests/support/driven_rewrite.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 
@@ -97,18 +98,18 @@ class Durability : public testing::Test {
   }
   void TearDown() override { calls = {}; }
 
-  RewriteOutcome rewrite() {
+  test::DrivenRewrite rewrite() {
     calls.listening = true;
-    const RewriteOutcome outcome = ReferenceTableRewrite(
-        desktop_, base_.folders, Encoding::codePage932(),
-        {.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B748"});
+    const test::DrivenRewrite outcome =
+        test::drive(desktop_, base_.folders, Encoding::codePage932(),
+                    {.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B748"});
     calls.listening = false;
     return outcome;
   }
   void expectFailure(const std::string& call, int code, const std::string& message) {
     calls.failing = call;
     calls.code = code;
-    EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+    EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
     EXPECT_EQ(std::count(calls.seen.begin(), calls.seen.end(), call), 1);
     EXPECT_THAT(desktop_.messages, ElementsAre(message));
     EXPECT_EQ(desktop_.exitStatus, 1);
@@ -127,7 +128,7 @@ class Durability : public testing::Test {
 };
 
 TEST_F(Durability, TheNewFileIsOnTheDiskBeforeTheFirstRenameAndTheFolderAfterTheLast) {
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_THAT(
       calls.seen,
       ElementsAre("fchmod aircraft.$$$", "write aircraft.$$$", "fsync aircraft.$$$",

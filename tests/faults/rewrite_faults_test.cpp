@@ -11,6 +11,7 @@
 #include "core/file.h"
 #include "tables/rewrite.h"
 #include "tables/table_scanner.h"
+#include "tests/support/driven_rewrite.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
@@ -41,10 +42,9 @@ class RewriteFaults : public testing::Test {
   void allowWriting(bool allowed) const {
     ASSERT_EQ(chmod(data_.c_str(), allowed ? 0755 : 0555), 0);
   }
-  RewriteOutcome rewrite() {
-    return ReferenceTableRewrite(
-        desktop_, base_->folders, Encoding::codePage932(),
-        {.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B748"});
+  test::DrivenRewrite rewrite() {
+    return test::drive(desktop_, base_->folders, Encoding::codePage932(),
+                       {.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B748"});
   }
   void refuseWritingInTheSecondTurn() {
     desktop_.onProcessEvents = [this] {
@@ -73,7 +73,7 @@ TEST_F(RewriteFaults, AHeldTableIsRenamedOnceItIsLetGoAndRetryIsPressed) {
     if (++asked == 3) allowWriting(true);
     return true;
   };
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused, kRenameRefused, kRenameRefused));
   EXPECT_FALSE(desktop_.ended);
   EXPECT_EQ(bytes("aircraft.csv"), "A,1\r\nJA8089,B748\r\n");
@@ -83,7 +83,7 @@ TEST_F(RewriteFaults, AHeldTableIsRenamedOnceItIsLetGoAndRetryIsPressed) {
 
 TEST_F(RewriteFaults, CancelEndsTheProgramWithTheTableAndTheNewFileComplete) {
   refuseWritingInTheSecondTurn();
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded(kRenameRefused);
   EXPECT_EQ(bytes("aircraft.csv"), before_);
   EXPECT_EQ(bytes("aircraft.$$$"), "A,1\r\nJA8089,B748\r\n");
@@ -92,12 +92,12 @@ TEST_F(RewriteFaults, CancelEndsTheProgramWithTheTableAndTheNewFileComplete) {
 
 TEST_F(RewriteFaults, AfterACancelTheNextRewriteWritesItsOwnNewFile) {
   refuseWritingInTheSecondTurn();
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   allowWriting(true);
   test::RecordingDesktop next;
-  EXPECT_EQ(ReferenceTableRewrite(next, base_->folders, Encoding::codePage932(),
-                                  {.table = Table::aircraft, .key = "A", .newRecord = ""}),
-            RewriteOutcome::done);
+  EXPECT_EQ(test::drive(next, base_->folders, Encoding::codePage932(),
+                        {.table = Table::aircraft, .key = "A", .newRecord = ""}),
+            test::DrivenRewrite::done);
   EXPECT_EQ(bytes("aircraft.csv"), "JA8089,B744\r\n");
   EXPECT_EQ(bytes("aircraft.bak"), before_);
 }
@@ -105,7 +105,7 @@ TEST_F(RewriteFaults, AfterACancelTheNextRewriteWritesItsOwnNewFile) {
 TEST_F(RewriteFaults, ABackupThatCannotBeDeletedEndsTheProgramWithTheTableUntouched) {
   test::writeBytes(data_ / "aircraft.bak", "old");
   refuseWritingInTheSecondTurn();
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #70");
   EXPECT_EQ(bytes("aircraft.csv"), before_);
   EXPECT_EQ(bytes("aircraft.bak"), "old");
@@ -114,14 +114,14 @@ TEST_F(RewriteFaults, ABackupThatCannotBeDeletedEndsTheProgramWithTheTableUntouc
 
 TEST_F(RewriteFaults, AFolderInThePlaceOfTheBackupEndsTheProgramWithTheTableUntouched) {
   fs::create_directory(data_ / "aircraft.bak");
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #58");
   EXPECT_EQ(bytes("aircraft.csv"), before_);
 }
 
 TEST_F(RewriteFaults, AFolderThatRefusesNewFilesEndsTheProgramWithTheTableUntouched) {
   allowWriting(false);
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #70");
   EXPECT_EQ(bytes("aircraft.csv"), before_);
   EXPECT_THAT(listFolder(data_).value(), ElementsAre("aircraft.csv"));
@@ -129,7 +129,7 @@ TEST_F(RewriteFaults, AFolderThatRefusesNewFilesEndsTheProgramWithTheTableUntouc
 
 TEST_F(RewriteFaults, ATableThatCannotBeReadEndsTheProgram) {
   ASSERT_EQ(chmod((data_ / "aircraft.csv").c_str(), 0), 0);
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #70");
   EXPECT_THAT(listFolder(data_).value(), ElementsAre("aircraft.csv"));
 }
@@ -141,7 +141,7 @@ TEST_F(RewriteFaults, AFullDiskEndsTheProgramWithTheTableUntouchedAndNoRemains) 
   test::writeBytes(data_ / "aircraft.bak", "old");
   {
     const test::FileSizeLimit limit(400000);
-    EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+    EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   }
   expectEnded("ERROR #61");
   EXPECT_EQ(desktop_.eventTurns, 1);
@@ -153,7 +153,7 @@ TEST_F(RewriteFaults, AFullDiskEndsTheProgramWithTheTableUntouchedAndNoRemains) 
 TEST_F(RewriteFaults, ADiskThatIsFullAtTheLastByteIsNoticedToo) {
   {
     const test::FileSizeLimit limit(before_.size() - 1);
-    EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+    EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   }
   expectEnded("ERROR #61");
   EXPECT_EQ(bytes("aircraft.csv"), before_);
@@ -167,7 +167,7 @@ TEST_F(RewriteFaults, ANewFileThatVanishesBeforeItsRenameLeavesTheOldTableInTheB
     fs::remove(data_ / "aircraft.$$$");
     return true;
   };
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused, "ERROR #53"));
   EXPECT_EQ(desktop_.exitStatus, 1);
   EXPECT_EQ(bytes("aircraft.bak"), before_);
@@ -180,7 +180,7 @@ TEST_F(RewriteFaults, ATableThatVanishesBetweenTwoTriesIsReported) {
     fs::rename(data_ / "aircraft.csv", data_ / "elsewhere.csv");
     return true;
   };
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused, "ERROR #53"));
   EXPECT_EQ(bytes("elsewhere.csv"), before_);
   EXPECT_EQ(bytes("aircraft.$$$"), "A,1\r\nJA8089,B748\r\n");
@@ -193,7 +193,7 @@ TEST_F(RewriteFaults, ABackupThatAppearsInBetweenIsNotOverwritten) {
     test::writeBytes(data_ / "aircraft.bak", "somebody's");
     return true;
   };
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused, "ERROR #58"));
   EXPECT_EQ(bytes("aircraft.csv"), before_);
   EXPECT_EQ(bytes("aircraft.bak"), "somebody's");
@@ -202,7 +202,7 @@ TEST_F(RewriteFaults, ABackupThatAppearsInBetweenIsNotOverwritten) {
 TEST_F(RewriteFaults, TheTablesPermissionsCarryOver) {
   for (const mode_t mode : {0640U, 0600U, 0444U, 0664U}) {
     ASSERT_EQ(chmod((data_ / "aircraft.csv").c_str(), mode), 0);
-    EXPECT_EQ(rewrite(), RewriteOutcome::done);
+    EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
     struct stat info {};
     ASSERT_EQ(stat((data_ / "aircraft.csv").c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 07777U, mode);
@@ -214,13 +214,13 @@ TEST_F(RewriteFaults, ARemainderOfAReadOnlyTablesRewriteIsNoObstacle) {
   test::writeBytes(data_ / "aircraft.$$$", "left over");
   ASSERT_EQ(chmod((data_ / "aircraft.$$$").c_str(), 0444), 0);
   ASSERT_EQ(chmod((data_ / "aircraft.csv").c_str(), 0444), 0);
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_EQ(bytes("aircraft.csv"), "A,1\r\nJA8089,B748\r\n");
 }
 
 TEST_F(RewriteFaults, ALinkFromTheNewFileToTheTableCostsNoByte) {
   fs::create_symlink("aircraft.csv", data_ / "aircraft.$$$");
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_EQ(bytes("aircraft.csv"), "A,1\r\nJA8089,B748\r\n");
   EXPECT_EQ(bytes("aircraft.bak"), before_);
 }
@@ -228,7 +228,7 @@ TEST_F(RewriteFaults, ALinkFromTheNewFileToTheTableCostsNoByte) {
 TEST_F(RewriteFaults, ALinkThatCannotBeRemovedCostsNoByteEither) {
   fs::create_hard_link(data_ / "aircraft.csv", data_ / "aircraft.$$$");
   allowWriting(false);
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #70");
   EXPECT_EQ(bytes("aircraft.csv"), before_);
 }
@@ -236,13 +236,13 @@ TEST_F(RewriteFaults, ALinkThatCannotBeRemovedCostsNoByteEither) {
 TEST_F(RewriteFaults, AFolderInThePlaceOfTheTableEndsTheProgram) {
   fs::remove(data_ / "aircraft.csv");
   fs::create_directory(data_ / "aircraft.csv");
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #53");
 }
 
 TEST_F(RewriteFaults, AMissingDataFolderEndsTheProgram) {
   fs::rename(data_, base_->path() / "moved");
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   expectEnded("ERROR #76");
   fs::rename(base_->path() / "moved", data_);
 }

@@ -9,6 +9,7 @@
 #include "tables/rewrite.h"
 #include "tests/held/file_holder.h"
 #include "tests/held/messages.h"
+#include "tests/support/driven_rewrite.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 
@@ -35,8 +36,8 @@ class HeldTableTest : public testing::Test {
     writeBytes(backup_, "an older backup\r\n");
   }
 
-  RewriteOutcome rewrite() {
-    return ReferenceTableRewrite(
+  test::DrivenRewrite rewrite() {
+    return test::drive(
         desktop_, base_.folders, Encoding::codePage932(),
         {.table = Table::flight, .key = "JL0012", .newRecord = "JL0012,RJTTKSFO,－①"});
   }
@@ -49,7 +50,7 @@ class HeldTableTest : public testing::Test {
 };
 
 TEST_F(HeldTableTest, WithoutASpreadsheetTheRewriteJustWorks) {
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_THAT(desktop_.messages, IsEmpty());
   EXPECT_EQ(base_.data("FLIGHT.csv"), kNewTable);
   EXPECT_EQ(base_.data("FLIGHT.bak"), kOldTable);
@@ -66,7 +67,7 @@ TEST_F(HeldTableTest, RetrySucceedsAsSoonAsTheSpreadsheetLetsGo) {
     EXPECT_TRUE(fileExists(live_));
     return ++asked < 2 || spreadsheet.release();
   };
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused, kRenameRefused));
   EXPECT_FALSE(desktop_.ended);
   EXPECT_EQ(base_.data("FLIGHT.csv"), kNewTable);
@@ -79,7 +80,7 @@ TEST_F(HeldTableTest, RetrySucceedsAsSoonAsTheSpreadsheetLetsGo) {
 TEST_F(HeldTableTest, CancelEndsTheProgramAndCostsNothingButTheOldBackup) {
   FileHolder spreadsheet(live_, FileHolder::Shares::reading);
   ASSERT_TRUE(spreadsheet.isHolding());
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused));
   EXPECT_TRUE(desktop_.ended);
   EXPECT_EQ(desktop_.exitStatus, 1);
@@ -92,12 +93,12 @@ TEST_F(HeldTableTest, CancelEndsTheProgramAndCostsNothingButTheOldBackup) {
 TEST_F(HeldTableTest, AfterACancelTheNextRewriteWorksAgain) {
   FileHolder spreadsheet(live_, FileHolder::Shares::reading);
   ASSERT_TRUE(spreadsheet.isHolding());
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   ASSERT_TRUE(spreadsheet.release());
   desktop_ = RecordingDesktop();
   recoverTables(base_.folders);
   EXPECT_EQ(base_.data("FLIGHT.csv"), kOldTable) << "nothing is repaired silently";
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_EQ(base_.data("FLIGHT.csv"), kNewTable);
   EXPECT_EQ(base_.data("FLIGHT.bak"), kOldTable);
 }
@@ -105,7 +106,7 @@ TEST_F(HeldTableTest, AfterACancelTheNextRewriteWorksAgain) {
 TEST_F(HeldTableTest, OneThatCannotEvenBeReadIsError70AndStaysUntouched) {
   FileHolder other(live_, FileHolder::Shares::nothing);
   ASSERT_TRUE(other.isHolding());
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
   EXPECT_EQ(desktop_.exitStatus, 1);
   ASSERT_TRUE(other.release());
@@ -117,7 +118,7 @@ TEST_F(HeldTableTest, OneThatCannotEvenBeReadIsError70AndStaysUntouched) {
 TEST_F(HeldTableTest, AHeldBackupIsError70AndTheLiveTableStays) {
   FileHolder other(backup_, FileHolder::Shares::reading);
   ASSERT_TRUE(other.isHolding());
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
   EXPECT_EQ(base_.data("FLIGHT.csv"), kOldTable);
   EXPECT_EQ(base_.data("FLIGHT.bak"), "an older backup\r\n");
@@ -127,7 +128,7 @@ TEST_F(HeldTableTest, AHeldTemporaryFileIsError70AndTheLiveTableStays) {
   writeBytes(temporary_, "left over");
   FileHolder other(temporary_, FileHolder::Shares::reading);
   ASSERT_TRUE(other.isHolding());
-  EXPECT_EQ(rewrite(), RewriteOutcome::programEnds);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
   EXPECT_EQ(base_.data("FLIGHT.csv"), kOldTable);
 }

@@ -2,26 +2,19 @@
 
 #include <string>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "core/helpers.h"
+#include "core/file.h"
 #include "tests/held/file_holder.h"
-#include "tests/held/messages.h"
-#include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 
 namespace vel {
 namespace {
 
 using test::FileHolder;
-using test::kRenameRefused;
 using test::readBytes;
-using test::RecordingDesktop;
 using test::TemporaryFolder;
 using test::writeBytes;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 class RenameHeldTest : public testing::TestWithParam<FileHolder::Shares> {
  protected:
@@ -30,7 +23,6 @@ class RenameHeldTest : public testing::TestWithParam<FileHolder::Shares> {
   TemporaryFolder folder_;
   std::filesystem::path live_ = folder_ / "aircraft.csv";
   std::filesystem::path backup_ = folder_ / "aircraft.bak";
-  RecordingDesktop desktop_;
 };
 
 INSTANTIATE_TEST_SUITE_P(OtherProgramShares, RenameHeldTest,
@@ -51,43 +43,33 @@ TEST_P(RenameHeldTest, AHeldFileIsTheRealSharingError75) {
   EXPECT_EQ(renamed.error().text(), "ERROR #75");
 }
 
-TEST_P(RenameHeldTest, RetryAfterTheOtherProgramLetGoCompletesTheRename) {
+TEST_P(RenameHeldTest, AfterTheOtherProgramLetGoTheRenameSucceeds) {
   FileHolder holder(live_, GetParam());
   ASSERT_TRUE(holder.isHolding());
-  int asked = 0;
-  desktop_.onRetry = [&] { return ++asked < 3 || holder.release(); };
-  EXPECT_EQ(RenameWithRetry(desktop_, live_, backup_), RenameOutcome::renamed);
-  EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused, kRenameRefused, kRenameRefused));
-  EXPECT_FALSE(desktop_.ended);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_FALSE(renameFile(live_, backup_).ok());
+    EXPECT_TRUE(fileExists(live_));
+    EXPECT_FALSE(fileExists(backup_));
+  }
+  ASSERT_TRUE(holder.release());
+  EXPECT_TRUE(renameFile(live_, backup_).ok());
   EXPECT_EQ(readBytes(backup_), "JA8089,B744\r\n");
   EXPECT_FALSE(fileExists(live_));
-}
-
-TEST_P(RenameHeldTest, CancelEndsTheProgramAndLeavesTheFilesAsTheyAre) {
-  FileHolder holder(live_, GetParam());
-  ASSERT_TRUE(holder.isHolding());
-  EXPECT_EQ(RenameWithRetry(desktop_, live_, backup_), RenameOutcome::programEnds);
-  EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused));
-  EXPECT_TRUE(desktop_.ended);
-  EXPECT_EQ(desktop_.exitStatus, 1);
-  ASSERT_TRUE(holder.release());
-  EXPECT_EQ(readBytes(live_), "JA8089,B744\r\n");
-  EXPECT_FALSE(fileExists(backup_));
 }
 
 TEST_P(RenameHeldTest, ACrashOfTheOtherProgramLetsGoToo) {
   FileHolder holder(live_, GetParam());
   ASSERT_TRUE(holder.isHolding());
-  desktop_.onRetry = [&] { return holder.crash(); };
-  EXPECT_EQ(RenameWithRetry(desktop_, live_, backup_), RenameOutcome::renamed);
-  EXPECT_THAT(desktop_.messages, ElementsAre(kRenameRefused));
+  EXPECT_FALSE(renameFile(live_, backup_).ok());
+  ASSERT_TRUE(holder.crash());
+  EXPECT_TRUE(renameFile(live_, backup_).ok());
 }
 
 TEST_P(RenameHeldTest, AnExistingTargetIsStillError58) {
   writeBytes(backup_, "old");
-  RecordingDesktop desktop;
-  EXPECT_EQ(RenameWithRetry(desktop, live_, backup_), RenameOutcome::programEnds);
-  EXPECT_THAT(desktop.messages, ElementsAre("ERROR #58"));
+  const Status renamed = renameFile(live_, backup_);
+  ASSERT_FALSE(renamed.ok());
+  EXPECT_EQ(renamed.error().text(), "ERROR #58");
 }
 
 TEST(HeldFile, ThatSharesNothingCannotBeReadAndIs70) {

@@ -115,7 +115,7 @@ TEST_F(HfdlRowTest, RouteWithoutARemarkIsShown) {
 
 TEST_F(HfdlRowTest, MatchingFlightWithoutARouteEndsTheProgram) {
   base_.writeData("FLIGHT.csv", {"JL0123"});
-  EXPECT_EQ(errorOf(record("86D324", "", "JL0123")), "ERROR #9");
+  EXPECT_EQ(errorOf(record("86D324", "", "JL0123")), "ERROR #9\n\nFLIGHT.csv, line 1");
 }
 
 TEST_F(HfdlRowTest, MissingFlightTableEndsTheProgramOnlyWhereThereIsAFlight) {

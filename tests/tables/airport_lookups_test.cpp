@@ -20,29 +20,37 @@ class Airport : public testing::Test {
 
 TEST_F(Airport, TheLastLineThatContainsTheCodeGivesTheName) {
   base_.writeData("airport.csv", {"RJTT,Tokyo HND", "RJAA,Narita NRT", "XRJTT,Longer XXX"});
-  EXPECT_EQ(tables_.L4toName("RJTT").value(), "Longer XXX");
-  EXPECT_EQ(tables_.L4toName("RJAA").value(), "Narita NRT");
-  EXPECT_EQ(tables_.L4toName("RJ").value(), "Longer XXX");
-  EXPECT_EQ(tables_.L4toName("rjtt").value(), "");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJTT").value(), "Longer XXX");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJAA").value(), "Narita NRT");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJ").value(), "Longer XXX");
+  EXPECT_EQ(tables_.airportNameOfLastLine("rjtt").value(), "");
 }
 
 TEST_F(Airport, AnEmptyCodeHasNoNameAndOpensNoTable) {
-  EXPECT_EQ(tables_.L4toName("").value(), "");
-  EXPECT_EQ(tables_.L4toName("RJTT").error().text(), "ERROR #53");
+  EXPECT_EQ(tables_.airportNameOfLastLine("").value(), "");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJTT").error().text(), "ERROR #53");
 }
 
 TEST_F(Airport, TheCodeWithinANameIsNoMatch) {
   base_.writeData("airport.csv", {"KLAX,Los Angeles LAX", "XXXX,Not RJTT at all YYY"});
-  EXPECT_EQ(tables_.L4toName("RJTT").value(), "");
-  EXPECT_EQ(tables_.LoadAPcode("RJTT").value(), "");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJTT").value(), "");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJTT").value(), std::nullopt);
+}
+
+TEST_F(Airport, AnEmptyNameIsNotAMissingAirport) {
+  base_.writeData("airport.csv", {"RJTT,", "RJAA,Narita NRT"});
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJTT").value(), "");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJBB").value(), std::nullopt);
 }
 
 TEST_F(Airport, AShortLineIsAnErrorOnlyWhereItMatches) {
   base_.writeData("airport.csv", {"RJTT", "RJAA,Narita NRT"});
-  EXPECT_EQ(tables_.L4toName("RJTT").error().text(), "ERROR #9");
-  EXPECT_EQ(tables_.L4toName("RJAA").value(), "Narita NRT");
-  EXPECT_EQ(tables_.LoadAPcode("RJTT").error().text(), "ERROR #9");
-  EXPECT_EQ(tables_.L3toL4("NRT").value(), "RJAA");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJTT").error().text(),
+            "ERROR #9\n\nairport.csv, line 1");
+  EXPECT_EQ(tables_.airportNameOfLastLine("RJAA").value(), "Narita NRT");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJTT").error().text(),
+            "ERROR #9\n\nairport.csv, line 1");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("NRT").value(), "RJAA");
   EXPECT_EQ(tables_.airportCodeOfName("Narita NRT").value(), "RJAA");
   EXPECT_THAT(tables_.airportNames("").value(), ElementsAre("Narita NRT"));
 }
@@ -50,49 +58,49 @@ TEST_F(Airport, AShortLineIsAnErrorOnlyWhereItMatches) {
 TEST_F(Airport, AByteOfATwoByteCharacterIsNoLetterOfTheCode) {
   ASSERT_EQ(test::cp932("カ")[1], 'J');
   base_.writeData("airport.csv", {"RJTT,right HND", "RカTT,wrong XXX"});
-  EXPECT_EQ(tables_.L4toName("JTT").value(), "right HND");
+  EXPECT_EQ(tables_.airportNameOfLastLine("JTT").value(), "right HND");
 }
 
 TEST_F(Airport, TheFirstNameThatEndsInTheThreeLettersGivesTheCode) {
   base_.writeData("airport.csv",
                   {"AAAA,HND first", "RJTT,Tokyo HND", "RJTX,Other HND", "RJAA,Narita NRT"});
-  EXPECT_EQ(tables_.L3toL4("HND").value(), "RJTT");
-  EXPECT_EQ(tables_.L3toL4("NRT").value(), "RJAA");
-  EXPECT_EQ(tables_.L3toL4("hnd").value(), "");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("HND").value(), "RJTT");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("NRT").value(), "RJAA");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("hnd").value(), "");
 }
 
 TEST_F(Airport, OnlyThreeCharactersCanBeTheEndOfAName) {
   base_.writeData("airport.csv", {"RJTT,Tokyo HND"});
-  EXPECT_EQ(tables_.L3toL4("ND").value(), "");
-  EXPECT_EQ(tables_.L3toL4(" HND").value(), "");
-  EXPECT_EQ(tables_.L3toL4("").value(), "");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("ND").value(), "");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters(" HND").value(), "");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("").value(), "");
 }
 
 TEST_F(Airport, ANameWithFurtherFieldsStillEndsInItsCode) {
   base_.writeData("airport.csv", {"RJTT,Tokyo HND,more", "RJAA,Narita NRT HND x"});
-  EXPECT_EQ(tables_.L3toL4("HND").value(), "RJTT");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("HND").value(), "RJTT");
 }
 
 TEST_F(Airport, AByteOfATwoByteCharacterIsNoLetterOfTheThree) {
   ASSERT_EQ(test::cp932("ォ")[1], 'H');
   base_.writeData("airport.csv", {"XXXX,空港ォND", "RJTT,羽田HND"});
-  EXPECT_EQ(tables_.L3toL4("HND").value(), "RJTT");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("HND").value(), "RJTT");
 }
 
 TEST_F(Airport, ThreeLettersInFullWidthAreFoundToo) {
   base_.writeData("airport.csv", {"RJAA,成田ＮＲＴ", "RJTT,羽田ＨＮＤ"});
-  EXPECT_EQ(tables_.L3toL4("ＨＮＤ").value(), "RJTT");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("ＨＮＤ").value(), "RJTT");
 }
 
 TEST_F(Airport, TheFirstEqualCodeGivesTheName) {
   base_.writeData("airport.csv", {"XRJTT,Longer XXX", "RJTT,Tokyo HND", "RJTT,Second HND"});
-  EXPECT_EQ(tables_.LoadAPcode("RJTT").value(), "Tokyo HND");
-  EXPECT_EQ(tables_.LoadAPcode("RJT").value(), "");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJTT").value(), "Tokyo HND");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJT").value(), std::nullopt);
 }
 
 TEST_F(Airport, AnEmptiedCodeBoxFindsNothingAlsoWithABlankLineInTheTable) {
   base_.writeData("airport.csv", {"RJTT,Tokyo HND", "", "RJAA,Narita NRT"});
-  EXPECT_EQ(tables_.LoadAPcode("").value(), "");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("").value(), std::nullopt);
 }
 
 TEST_F(Airport, TheFirstEqualNameGivesTheCode) {
@@ -149,8 +157,8 @@ TEST_F(Airport, ADamagedNameIsListedButNothingDamagedIsFound) {
 TEST_F(Airport, OnlyTheKeywordSearchNamesTheMissingTable) {
   EXPECT_EQ(tables_.airportNames("x").error().text(), "Not found data\\airport.csv");
   EXPECT_EQ(tables_.airportNames("").error().text(), "Not found data\\airport.csv");
-  EXPECT_EQ(tables_.L3toL4("HND").error().text(), "ERROR #53");
-  EXPECT_EQ(tables_.LoadAPcode("RJTT").error().text(), "ERROR #53");
+  EXPECT_EQ(tables_.airportCodeOfThreeLetters("HND").error().text(), "ERROR #53");
+  EXPECT_EQ(tables_.airportNameOfFirstLine("RJTT").error().text(), "ERROR #53");
   EXPECT_EQ(tables_.airportCodeOfName("x").error().text(), "ERROR #53");
 }
 

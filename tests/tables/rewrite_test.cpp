@@ -9,6 +9,7 @@
 
 #include "core/file.h"
 #include "tables/tables.h"
+#include "tests/support/driven_rewrite.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 
@@ -29,16 +30,16 @@ class RewriteTest : public testing::Test {
   [[nodiscard]] bool exists(std::string_view name) const {
     return fileExists(base_.folders.data / name);
   }
-  RewriteOutcome rewrite(const TableEdit& edit) {
-    return ReferenceTableRewrite(desktop_, base_.folders, encoding_, edit);
+  test::DrivenRewrite rewrite(const TableEdit& edit) {
+    return test::drive(desktop_, base_.folders, encoding_, edit);
   }
   void expectDone(const TableEdit& edit) {
-    EXPECT_EQ(rewrite(edit), RewriteOutcome::done);
+    EXPECT_EQ(rewrite(edit), test::DrivenRewrite::done);
     EXPECT_THAT(desktop_.messages, IsEmpty());
     EXPECT_FALSE(desktop_.ended);
   }
   void expectFatal(const TableEdit& edit, const std::string& message) {
-    EXPECT_EQ(rewrite(edit), RewriteOutcome::programEnds);
+    EXPECT_EQ(rewrite(edit), test::DrivenRewrite::programEnds);
     EXPECT_THAT(desktop_.messages, ElementsAre(message));
     EXPECT_TRUE(desktop_.ended);
     EXPECT_EQ(desktop_.exitStatus, 1);
@@ -67,8 +68,8 @@ TEST_F(RewriteTest, AfterTheEditBothWindowsShowTheSameEquipment) {
   base_.writeData("aircraft.csv", {"JA8089,first", "JA8089,second"});
   expectDone({.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B744"});
   const Tables tables(base_.folders, encoding_);
-  EXPECT_EQ(tables.SearchAircraft("JA8089").value(), "B744");
-  EXPECT_EQ(tables.SchAircraft("JA8089").value(), "B744");
+  EXPECT_EQ(tables.equipmentOfLastLine("JA8089").value(), "B744");
+  EXPECT_EQ(tables.equipmentOfFirstLine("JA8089").value(), "B744");
 }
 
 TEST_F(RewriteTest, AnEmptyEquipmentRemovesEveryLineOfTheRegistration) {
@@ -161,8 +162,10 @@ TEST_F(RewriteTest, LetterLinesKeepThreeFieldsInThreeFieldMode) {
 
 TEST_F(RewriteTest, LetterLinesKeepFourFieldsInFourFieldMode) {
   base_.writeData("letter.csv", {"CT,AAE,Air Atlanta,One", "JL,JAL,Japan,Two,Three"});
-  expectDone(
-      {.table = Table::letter, .key = "CT", .newRecord = "CT,AAE,Atlanta,New", .fourFields = true});
+  expectDone({.table = Table::letter,
+              .key = "CT",
+              .newRecord = "CT,AAE,Atlanta,New",
+              .letterFields = LetterFields::four});
   EXPECT_EQ(base_.data("letter.csv"), "CT,AAE,Atlanta,New\r\nJL,JAL,Japan,Two\r\n");
 }
 
@@ -171,7 +174,7 @@ TEST_F(RewriteTest, ACommaInTheCompanyMakesAnExtraField) {
   expectDone({.table = Table::letter,
               .key = "CT",
               .newRecord = "CT,AAE,Atlanta,Co, Ltd",
-              .fourFields = true});
+              .letterFields = LetterFields::four});
   EXPECT_EQ(base_.data("letter.csv"), "CT,AAE,Atlanta,Co, Ltd\r\n");
 }
 
@@ -245,27 +248,33 @@ TEST_F(RewriteTest, ALineOfSeveralMegabytesIsCarriedThrough) {
 
 TEST_F(RewriteTest, AShortFlightLineEndsTheProgramWithTheTableUntouched) {
   base_.writeData("FLIGHT.csv", {"A,RJTTKLAX,-", "B,RJTTKLAX", "C,RJTTKLAX,-"});
-  expectFatal({.table = Table::flight, .key = "A", .newRecord = "A,KLAXRJTT,-"}, "ERROR #9");
+  expectFatal({.table = Table::flight, .key = "A", .newRecord = "A,KLAXRJTT,-"},
+              "ERROR #9\n\nFLIGHT.csv, line 2");
   EXPECT_EQ(base_.data("FLIGHT.csv"), "A,RJTTKLAX,-\r\nB,RJTTKLAX\r\nC,RJTTKLAX,-\r\n");
   EXPECT_FALSE(exists("FLIGHT.bak"));
   EXPECT_FALSE(exists("FLIGHT.$$$"));
 }
 
 TEST_F(RewriteTest, AnAirportLineWithoutANameEndsTheProgram) {
-  base_.writeData("airport.csv", {"RJTT,Tokyo HND", ""});
-  expectFatal({.table = Table::airport, .key = "RJTT", .newRecord = "RJTT,x"}, "ERROR #9");
-  EXPECT_EQ(base_.data("airport.csv"), "RJTT,Tokyo HND\r\n\r\n");
+  base_.writeData("airport.csv", {"RJTT,Tokyo HND", "RJAA"});
+  expectFatal({.table = Table::airport, .key = "RJTT", .newRecord = "RJTT,x"},
+              "ERROR #9\n\nairport.csv, line 2");
+  EXPECT_EQ(base_.data("airport.csv"), "RJTT,Tokyo HND\r\nRJAA\r\n");
 }
 
 TEST_F(RewriteTest, ALetterLineOfTwoFieldsEndsTheProgram) {
   base_.writeData("letter.csv", {"CT,AAE", "JL,JAL,Japan"});
-  expectFatal({.table = Table::letter, .key = "JL", .newRecord = "JL,JAL,x"}, "ERROR #9");
+  expectFatal({.table = Table::letter, .key = "JL", .newRecord = "JL,JAL,x"},
+              "ERROR #9\n\nletter.csv, line 1");
 }
 
 TEST_F(RewriteTest, ALineOfThreeFieldsEndsTheProgramInFourFieldMode) {
   base_.writeData("letter.csv", {"CT,AAE,Air Atlanta,One", "JL,JAL,Japan"});
-  expectFatal({.table = Table::letter, .key = "CT", .newRecord = "CT,AAE,x,y", .fourFields = true},
-              "ERROR #9");
+  expectFatal({.table = Table::letter,
+               .key = "CT",
+               .newRecord = "CT,AAE,x,y",
+               .letterFields = LetterFields::four},
+              "ERROR #9\n\nletter.csv, line 2");
   EXPECT_EQ(base_.data("letter.csv"), "CT,AAE,Air Atlanta,One\r\nJL,JAL,Japan\r\n");
 }
 
@@ -286,6 +295,79 @@ TEST_F(RewriteTest, AnEndlessLineEndsTheProgramWithTheTableUntouched) {
 TEST_F(RewriteTest, AMissingTableEndsTheProgram) {
   expectFatal({.table = Table::icao24, .key = "A", .newRecord = "A,1,2,3,4"}, "ERROR #53");
   EXPECT_FALSE(exists("ICAO24.csv"));
+}
+
+// ---- blank lines, line ends and byte order marks
+
+TEST_F(RewriteTest, BlankLinesAreCarriedThrough) {
+  writeRaw("FLIGHT.csv", "\r\nA,RJTTKLAX,-\r\n\nB,RJTTKLAX,-\r\n\r\n");
+  expectDone({.table = Table::flight, .key = "B", .newRecord = "B,KLAXRJTT,-"});
+  EXPECT_EQ(raw("FLIGHT.csv"), "\r\nA,RJTTKLAX,-\r\n\r\nB,KLAXRJTT,-\r\n\r\n");
+  writeRaw("airport.csv", "RJTT,Tokyo HND\r\n\r\n");
+  expectDone({.table = Table::airport, .key = "RJAA", .newRecord = "RJAA,Narita NRT"});
+  EXPECT_EQ(raw("airport.csv"), "RJTT,Tokyo HND\r\n\r\nRJAA,Narita NRT\r\n");
+  for (const LetterFields fields : {LetterFields::three, LetterFields::four}) {
+    writeRaw("letter.csv", "\r\nCT,AAE,Atlanta,One\r\n");
+    expectDone({.table = Table::letter, .key = "ZZ", .newRecord = {}, .letterFields = fields});
+    EXPECT_EQ(raw("letter.csv"), fields == LetterFields::four ? "\r\nCT,AAE,Atlanta,One\r\n"
+                                                              : "\r\nCT,AAE,Atlanta\r\n");
+  }
+}
+
+TEST_F(RewriteTest, ABlankLineIsNotTheRecordOfAnEmptyKey) {
+  writeRaw("letter.csv", "\r\nCT,AAE,Atlanta\r\n");
+  expectDone({.table = Table::letter, .key = "", .newRecord = ",ANA,x"});
+  EXPECT_EQ(raw("letter.csv"), "\r\nCT,AAE,Atlanta\r\n,ANA,x\r\n");
+}
+
+TEST_F(RewriteTest, ALineOfBlanksIsNoBlankLine) {
+  writeRaw("FLIGHT.csv", "A,RJTTKLAX,-\r\n\r\n \r\n");
+  expectFatal({.table = Table::flight, .key = "A", .newRecord = "A,KLAXRJTT,-"},
+              "ERROR #9\n\nFLIGHT.csv, line 3");
+}
+
+TEST_F(RewriteTest, TheErrorNamesTheFileAsItWasFound) {
+  writeRaw("Flight.CSV", "A\r\n");
+  expectFatal({.table = Table::flight, .key = "B", .newRecord = "B,KLAXRJTT,-"},
+              "ERROR #9\n\nFlight.CSV, line 1");
+}
+
+TEST_F(RewriteTest, ATableWithCarriageReturnsAloneComesOutComplete) {
+  writeRaw("aircraft.csv", "A,1\rB,2,x\r\rcomment\rC,3\r\nD,4\nE,5");
+  expectDone({.table = Table::aircraft, .key = "C", .newRecord = "C,9"});
+  EXPECT_EQ(raw("aircraft.csv"), "A,1\r\nB,2\r\nC,9\r\nD,4\r\nE,5\r\n");
+  std::string before;
+  std::string after;
+  for (int i = 0; i < 40000; ++i) {
+    const std::string record = "JA" + std::to_string(i) + ",RJTTKLAX,-";
+    before += record + '\r';
+    after += record + "\r\n";
+  }
+  writeRaw("FLIGHT.csv", before);
+  expectDone({.table = Table::flight, .key = "none", .newRecord = {}});
+  EXPECT_EQ(raw("FLIGHT.csv"), after);
+}
+
+TEST_F(RewriteTest, AByteOrderMarkIsKeptAndTheFirstRecordIsFoundBehindIt) {
+  encoding_ = Encoding::named("UTF-8").value();
+  writeRaw("aircraft.csv", "\xEF\xBB\xBFJA1,A\r\nJA2,B\r\n");
+  expectDone({.table = Table::aircraft, .key = "JA1", .newRecord = "JA1,ジャンボ"});
+  EXPECT_EQ(raw("aircraft.csv"), "\xEF\xBB\xBFJA1,ジャンボ\r\nJA2,B\r\n");
+  writeRaw("aircraft.csv", "\xEF\xBB\xBF");
+  expectDone({.table = Table::aircraft, .key = "JA1", .newRecord = "JA1,A"});
+  EXPECT_EQ(raw("aircraft.csv"), "\xEF\xBB\xBFJA1,A\r\n");
+}
+
+TEST_F(RewriteTest, AKeyFromTheAirThatNoFieldCanHoldIsRefused) {
+  base_.writeData("FLIGHT.csv", {"A,RJTTKLAX,-"});
+  for (const char* key : {"AB,12", "AB\"12", "AB\x01", "AB\t", "AB\x7F", "AB\xC2\x85"}) {
+    desktop_.messages.clear();
+    EXPECT_EQ(rewrite(flightEdit(key, {"RJTT", "KLAX", "-"})), test::DrivenRewrite::refused) << key;
+    EXPECT_THAT(desktop_.messages,
+                ElementsAre("Illegal character is included. 登録できない文字が含まれています。"));
+  }
+  EXPECT_EQ(desktop_.eventTurns, 0);
+  EXPECT_EQ(base_.data("FLIGHT.csv"), "A,RJTTKLAX,-\r\n");
 }
 
 // ---- the files
@@ -354,7 +436,7 @@ TEST_F(RewriteTest, AProgramThatEndsInTheFirstTurnTouchesNothing) {
   base_.writeData("aircraft.csv", {"A,1"});
   desktop_.onProcessEvents = [&] { desktop_.endProgram(0); };
   EXPECT_EQ(rewrite({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}),
-            RewriteOutcome::programEnds);
+            test::DrivenRewrite::programEnds);
   EXPECT_THAT(listFolder(base_.folders.data).value(), ElementsAre("aircraft.csv"));
   EXPECT_EQ(base_.data("aircraft.csv"), "A,1\r\n");
   EXPECT_THAT(desktop_.messages, IsEmpty());
@@ -367,7 +449,7 @@ TEST_F(RewriteTest, AProgramThatEndsInTheSecondTurnRenamesNothing) {
     if (desktop_.eventTurns == 2) desktop_.endProgram(0);
   };
   EXPECT_EQ(rewrite({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}),
-            RewriteOutcome::programEnds);
+            test::DrivenRewrite::programEnds);
   EXPECT_EQ(base_.data("aircraft.csv"), "A,1\r\n");
   EXPECT_EQ(raw("aircraft.bak"), "old");
   EXPECT_EQ(raw("aircraft.$$$"), "A,2\r\n");
@@ -406,7 +488,7 @@ TEST_F(RewriteTest, ARewriteOfAnotherTableMayRunInBetween) {
   desktop_.onProcessEvents = [&] {
     if (desktop_.eventTurns != 2) return;
     EXPECT_EQ(rewrite({.table = Table::flight, .key = "A", .newRecord = "A,KLAXRJTT,-"}),
-              RewriteOutcome::done);
+              test::DrivenRewrite::done);
   };
   expectDone({.table = Table::aircraft, .key = "A", .newRecord = "A,2"});
   EXPECT_EQ(base_.data("aircraft.csv"), "A,2\r\n");
@@ -418,45 +500,12 @@ TEST_F(RewriteTest, ARewriteOfAnotherTableMayRunInBetween) {
 TEST_F(RewriteTest, ARecordThatTheEncodingCannotHoldIsRefusedBeforeAnythingHappens) {
   base_.writeData("aircraft.csv", {"A,1"});
   EXPECT_EQ(rewrite({.table = Table::aircraft, .key = "A", .newRecord = "A,Crème"}),
-            RewriteOutcome::refused);
+            test::DrivenRewrite::refused);
   EXPECT_THAT(desktop_.messages,
               ElementsAre("Illegal character is included. 登録できない文字が含まれています。"));
   EXPECT_EQ(desktop_.eventTurns, 0);
   EXPECT_FALSE(desktop_.ended);
   EXPECT_THAT(listFolder(base_.folders.data).value(), ElementsAre("aircraft.csv"));
-}
-
-TEST(CanBeStored, WhatCodePage932Holds) {
-  const Encoding encoding = Encoding::codePage932();
-  EXPECT_TRUE(canBeStored(encoding, ""));
-  EXPECT_TRUE(canBeStored(encoding, "B737-800 (W) \\ ~"));
-  EXPECT_TRUE(canBeStored(encoding, "ソ連ポ ＨＮＤ ①髙 ｱ"));
-  EXPECT_FALSE(canBeStored(encoding, "Crème"));
-  EXPECT_FALSE(canBeStored(encoding, "한국"));
-  EXPECT_FALSE(canBeStored(encoding, "✈"));
-}
-
-TEST(CanBeStored, BothFormsOfTheWaveDashAreOne) {
-  EXPECT_TRUE(canBeStored(Encoding::codePage932(), "羽田\u301C成田"));
-  EXPECT_TRUE(canBeStored(Encoding::codePage932(), "羽田\uFF5E成田"));
-}
-
-TEST(CanBeStored, AYenSignWouldComeBackAsABackslash) {
-  EXPECT_FALSE(canBeStored(Encoding::codePage932(), "\u00A5100"));
-  EXPECT_FALSE(canBeStored(Encoding::codePage932(), "日本\u203E"));
-}
-
-TEST(CanBeStored, DamagedBytesAndLineBreaksCannot) {
-  EXPECT_FALSE(canBeStored(Encoding::codePage932(), "JA\uFFFD"));
-  EXPECT_FALSE(canBeStored(Encoding::named("UTF-8").value(), "JA\uFFFD"));
-  EXPECT_FALSE(canBeStored(Encoding::codePage932(), "a\nb"));
-  EXPECT_FALSE(canBeStored(Encoding::codePage932(), "a\r"));
-}
-
-TEST(CanBeStored, AnotherEncodingHoldsOtherTexts) {
-  EXPECT_TRUE(canBeStored(Encoding::named("UTF-8").value(), "Crème 한국 ✈"));
-  EXPECT_TRUE(canBeStored(Encoding::named("windows-1252").value(), "Crème"));
-  EXPECT_FALSE(canBeStored(Encoding::named("windows-1252").value(), "羽田"));
 }
 
 // ---- a rewrite that was cut off

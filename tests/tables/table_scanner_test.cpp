@@ -43,10 +43,9 @@ std::vector<std::string> linesOneByOne(std::string_view content, std::string_vie
                                        Anchor anchor) {
   std::vector<std::string> found;
   while (!content.empty()) {
-    const std::size_t end = content.find('\n');
-    std::string_view line = content.substr(0, end);
-    content.remove_prefix(end == std::string_view::npos ? content.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
+    const std::string_view line = content.substr(0, content.find_first_of("\r\n"));
+    content.remove_prefix(line.size());
+    content.remove_prefix(content.starts_with("\r\n") ? 2 : content.empty() ? 0 : 1);
     const bool wanted = anchor == Anchor::lineStart ? line.starts_with(bytes)
                                                     : line.find(bytes) != std::string_view::npos;
     if (wanted) found.emplace_back(line);

@@ -138,7 +138,7 @@ TEST_F(Address, ARowWithAnEmptyThreeLetterCodeGivesAnEmptyCode) {
 
 TEST_F(Address, AMatchingRowWithoutASecondFieldIsAnError) {
   base_.writeData("letter.csv", {"BA"});
-  EXPECT_EQ(flight(FlightEngine::flightAware, "BA0007"), "ERROR #9");
+  EXPECT_EQ(flight(FlightEngine::flightAware, "BA0007"), "ERROR #9\n\nletter.csv, line 1");
   EXPECT_EQ(flight(FlightEngine::flyteComm, "JL0007"),
             "https://www.flytecomm.com/cgi-bin/trackflight?action=select_advanced&flight_id=JL7");
 }

@@ -65,7 +65,7 @@ bool AirlineEditor::AirLineLoad(const std::string& prefix) {
   display_->clear();
   company_->clear();
   prefix_ = prefix;
-  const Airline airline = editing_.valueOrEnd(editing_.tables().AirLineLoad(prefix));
+  const Airline airline = editing_.valueOrEnd(editing_.tables().airlineOf(prefix));
   if (editing_.desktop().isEnding()) return false;
   if (airline.found) {
     threeLetter_->setText(toQString(airline.threeLetter));
@@ -96,17 +96,14 @@ void AirlineEditor::saveAirline() {
   }
   if (!editing_.acceptTexts({threeLetter_->text(), display_->text()})) return;
   // A comma in the company name is let through: only what cannot be stored is not.
-  if (!editing_.canStore(company_->text() + toQString(prefix_))) return;
-  TableEdit edit;
-  edit.table = Table::letter;
-  edit.key = prefix_;
-  edit.fourFields = fourFields_;
-  if (!threeLetter_->text().isEmpty() || !display_->text().isEmpty()) {
-    edit.newRecord =
-        prefix_ + ',' + threeLetter_->text().toStdString() + ',' + display_->text().toStdString();
-    if (fourFields_) edit.newRecord += ',' + company_->text().toStdString();
-  }
-  editing_.rewrite(*enter_, edit, rowUpdate_());
+  if (!editing_.canStore(company_->text())) return;
+  if (!editing_.acceptKey(toQString(prefix_))) return;
+  Airline edited;
+  edited.threeLetter = threeLetter_->text().toStdString();
+  edited.display = display_->text().toStdString();
+  edited.company = company_->text().toStdString();
+  edited.fourFields = fourFields_;
+  editing_.rewrite(*enter_, airlineEdit(prefix_, edited), rowUpdate_());
 }
 
 }  // namespace vel

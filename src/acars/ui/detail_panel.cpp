@@ -48,7 +48,7 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* l
       model_(model),
       busy_(new BusyLabels(QStringLiteral("Processing"), this)),
       lookUp_(context, *busy_),
-      editing_(context.desktop, tables, *busy_) {
+      editing_(context, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
 
   QWidget* photoColumn = makePhotoColumn();
@@ -196,7 +196,7 @@ void DetailPanel::showSelection() {
     // A screen reader reads a frame's name and not its title.
     aircraftFrame_->setAccessibleName(tr("Aircraft: %1").arg(shownText(registration_, kLongestEntry)));
     equipment_->clear();
-    const auto equipment = editing_.tables().SearchAircraft(registration_);
+    const auto equipment = editing_.tables().equipmentOfLastLine(registration_);
     if (!equipment) return equipment.error();
     equipment_->setText(toQString(*equipment));
     return JobProgress::more;
@@ -247,11 +247,8 @@ void DetailPanel::saveEquipment() {
   if (!editing_.acceptTexts({typed})) return;
   // A line that was selected a moment ago may not be the one shown yet.
   const std::string registration = registration_;
-  if (!editing_.canStore(toQString(registration))) return;
-  TableEdit edit;
-  edit.table = Table::aircraft;
-  edit.key = registration;
-  if (!typed.isEmpty()) edit.newRecord = registration + ',' + typed.toStdString();
+  if (!editing_.acceptKey(toQString(registration))) return;
+  const TableEdit edit = equipmentEdit(registration, typed.toStdString());
   const QPersistentModelIndex line = model_->index(list_->listIndex(), 0);
   editing_.rewrite(*enter_, edit, [this, line, registration, typed] {
     if (!line.isValid() || model_->cell(line.row(), kListRegistration) != registration) return;

@@ -33,7 +33,7 @@ HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, xLView* list,
       model_(model),
       busy_(new BusyLabels(QStringLiteral("Loading"), this)),
       lookUp_(context, *busy_),
-      editing_(context.desktop, tables, *busy_) {
+      editing_(context, tables, *busy_) {
   setObjectName(QStringLiteral("Frame4"));
   photo_ = new PhotoPane(context, kPhotoSearchIndex,
                          photoEngines(SearchWindow::hfdl, context.settings), this);
@@ -144,7 +144,7 @@ void HfdlPanel::showSelection() {
     receivedFlight_ = list_->selectedText(kHfdlFlight);
     photo_->showPhoto(list_->selectedText(kHfdlRegistration));
     aircraft_->setAddress(address);
-    auto record = editing_.tables().icao24IfPresent(address);
+    auto record = editing_.tables().aircraftOfAddressIfPresent(address);
     if (!record) return record.error();
     foundAircraft_ = *std::move(record);
     aircraft_->setAircraft(foundAircraft_);

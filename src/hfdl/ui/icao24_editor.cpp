@@ -18,10 +18,6 @@ namespace {
 
 constexpr const char* kNoAddress = "ICAO24コードが記入されていません。";
 
-// SchLetter finds a 2-letter code with mode 2, a 3-letter code with any other.
-constexpr int kFindTwoLetter = 2;
-constexpr int kFindThreeLetter = 3;
-
 }  // namespace
 
 Icao24Editor::Icao24Editor(const TableEditing& editing, RowUpdate rowUpdate, QWidget* parent)
@@ -130,11 +126,11 @@ void Icao24Editor::boxChanged(Box changed) {
   if (changed == kThreeLetter || changed == kTwoLetter) {
     makeCapitals(*boxes_[changed]);
     const bool fromTwo = changed == kTwoLetter;
-    const std::string other = editing_.valueOrEnd(
-        tables.SchLetter(text(changed), fromTwo ? kFindTwoLetter : kFindThreeLetter));
+    const std::string other = editing_.valueOrEnd(fromTwo ? tables.threeLetterCodeOf(text(changed))
+                                                          : tables.prefixOf(text(changed)));
     write({{fromTwo ? kThreeLetter : kTwoLetter, other}});
   } else if (changed == kRegistration) {
-    write({{kEquipment, editing_.valueOrEnd(tables.SchAircraft(text(kRegistration)))}});
+    write({{kEquipment, editing_.valueOrEnd(tables.equipmentOfFirstLine(text(kRegistration)))}});
   }
   writing_ = false;
 }
@@ -148,16 +144,10 @@ void Icao24Editor::saveAircraft() {
     editing_.refuse(kNoAddress);
     return;
   }
+  if (!editing_.acceptKey(boxes_[kAddress]->text())) return;
   Icao24Record record;
-  TableEdit edit;
-  edit.table = Table::icao24;
-  for (std::size_t i = 0; i < record.size(); ++i) {
-    record[i] = text(static_cast<Box>(i));
-    if (i > 0) edit.newRecord += ',';
-    edit.newRecord += record[i];
-  }
-  edit.key = record[kAddress];
-  editing_.rewrite(*enter_, edit, [this, record] { rowUpdate_(record); });
+  for (std::size_t i = 0; i < record.size(); ++i) record[i] = text(static_cast<Box>(i));
+  editing_.rewrite(*enter_, aircraftEdit(record), [this, record] { rowUpdate_(record); });
 }
 
 void Icao24Editor::pasteAircraft() {

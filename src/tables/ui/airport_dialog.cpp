@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPointer>
 #include <utility>
 
 #include "core/helpers.h"
@@ -85,24 +86,38 @@ void AirportDialog::codeChanged() {
     code_->setText(capitals);
     code_->setCursorPosition(cursor);
   }
-  const std::string name =
-      editing_.valueOrEnd(editing_.tables().LoadAPcode(capitals.toStdString()));
+  const auto name =
+      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(capitals.toStdString()));
   if (editing_.desktop().isEnding()) {
     reject();
     return;
   }
-  if (!name.empty()) name_->setText(toQString(name));
+  if (name) name_->setText(toQString(*name));
 }
 
 void AirportDialog::OKButton_Click() {
   TableEdit edit;
   if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
-  if (!editing_.rewrite(*enter_, edit, [] {})) {
-    if (editing_.desktop().isEnding()) reject();
-    return;
-  }
-  code_->clear();
-  accept();
+  isWriting_ = true;
+  editing_.rewrite(
+      *enter_, edit,
+      [dialog = QPointer(this)] {
+        if (dialog == nullptr) return;
+        dialog->code_->clear();
+        dialog->accept();
+      },
+      [dialog = QPointer(this)] {
+        if (dialog != nullptr) dialog->writingGivenUp();
+      });
+}
+
+void AirportDialog::writingGivenUp() {
+  isWriting_ = false;
+  if (editing_.desktop().isEnding()) reject();
+}
+
+void AirportDialog::reject() {
+  if (!isWriting_) QDialog::reject();
 }
 
 void AirportDialog::Command6_Click() {

@@ -27,11 +27,15 @@ class AirportDialog : public QDialog {
   void OKButton_Click();
   void Command6_Click();
 
+  /// Closes without writing; not while the airport is written.
+  void reject() override;
+
  protected:
   void showEvent(QShowEvent* event) override;
 
  private:
   void codeChanged();
+  void writingGivenUp();
 
   const TableEditing& editing_;
   QString callerText_;
@@ -39,6 +43,7 @@ class AirportDialog : public QDialog {
   QLineEdit* code_;  // Text1(0)
   QLineEdit* name_;  // Text1(1)
   QPushButton* enter_;
+  bool isWriting_ = false;
 };
 
 }  // namespace vel

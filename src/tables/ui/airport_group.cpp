@@ -12,7 +12,6 @@
 namespace vel {
 namespace {
 
-constexpr std::size_t kCodeLength = 4;
 constexpr const char* kNoCode = "Write 4-letter airport code. 4桁の空港コードを記入してください";
 
 QPushButton* makeTransferButton(QWidget* parent, int index, const QString& toolTip) {
@@ -135,7 +134,7 @@ AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
 }
 
 void AirportEditor::codeChanged() {
-  if (length(code_->text().toStdString()) != kCodeLength) {
+  if (length(code_->text().toStdString()) != kAirportCodeLength) {
     name_->clear();
     return;
   }
@@ -146,17 +145,16 @@ void AirportEditor::codeChanged() {
     code_->setText(capitals);
     code_->setCursorPosition(cursor);
   }
-  name_->setText(
-      toQString(editing_.valueOrEnd(editing_.tables().LoadAPcode(capitals.toStdString()))));
+  name_->setText(toQString(
+      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(capitals.toStdString()))
+          .value_or("")));
 }
 
 bool acceptAirport(const TableEditing& editing, const QString& code, const QString& name,
                    TableEdit& edit) {
-  if (length(code.toStdString()) != kCodeLength) return editing.refuse(kNoCode);
-  if (!editing.acceptTexts({code, name})) return false;
-  edit.table = Table::airport;
-  edit.key = code.toStdString();
-  edit.newRecord = name.isEmpty() ? std::string() : edit.key + ',' + name.toStdString();
+  if (length(code.toStdString()) != kAirportCodeLength) return editing.refuse(kNoCode);
+  if (!editing.acceptTexts({code, name}) || !editing.acceptKey(code)) return false;
+  edit = airportEdit(code.toStdString(), name.toStdString());
   return true;
 }
 

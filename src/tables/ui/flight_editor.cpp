@@ -15,7 +15,6 @@
 namespace vel {
 namespace {
 
-constexpr std::size_t kCodeLength = 4;
 constexpr const char* kNoDeparture = "Departure airport not filled. 出発空港が記入されていません";
 constexpr const char* kNoDestination =
     "Destination airport not filled. 到着空港が記入されていません";
@@ -124,7 +123,8 @@ void FlightEditor::showAirportNames() {
 
 void FlightEditor::Text2_Change(int index) {
   const QString code = (index == 0 ? departure_ : destination_)->text();
-  const std::string name = editing_.valueOrEnd(editing_.tables().L4toName(code.toStdString()));
+  const std::string name =
+      editing_.valueOrEnd(editing_.tables().airportNameOfLastLine(code.toStdString()));
   names_[static_cast<std::size_t>(index)]->showText(toQString(name));
 }
 
@@ -133,26 +133,19 @@ void FlightEditor::Command2_Click() {
     editing_.refuse(kNoLineSelected);
     return;
   }
-  FlightRoute edited = route();
-  if (length(edited.departure) != kCodeLength) {
+  const FlightRoute edited = route();
+  if (length(edited.departure) != kAirportCodeLength) {
     editing_.refuse(kNoDeparture);
     return;
   }
-  if (length(edited.destination) != kCodeLength) {
+  if (length(edited.destination) != kAirportCodeLength) {
     editing_.refuse(kNoDestination);
     return;
   }
   if (!editing_.acceptTexts({departure_->text(), destination_->text(), remark_->text()})) return;
-  if (!editing_.canStore(toQString(flight_))) return;
-  if (edited.remark.empty()) {
-    edited.remark = "-";
-    remark_->setText(QStringLiteral("-"));
-  }
-  TableEdit edit;
-  edit.table = Table::flight;
-  edit.key = flight_;
-  edit.newRecord = flight_ + ',' + edited.departure + edited.destination + ',' + edited.remark;
-  editing_.rewrite(*enter_, edit, rowUpdate_());
+  if (!editing_.acceptKey(toQString(flight_))) return;
+  if (edited.remark.empty()) remark_->setText(QString::fromLatin1(kNoRemark));
+  editing_.rewrite(*enter_, flightEdit(flight_, edited), rowUpdate_());
 }
 
 void FlightEditor::Command13_Click() {
@@ -172,8 +165,8 @@ void FlightEditor::Command13_Click() {
 void FlightEditor::takeRoute(std::string_view pair) {
   const auto codes = split(pair, '>');
   for (int i = 0; i < 2; ++i) {
-    const std::string code =
-        editing_.valueOrEnd(editing_.tables().L3toL4(codes[static_cast<std::size_t>(i)]));
+    const std::string code = editing_.valueOrEnd(
+        editing_.tables().airportCodeOfThreeLetters(codes[static_cast<std::size_t>(i)]));
     if (editing_.desktop().isEnding()) return;
     setAirport(i, code);
   }

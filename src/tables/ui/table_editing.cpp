@@ -1,11 +1,84 @@
 #include "tables/ui/table_editing.h"
 
+#include <QPointer>
+#include <utility>
+
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
 
+/// One rewrite under way, with the button that started it.
+class TableEditing::Rewriting {
+ public:
+  Rewriting(const TableEditing& editing, QPushButton& button, ReferenceTableRewrite rewrite,
+            std::function<void()> written, std::function<void()> givenUp)
+      : whenWritten(std::move(written)),
+        whenGivenUp(std::move(givenUp)),
+        editing_(editing),
+        button_(&button),
+        rewrite_(std::move(rewrite)),
+        slot_(editing.context_.jobs) {
+    // A disabled button hands the keyboard to its neighbour: it gets it back,
+    // unless the user has taken it elsewhere meanwhile.
+    const bool hadFocus = button.hasFocus();
+    button.setEnabled(false);
+    if (hadFocus) heir_ = button.window()->focusWidget();
+    hadFocus_ = hadFocus;
+  }
+
+  void start() {
+    slot_.start(makeJob([this](Job::Clock::time_point) { return step(); }),
+                {.stepped = [this] { askIfHeld(); }, .ended = [this](const Status&) { end(); }},
+                JobRunner::kSlice, JobOrder::oneAfterAnother);
+  }
+
+  [[nodiscard]] RewriteOutcome outcome() const { return outcome_; }
+  [[nodiscard]] const Error& error() const { return rewrite_.error(); }
+
+  void enableButton() {
+    if (button_ == nullptr) return;
+    const bool takesFocus = hadFocus_ && button_->window()->focusWidget() == heir_;
+    button_->setEnabled(true);
+    if (takesFocus) button_->setFocus();
+  }
+
+  std::function<void()> whenWritten;
+  std::function<void()> whenGivenUp;
+
+ private:
+  JobProgress step() {
+    if (editing_.desktop().isEnding()) return JobProgress::done;
+    outcome_ = rewrite_.next();
+    const bool isUnderWay = outcome_ == RewriteOutcome::more || outcome_ == RewriteOutcome::held;
+    return isUnderWay ? JobProgress::more : JobProgress::done;
+  }
+
+  void askIfHeld() {
+    if (outcome_ != RewriteOutcome::held || editing_.desktop().askRetry(kTableHeld)) return;
+    editing_.desktop().endProgram(1);
+    slot_.stop();
+    end();
+  }
+
+  // The last thing that is done here: the object is gone afterwards.
+  void end() { editing_.end(*this); }
+
+  const TableEditing& editing_;
+  QPointer<QPushButton> button_;
+  bool hadFocus_ = false;
+  QPointer<QWidget> heir_;
+  ReferenceTableRewrite rewrite_;
+  RewriteOutcome outcome_ = RewriteOutcome::more;
+  JobSlot slot_;
+};
+
+TableEditing::TableEditing(const Context& context, const Tables& tables, BusyLabels& labels)
+    : context_(context), tables_(tables), labels_(labels) {}
+
+TableEditing::~TableEditing() = default;
+
 bool TableEditing::refuse(const char* message) const {
-  desktop_.showMessage(message);
+  desktop().showMessage(message);
   return false;
 }
 
@@ -22,25 +95,44 @@ bool TableEditing::canStore(const QString& text) const {
   return canBeStored(tables_.encoding(), text.toStdString()) || refuse(kIllegalCharacter);
 }
 
-bool TableEditing::rewrite(QPushButton& button, const TableEdit& edit,
-                           const std::function<void()>& updateList) const {
-  // A disabled button hands the keyboard to its neighbour: it gets it back.
-  const bool hadFocus = button.hasFocus();
-  button.setEnabled(false);
-  labels_.showRewriting();
-  const RewriteOutcome outcome =
-      ReferenceTableRewrite(desktop_, tables_.folders(), tables_.encoding(), edit);
-  if (outcome == RewriteOutcome::programEnds) return false;
-  const bool written = outcome == RewriteOutcome::done;
-  if (written) {
-    updateList();
-    labels_.showComplete();
-  } else {
-    labels_.hideProcessing();
+bool TableEditing::acceptKey(const QString& key) const {
+  return canBeKey(tables_.encoding(), key.toStdString()) || refuse(kIllegalCharacter);
+}
+
+void TableEditing::rewrite(QPushButton& button, const TableEdit& edit,
+                           std::function<void()> whenWritten,
+                           std::function<void()> whenGivenUp) const {
+  ReferenceTableRewrite rewrite(tables_.folders(), tables_.encoding(), edit);
+  if (rewrite.next() == RewriteOutcome::refused) {
+    refuse(kIllegalCharacter);
+    if (whenGivenUp) whenGivenUp();
+    return;
   }
-  button.setEnabled(true);
-  if (hadFocus) button.setFocus();
-  return written;
+  labels_.showRewriting();
+  rewritings_.push_back(std::make_unique<Rewriting>(
+      *this, button, std::move(rewrite), std::move(whenWritten), std::move(whenGivenUp)));
+  rewritings_.back()->start();
+}
+
+void TableEditing::end(Rewriting& rewriting) const {
+  std::unique_ptr<Rewriting> over;
+  for (auto place = rewritings_.begin(); place != rewritings_.end(); ++place) {
+    if (place->get() != &rewriting) continue;
+    over = std::move(*place);
+    rewritings_.erase(place);
+    break;
+  }
+  if (over->outcome() == RewriteOutcome::done) {
+    if (over->whenWritten) over->whenWritten();
+    labels_.showComplete();
+    if (!rewritings_.empty()) labels_.showRewriting();
+    over->enableButton();
+    return;
+  }
+  if (over->outcome() == RewriteOutcome::failed && !desktop().isEnding()) {
+    endWithError(desktop(), over->error());
+  }
+  if (over->whenGivenUp) over->whenGivenUp();
 }
 
 QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,

@@ -4,8 +4,10 @@
 #include <QPushButton>
 #include <functional>
 #include <initializer_list>
+#include <list>
+#include <memory>
 
-#include "core/desktop.h"
+#include "core/context.h"
 #include "core/ui/busy_labels.h"
 #include "tables/rewrite.h"
 #include "tables/tables.h"
@@ -13,14 +15,17 @@
 namespace vel {
 
 /// What the editors of one window share: the tables, the messages and the
-/// window's busy labels.
+/// window's busy labels. Here the questions and messages about tables are shown
+/// and the program is ended for their sake, and nowhere else.
 class TableEditing {
  public:
   /// Everything outlives the editors.
-  TableEditing(Desktop& desktop, const Tables& tables, BusyLabels& labels)
-      : desktop_(desktop), tables_(tables), labels_(labels) {}
+  TableEditing(const Context& context, const Tables& tables, BusyLabels& labels);
+  TableEditing(const TableEditing&) = delete;
+  TableEditing& operator=(const TableEditing&) = delete;
+  ~TableEditing();
 
-  [[nodiscard]] Desktop& desktop() const { return desktop_; }
+  [[nodiscard]] Desktop& desktop() const { return context_.desktop; }
   [[nodiscard]] const Tables& tables() const { return tables_; }
 
   /// Shows a refusal; always false, so that a check can end with it.
@@ -33,25 +38,33 @@ class TableEditing {
   /// Refuses only what the tables' encoding cannot hold.
   bool canStore(const QString& text) const;
 
-  /// Runs the rewrite with the button disabled and "Processing" shown; then
-  /// `updateList`, "Complete", and the button again. False when nothing was
-  /// written: the record was refused, or the program ends.
-  bool rewrite(QPushButton& button, const TableEdit& edit,
-               const std::function<void()>& updateList) const;
+  /// Refuses what cannot be the key of a record.
+  bool acceptKey(const QString& key) const;
+
+  /// Starts the rewrite, with the button disabled and "Processing" shown; both
+  /// are drawn before it begins. Rewrites run one after another, in all windows.
+  /// Then `whenWritten`, "Complete", and the button again. `whenGivenUp` where
+  /// nothing was written: the edit was refused, or the program ends.
+  void rewrite(QPushButton& button, const TableEdit& edit, std::function<void()> whenWritten,
+               std::function<void()> whenGivenUp = {}) const;
 
   /// The value of a look-up; where it failed, shows the error and ends the
   /// program, and gives `otherwise`.
   template <typename T>
   T valueOrEnd(Result<T> result, T otherwise = {}) const {
     if (result) return std::move(result).value();
-    if (!desktop_.isEnding()) endWithError(desktop_, result.error());
+    if (!desktop().isEnding()) endWithError(desktop(), result.error());
     return otherwise;
   }
 
  private:
-  Desktop& desktop_;
+  class Rewriting;
+  void end(Rewriting& rewriting) const;
+
+  const Context& context_;
   const Tables& tables_;
   BusyLabels& labels_;
+  mutable std::list<std::unique_ptr<Rewriting>> rewritings_;
 };
 
 /// A box of an editor: Enter presses its button.

@@ -105,7 +105,7 @@ TEST_F(AirportDialogWindow, TheReturnKeyInABoxWritesToo) {
   inAirportDialog("Label2(4)", [](QWidget& dialog) {
     QTest::keyClicks(&code(dialog), QStringLiteral("ksfo"));
     test::typeOver(name(dialog), "San Francisco SFO");
-    QTest::keyClick(&name(dialog), Qt::Key_Return);
+    test::pressKey(name(dialog), Qt::Key_Return);
     EXPECT_FALSE(dialog.isVisible());
   });
   EXPECT_TRUE(table().ends_with("KSFO,San Francisco SFO\r\n"));

@@ -322,7 +322,7 @@ TEST_F(AcarsDetails, AMatchingLineWithoutARemarkEndsTheProgram) {
   base_.writeData("FLIGHT.csv", {"JL0012,RJTTKLAX"});
   start();
   select(0);
-  expectEndWithError("ERROR #9");
+  expectEndWithError("ERROR #9\n\nFLIGHT.csv, line 1");
 }
 
 TEST_F(AcarsDetails, AShortLineOfAnotherFlightDoesNoHarm) {

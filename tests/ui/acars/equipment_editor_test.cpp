@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/ui/support/acars_window.h"
+#include "tests/ui/support/rewrite_watch.h"
 
 namespace vel {
 namespace {
@@ -76,7 +77,7 @@ TEST_F(EquipmentEditor, AnEmptyTypeDeletesTheRegistrationAndEmptiesTheColumn) {
 TEST_F(EquipmentEditor, EnterInTheBoxPressesItsButton) {
   select(0);
   test::typeOver(box("Text1"), "B748");
-  QTest::keyClick(&box("Text1"), Qt::Key_Return);
+  test::pressKey(box("Text1"), Qt::Key_Return);
   EXPECT_EQ(table(), "JA8089,B748\r\nJA731A,B773\r\nN1,A320\r\n");
 }
 
@@ -129,17 +130,15 @@ TEST_F(EquipmentEditor, BlanksAndOtherPunctuationAreStored) {
 TEST_F(EquipmentEditor, ProcessingIsShownAndTheButtonIsDisabledWhileTheTableIsWritten) {
   select(0);
   test::typeOver(box("Text1"), "B748");
-  int turns = 0;
-  desktop_.onProcessEvents = [&] {
-    ++turns;
-    EXPECT_TRUE(shown("Label7"));
-    EXPECT_FALSE(button("Command1").isEnabled());
-    // A second press does nothing.
-    click("Command1");
-    EXPECT_EQ(column(kListEquipment)[0], "B744");
-  };
-  click("Command1");
-  EXPECT_EQ(turns, 2);
+  test::watchRewrite(
+      jobs(), [this] { clickOnly("Command1"); },
+      [this](int) {
+        EXPECT_TRUE(shown("Label7"));
+        EXPECT_FALSE(button("Command1").isEnabled());
+        // A second press does nothing.
+        clickOnly("Command1");
+        EXPECT_EQ(column(kListEquipment)[0], "B744");
+      });
   EXPECT_FALSE(shown("Label7"));
   EXPECT_TRUE(button("Command1").isEnabled());
   EXPECT_EQ(table(), "JA8089,B748\r\nJA731A,B773\r\nN1,A320\r\n");
@@ -158,7 +157,7 @@ TEST_F(EquipmentEditor, CompleteIsShownAndHiddenAgainByTheTimer) {
 TEST_F(EquipmentEditor, TheButtonKeepsTheKeyboardAfterItWasPressed) {
   select(0);
   button("Command1").setFocus();
-  QTest::keyClick(&button("Command1"), Qt::Key_Space);
+  test::pressKey(button("Command1"), Qt::Key_Space);
   EXPECT_TRUE(shown("Label6"));
   EXPECT_TRUE(button("Command1").hasFocus());
 }
@@ -179,11 +178,8 @@ TEST_F(EquipmentEditor, AMissingTableEndsTheProgramWithNothingWritten) {
 TEST_F(EquipmentEditor, AReadDuringTheRewriteLeavesTheNewListAlone) {
   select(0);
   test::typeOver(box("Text1"), "B748");
-  int turn = 0;
-  desktop_.onProcessEvents = [&] {
-    if (++turn == 1) click("Command5");
-  };
-  click("Command1");
+  clickOnly("Command1");
+  click("Command5");
   EXPECT_EQ(table(), "JA8089,B748\r\nJA731A,B773\r\nN1,A320\r\n");
   EXPECT_THAT(column(kListEquipment), ElementsAre("B744", "B744", ""));
 }
@@ -191,11 +187,9 @@ TEST_F(EquipmentEditor, AReadDuringTheRewriteLeavesTheNewListAlone) {
 TEST_F(EquipmentEditor, AnotherLineSelectedDuringTheRewriteKeepsItsEquipment) {
   select(0);
   test::typeOver(box("Text1"), "B748");
-  int turn = 0;
-  desktop_.onProcessEvents = [&] {
-    if (++turn == 1) list().setListIndex(2);
-  };
-  click("Command1");
+  clickOnly("Command1");
+  list().setListIndex(2);
+  test::finishJobs();
   settle();
   EXPECT_THAT(column(kListEquipment), ElementsAre("B748", "B744", ""));
 }

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/ui/support/acars_window.h"
+#include "tests/ui/support/rewrite_watch.h"
 
 namespace vel {
 namespace {
@@ -149,22 +150,20 @@ TEST_F(FlightEditorWindow, EnterInEachBoxPressesTheButton) {
   for (const char* name : {"Text2(0)", "Text2(1)", "Text2(2)"}) {
     select(0);
     test::typeOver(box("Text2(2)"), name);
-    QTest::keyClick(&box(name), Qt::Key_Return);
+    test::pressKey(box(name), Qt::Key_Return);
     EXPECT_EQ(column(kListRemarks)[0], name);
   }
 }
 
 TEST_F(FlightEditorWindow, ProcessingIsShownAndTheButtonIsDisabledWhileTheTableIsWritten) {
   select(0);
-  int turns = 0;
-  desktop_.onProcessEvents = [&] {
-    ++turns;
-    EXPECT_TRUE(shown("Label7"));
-    EXPECT_FALSE(button("Command2").isEnabled());
-    EXPECT_TRUE(button("Command1").isEnabled());
-  };
-  click("Command2");
-  EXPECT_EQ(turns, 2);
+  test::watchRewrite(
+      jobs(), [this] { clickOnly("Command2"); },
+      [this](int) {
+        EXPECT_TRUE(shown("Label7"));
+        EXPECT_FALSE(button("Command2").isEnabled());
+        EXPECT_TRUE(button("Command1").isEnabled());
+      });
   EXPECT_FALSE(shown("Label7"));
   EXPECT_TRUE(shown("Label6"));
   EXPECT_TRUE(button("Command2").isEnabled());
@@ -175,7 +174,7 @@ TEST_F(FlightEditorWindow, ALineOfTheTableWithTwoFieldsEndsTheProgramWithTheTabl
   const std::string before = test::readBytes(base_.folders.data / "FLIGHT.csv");
   select(0);
   click("Command2");
-  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #9"));
+  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #9\n\nFLIGHT.csv, line 2"));
   EXPECT_EQ(desktop_.exitStatus, 1);
   EXPECT_EQ(test::readBytes(base_.folders.data / "FLIGHT.csv"), before);
   EXPECT_FALSE(fileExists(base_.folders.data / "FLIGHT.bak"));

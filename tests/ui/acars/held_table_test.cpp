@@ -6,6 +6,7 @@
 
 #include "tests/ui/support/acars_window.h"
 #include "tests/support/unprivileged_user.h"
+#include "tests/ui/support/rewrite_watch.h"
 
 namespace vel {
 namespace {
@@ -24,24 +25,23 @@ class HeldTable : private test::UnprivilegedUser, public test::AcarsWindowTest {
   void SetUp() override {
     start();
     select(0);
-    holdInTheSecondTurn();
   }
   void TearDown() override { hold(false); }
 
   void hold(bool held) const {
     ASSERT_EQ(chmod(base_.folders.data.c_str(), held ? 0555 : 0755), 0);
   }
-  // The new table is written by then, and the renames follow.
-  void holdInTheSecondTurn() {
-    desktop_.onProcessEvents = [this] {
-      if (++turn_ == 2) hold(true);
-    };
+  // The table is held from when the new one is written; the renames follow.
+  void clickAndHold(const char* buttonName) {
+    test::watchRewrite(
+        jobs(), [this, buttonName] { clickOnly(buttonName); },
+        [this](int moment) {
+          if (moment == 2) hold(true);
+        });
   }
   [[nodiscard]] std::string bytes(const char* name) const {
     return test::readBytes(base_.folders.data / name);
   }
-
-  int turn_ = 0;
 };
 
 TEST_F(HeldTable, RetryCompletesTheEditOnceTheTableIsLetGo) {
@@ -55,7 +55,7 @@ TEST_F(HeldTable, RetryCompletesTheEditOnceTheTableIsLetGo) {
     return true;
   };
   test::typeOver(box("Text1"), "B748");
-  click("Command1");
+  clickAndHold("Command1");
   EXPECT_THAT(desktop_.messages, ElementsAre(kHeld, kHeld));
   EXPECT_FALSE(desktop_.ended);
   EXPECT_EQ(bytes("aircraft.csv"), "JA8089,B748\r\nJA731A,B773\r\nG-CIVE,B744\r\n");
@@ -67,7 +67,7 @@ TEST_F(HeldTable, RetryCompletesTheEditOnceTheTableIsLetGo) {
 TEST_F(HeldTable, CancelEndsTheProgramWithEveryByteOfTheTableAsBefore) {
   const std::string before = bytes("aircraft.csv");
   test::typeOver(box("Text1"), "B748");
-  click("Command1");
+  clickAndHold("Command1");
   EXPECT_THAT(desktop_.messages, ElementsAre(kHeld));
   EXPECT_TRUE(desktop_.ended);
   EXPECT_EQ(desktop_.exitStatus, 1);
@@ -83,7 +83,7 @@ TEST_F(HeldTable, CancelEndsTheProgramWithEveryByteOfTheTableAsBefore) {
 TEST_F(HeldTable, CancelOfAFlightLeavesTheListAndTheTableAsBefore) {
   const std::string before = bytes("FLIGHT.csv");
   test::typeOver(box("Text2(1)"), "KSFO");
-  click("Command2");
+  clickAndHold("Command2");
   EXPECT_THAT(desktop_.messages, ElementsAre(kHeld));
   EXPECT_EQ(desktop_.exitStatus, 1);
   EXPECT_EQ(bytes("FLIGHT.csv"), before);
@@ -96,7 +96,7 @@ TEST_F(HeldTable, RetryCompletesAnAirline) {
     return true;
   };
   test::typeOver(box("Text2(4)"), "Japan");
-  click("Command6");
+  clickAndHold("Command6");
   EXPECT_THAT(desktop_.messages, ElementsAre(kHeld));
   EXPECT_EQ(bytes("letter.csv"),
             "JL,JAL,Japan\r\nNH,ANA,All Nippon Airways\r\nBA,BAW,British Airways\r\n");
@@ -104,12 +104,9 @@ TEST_F(HeldTable, RetryCompletesAnAirline) {
 
 TEST_F(HeldTable, CancelOfAnAirportLeavesItsTableAsBefore) {
   const std::string before = bytes("airport.csv");
-  desktop_.onProcessEvents = nullptr;
   test::typeKeys(box("Text2(5)"), "RJTT");
-  turn_ = 0;
-  holdInTheSecondTurn();
   test::typeOver(box("Text2(6)"), "Haneda HND");
-  click("Command8");
+  clickAndHold("Command8");
   EXPECT_THAT(desktop_.messages, ElementsAre(kHeld));
   EXPECT_EQ(desktop_.exitStatus, 1);
   EXPECT_EQ(bytes("airport.csv"), before);

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/ui/support/hfdl_window.h"
+#include "tests/ui/support/rewrite_watch.h"
 
 namespace vel {
 namespace {
@@ -59,19 +60,19 @@ TEST_F(AircraftEditor, ANewAddressIsAppended) {
 
 TEST_F(AircraftEditor, EnterInABoxPressesEnt) {
   type("Text1(4)", "B748");
-  QTest::keyClick(&box("Text1(4)"), Qt::Key_Return);
+  test::pressKey(box("Text1(4)"), Qt::Key_Return);
   EXPECT_EQ(column(kHfdlAircraft)[0], "*JA8089 JAL JL B748");
 }
 
 TEST_F(AircraftEditor, WhileItWritesProcessingIsShownAndTheButtonDisabled) {
   std::vector<std::string> labels;
-  desktop_.onProcessEvents = [&] {
-    EXPECT_TRUE(isShown("Label7"));
-    EXPECT_FALSE(button("Command1").isEnabled());
-    labels.push_back(text("Label7"));
-  };
-  click("Command1");
-  desktop_.onProcessEvents = nullptr;
+  test::watchRewrite(
+      jobs(), [this] { clickOnly("Command1"); },
+      [&](int) {
+        EXPECT_TRUE(isShown("Label7"));
+        EXPECT_FALSE(button("Command1").isEnabled());
+        labels.push_back(text("Label7"));
+      });
   EXPECT_THAT(labels, ElementsAre("Processing", "Processing"));
 }
 

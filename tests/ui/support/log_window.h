@@ -49,6 +49,11 @@ class LogWindowTest : public testing::Test {
   [[nodiscard]] QPushButton& button(const char* name) const { return find<QPushButton>(name); }
   [[nodiscard]] std::string text(const char* name) const;
   void click(const char* buttonName) const { press(button(buttonName)); }
+  /// A click that does not wait for what it starts.
+  void clickOnly(const char* buttonName) const {
+    QTest::mouseClick(&button(buttonName), Qt::LeftButton);
+  }
+  [[nodiscard]] JobRunner& jobs() const { return program_->context().jobs; }
 
   [[nodiscard]] QComboBox& logs() const { return find<QComboBox>("Combo1"); }
   [[nodiscard]] std::vector<std::string> logNames() const { return entries(logs()); }

@@ -93,6 +93,12 @@ inline void press(QPushButton& button) {
   finishJobs();
 }
 
+/// One key in a control.
+inline void pressKey(QWidget& control, Qt::Key key) {
+  QTest::keyClick(&control, key);
+  finishJobs();
+}
+
 /// Selects an entry of a chooser with the arrow keys.
 inline void choose(QComboBox& chooser, int entry) {
   chooser.setFocus();
