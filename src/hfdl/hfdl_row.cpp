@@ -1,5 +1,6 @@
 #include "hfdl/hfdl_row.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <vector>
 
@@ -78,6 +79,8 @@ Result<std::optional<FlightRoute>> routeIfPresent(const Tables& tables, std::str
 
 std::optional<CopiedAircraft> copiedAircraft(std::string_view text) {
   constexpr std::string_view kBracket = " [";
+  // A line that was copied whole may come with the end of the one before.
+  text.remove_prefix(std::min(text.find_first_not_of("\r\n"), text.size()));
   const std::size_t bracket = text.find(kBracket);
   if (bracket == std::string_view::npos) return std::nullopt;
   const bool hasTabs = text.find('\t') != std::string_view::npos;

@@ -222,5 +222,15 @@ TEST(CopiedAircraft, EveryWrongShapeIsRefused) {
                "、機種を記入します。");
 }
 
+TEST(CopiedAircraft, ALineBreakBeforeTheLineGetsIntoNoBox) {
+  for (const char* lineBreak : {"\n", "\r\n", "\r\n\r\n"}) {
+    const auto copied = copiedAircraft(
+        lineBreak + std::string("JA732J 86D324 B773 777 32431 429 JAL [JL] Japan Airlines"));
+    ASSERT_TRUE(copied.has_value());
+    EXPECT_EQ(copied->registration, "JA732J");
+    EXPECT_EQ(copied->equipment, "B773");
+  }
+}
+
 }  // namespace
 }  // namespace vel::test

@@ -126,7 +126,7 @@ void AcarsBrowser::load() {
   otherBrowserButton()->setVisible(frame().hasOtherBrowser());
   tour_->setVisible(showTour != nullptr);
   fill([this] {
-    panel_->airports()->Text3_Change();
+    panel_->airports()->search();
     if (desktop().isEnding()) return;
     if (prepareTour) prepareTour(1);
     WriteRunLog(desktop(), "End Form_Load");

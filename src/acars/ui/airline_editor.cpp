@@ -68,9 +68,9 @@ bool AirlineEditor::AirLineLoad(const std::string& prefix) {
   const Airline airline = editing_.valueOrEnd(editing_.tables().airlineOf(prefix));
   if (editing_.desktop().isEnding()) return false;
   if (airline.found) {
-    threeLetter_->setText(toQString(airline.threeLetter));
-    display_->setText(toQString(airline.display));
-    company_->setText(toQString(airline.company));
+    showInBox(*threeLetter_, toQString(airline.threeLetter));
+    showInBox(*display_, toQString(airline.display));
+    showInBox(*company_, toQString(airline.company));
   }
   setFourFields(airline.fourFields);
   return true;

@@ -198,7 +198,7 @@ void DetailPanel::showSelection() {
     equipment_->clear();
     const auto equipment = editing_.tables().equipmentOfLastLine(registration_);
     if (!equipment) return equipment.error();
-    equipment_->setText(toQString(*equipment));
+    showInBox(*equipment_, toQString(*equipment));
     return JobProgress::more;
   };
   const auto route = [this]() -> Result<JobProgress> {

@@ -107,7 +107,7 @@ void HfdlBrowser::load() {
          {panel_->photoSearch(), panel_->flightSearch(), panel_->addressSearch()}) {
       row->chooser()->setCurrentIndex(0);
     }
-    panel_->airports()->Text3_Change();
+    panel_->airports()->search();
     if (!desktop().isEnding()) Q_EMIT loaded();
   });
 }

@@ -65,37 +65,36 @@ AirportDialog::AirportDialog(const TableEditing& editing, const QString& callerT
   buttons->addWidget(cancel);
   grid->addLayout(buttons, 3, 0, 1, 2);
 
-  connect(code_, &QLineEdit::textChanged, this, &AirportDialog::codeChanged);
-  connect(enter_, &QPushButton::clicked, this, &AirportDialog::OKButton_Click);
+  QWidget::setTabOrder(code_, search);
+  QWidget::setTabOrder(search, name_);
+  QWidget::setTabOrder(name_, enter_);
+  QWidget::setTabOrder(enter_, cancel);
+
+  connect(code_, &QLineEdit::textChanged, this, &AirportDialog::showNameOfCode);
+  connect(enter_, &QPushButton::clicked, this, &AirportDialog::saveAirport);
   connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-  connect(search, &QPushButton::clicked, this, &AirportDialog::Command6_Click);
+  connect(search, &QPushButton::clicked, this, &AirportDialog::searchWeb);
 }
 
 void AirportDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   // The user types the 3-letter code behind the blank.
-  name_->setText(callerText_ + QLatin1Char(' '));
+  showInBox(*name_, callerText_ + QLatin1Char(' '));
   code_->setFocus();
 }
 
-void AirportDialog::codeChanged() {
-  const QString capitals = toQString(toUpper(code_->text().toStdString()));
-  if (capitals != code_->text()) {
-    const QSignalBlocker blocker(code_);
-    const int cursor = code_->cursorPosition();
-    code_->setText(capitals);
-    code_->setCursorPosition(cursor);
-  }
+void AirportDialog::showNameOfCode() {
+  makeCapitals(*code_);
   const auto name =
-      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(capitals.toStdString()));
+      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(code_->text().toStdString()));
   if (editing_.desktop().isEnding()) {
     reject();
     return;
   }
-  if (name) name_->setText(toQString(*name));
+  if (name) showInBox(*name_, toQString(*name));
 }
 
-void AirportDialog::OKButton_Click() {
+void AirportDialog::saveAirport() {
   TableEdit edit;
   if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
   isWriting_ = true;
@@ -120,7 +119,7 @@ void AirportDialog::reject() {
   if (!isWriting_) QDialog::reject();
 }
 
-void AirportDialog::Command6_Click() {
+void AirportDialog::searchWeb() {
   ShellOpen(editing_.desktop(), searchAddress_(code_->text().toStdString()));
 }
 

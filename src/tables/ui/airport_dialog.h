@@ -24,8 +24,11 @@ class AirportDialog : public QDialog {
   AirportDialog(const TableEditing& editing, const QString& callerText, SearchAddress searchAddress,
                 QWidget* parent);
 
-  void OKButton_Click();
-  void Command6_Click();
+  /// Writes the boxes to airport.csv and closes.
+  void saveAirport();
+
+  /// Opens the web search for the code.
+  void searchWeb();
 
   /// Closes without writing; not while the airport is written.
   void reject() override;
@@ -34,7 +37,7 @@ class AirportDialog : public QDialog {
   void showEvent(QShowEvent* event) override;
 
  private:
-  void codeChanged();
+  void showNameOfCode();
   void writingGivenUp();
 
   const TableEditing& editing_;

@@ -66,15 +66,17 @@ AirportGroup::AirportGroup(const TableEditing& editing, QWidget* parent)
   QWidget::setTabOrder(candidates_, toDeparture);
   QWidget::setTabOrder(toDeparture, toDestination);
 
-  connect(keyword_, &QLineEdit::textChanged, this, &AirportGroup::Text3_Change);
-  connect(candidates_->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          &AirportGroup::List1_Click);
-  connect(candidates_, &QListView::clicked, this, &AirportGroup::List1_Click);
-  connect(toDeparture, &QPushButton::clicked, this, [this] { Command3_Click(0); });
-  connect(toDestination, &QPushButton::clicked, this, [this] { Command3_Click(1); });
+  connect(keyword_, &QLineEdit::textChanged, this, &AirportGroup::search);
+  connect(candidates_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &AirportGroup::showCodeOfSelected);
+  connect(candidates_, &QListView::clicked, this, &AirportGroup::showCodeOfSelected);
+  connect(toDeparture, &QPushButton::clicked, this,
+          [this] { transferSelected(RouteEnd::departure); });
+  connect(toDestination, &QPushButton::clicked, this,
+          [this] { transferSelected(RouteEnd::destination); });
 }
 
-void AirportGroup::Text3_Change() {
+void AirportGroup::search() {
   const auto found =
       editing_.valueOrEnd(editing_.tables().airportNames(keyword_->text().toStdString()));
   QStringList shown;
@@ -84,20 +86,28 @@ void AirportGroup::Text3_Change() {
   candidates_->setToolTip(QString());
 }
 
-std::string AirportGroup::selectedCode() const {
-  const QString name = candidates_->currentIndex().data().toString();
-  return editing_.valueOrEnd(editing_.tables().airportCodeOfName(name.toStdString()));
+QModelIndex AirportGroup::selected() const {
+  const QModelIndexList indexes = candidates_->selectionModel()->selectedIndexes();
+  return indexes.isEmpty() ? QModelIndex() : indexes.front();
 }
 
-void AirportGroup::List1_Click() {
-  if (!candidates_->currentIndex().isValid()) return;
-  candidates_->setToolTip(plainToolTip(toQString(selectedCode())));
+std::string AirportGroup::codeOf(const QModelIndex& candidate) const {
+  const std::string name = candidate.data().toString().toStdString();
+  return editing_.valueOrEnd(editing_.tables().airportCodeOfName(name));
 }
 
-void AirportGroup::Command3_Click(int index) {
-  if (!candidates_->currentIndex().isValid()) return;
-  const std::string code = selectedCode();
-  if (!editing_.desktop().isEnding()) Q_EMIT transfer(index, code);
+void AirportGroup::showCodeOfSelected() {
+  const QModelIndex candidate = selected();
+  if (!candidate.isValid()) return;
+  candidates_->setToolTip(plainToolTip(toQString(codeOf(candidate))));
+}
+
+void AirportGroup::transferSelected(RouteEnd end) {
+  const QModelIndex candidate = selected();
+  if (!candidate.isValid()) return;
+  const std::string name = candidate.data().toString().toStdString();
+  const std::string code = codeOf(candidate);
+  if (!editing_.desktop().isEnding()) Q_EMIT transfer(end, code, name);
 }
 
 AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
@@ -129,25 +139,19 @@ AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
   QWidget::setTabOrder(code_, name_);
   QWidget::setTabOrder(name_, enter_);
 
-  connect(code_, &QLineEdit::textChanged, this, &AirportEditor::codeChanged);
-  connect(enter_, &QPushButton::clicked, this, &AirportEditor::Command8_Click);
+  connect(code_, &QLineEdit::textChanged, this, &AirportEditor::showNameOfCode);
+  connect(enter_, &QPushButton::clicked, this, &AirportEditor::saveAirport);
 }
 
-void AirportEditor::codeChanged() {
+void AirportEditor::showNameOfCode() {
   if (length(code_->text().toStdString()) != kAirportCodeLength) {
     name_->clear();
     return;
   }
-  const QString capitals = toQString(toUpper(code_->text().toStdString()));
-  if (capitals != code_->text()) {
-    const QSignalBlocker blocker(code_);
-    const int cursor = code_->cursorPosition();
-    code_->setText(capitals);
-    code_->setCursorPosition(cursor);
-  }
-  name_->setText(toQString(
-      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(capitals.toStdString()))
-          .value_or("")));
+  makeCapitals(*code_);
+  const auto name =
+      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(code_->text().toStdString()));
+  showInBox(*name_, toQString(name.value_or("")));
 }
 
 bool acceptAirport(const TableEditing& editing, const QString& code, const QString& name,
@@ -158,7 +162,7 @@ bool acceptAirport(const TableEditing& editing, const QString& code, const QStri
   return true;
 }
 
-void AirportEditor::Command8_Click() {
+void AirportEditor::saveAirport() {
   TableEdit edit;
   if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
   editing_.rewrite(*enter_, edit, [this] { Q_EMIT written(); });

@@ -7,6 +7,7 @@
 #include <QWidget>
 #include <string>
 
+#include "tables/ui/route_end.h"
 #include "tables/ui/table_editing.h"
 
 namespace vel {
@@ -20,19 +21,19 @@ class AirportGroup : public QWidget {
   AirportGroup(const TableEditing& editing, QWidget* parent);
 
   /// Lists the airports whose names contain the keyword.
-  void Text3_Change();
-
-  /// Shows the code of the selected candidate as the list's tool tip.
-  void List1_Click();
+  void search();
 
  Q_SIGNALS:
-  /// The code of the selected candidate goes to the departure (0) or the
-  /// destination (1).
-  void transfer(int index, const std::string& code);
+  /// The code of the selected candidate goes to one end of the route. It is
+  /// empty where the table does not have the airport of that name any more.
+  void transfer(RouteEnd end, const std::string& code, const std::string& name);
 
  private:
-  void Command3_Click(int index);
-  [[nodiscard]] std::string selectedCode() const;
+  void showCodeOfSelected();
+  void transferSelected(RouteEnd end);
+  /// What the user has chosen; having the keyboard in the list is no choice.
+  [[nodiscard]] QModelIndex selected() const;
+  [[nodiscard]] std::string codeOf(const QModelIndex& candidate) const;
 
   const TableEditing& editing_;
   QLineEdit* keyword_;     // Text3
@@ -48,14 +49,14 @@ class AirportEditor : public QWidget {
   AirportEditor(const TableEditing& editing, QWidget* parent);
 
   /// Writes the record to airport.csv; an empty name deletes the code.
-  void Command8_Click();
+  void saveAirport();
 
  Q_SIGNALS:
   /// airport.csv has changed.
   void written();
 
  private:
-  void codeChanged();
+  void showNameOfCode();
 
   const TableEditing& editing_;
   QLineEdit* code_;     // Text2(5)

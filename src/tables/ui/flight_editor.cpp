@@ -19,7 +19,23 @@ constexpr const char* kNoDeparture = "Departure airport not filled. 出発空港
 constexpr const char* kNoDestination =
     "Destination airport not filled. 到着空港が記入されていません";
 
+// As much of what was looked for is shown in a notice.
+constexpr qsizetype kLongestLookedFor = 24;
+
+constexpr std::array<RouteEnd, 2> kRouteEnds = {RouteEnd::departure, RouteEnd::destination};
+
 QString label2(int index) { return QStringLiteral("Label2(%1)").arg(index); }
+
+QLabel* makeNotice(QWidget* parent, int index) {
+  auto* notice = new QLabel(parent);
+  notice->setObjectName(QStringLiteral("Notice(%1)").arg(index));
+  notice->setTextFormat(Qt::PlainText);
+  notice->setStyleSheet(QStringLiteral("color:#8a1c1c"));
+  // It shares the row with the name, and makes the frame no wider.
+  notice->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  notice->hide();
+  return notice;
+}
 
 }  // namespace
 
@@ -75,7 +91,12 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
     connect(name, &QPushButton::clicked, this,
             [this, name] { Q_EMIT airportNameChosen(name->text()); });
     names_[i] = name;
-    rows->addWidget(name);
+    notices_[i] = makeNotice(this, static_cast<int>(i));
+    auto* nameRow = new QHBoxLayout;
+    nameRow->setSpacing(4);
+    nameRow->addWidget(name, 1);
+    nameRow->addWidget(notices_[i], 1);
+    rows->addLayout(nameRow);
   }
   auto* remarkRow = new QHBoxLayout;
   remarkRow->setSpacing(4);
@@ -90,10 +111,12 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
 
   useSmallTitle(*this);
 
-  connect(departure_, &QLineEdit::textChanged, this, [this] { Text2_Change(0); });
-  connect(destination_, &QLineEdit::textChanged, this, [this] { Text2_Change(1); });
-  connect(enter_, &QPushButton::clicked, this, &FlightEditor::Command2_Click);
-  connect(paste_, &QPushButton::clicked, this, &FlightEditor::Command13_Click);
+  connect(departure_, &QLineEdit::textChanged, this,
+          [this] { showAirportName(RouteEnd::departure); });
+  connect(destination_, &QLineEdit::textChanged, this,
+          [this] { showAirportName(RouteEnd::destination); });
+  connect(enter_, &QPushButton::clicked, this, &FlightEditor::saveRoute);
+  connect(paste_, &QPushButton::clicked, this, &FlightEditor::offerCopiedRoutes);
 }
 
 void FlightEditor::setFlight(const std::string& flight) {
@@ -103,9 +126,10 @@ void FlightEditor::setFlight(const std::string& flight) {
 
 void FlightEditor::setRoute(const std::optional<FlightRoute>& route) {
   const FlightRoute shown = route.value_or(FlightRoute());
-  departure_->setText(toQString(shown.departure));
-  destination_->setText(toQString(shown.destination));
-  remark_->setText(toQString(shown.remark));
+  for (QLabel* notice : notices_) notice->hide();
+  showInBox(*departure_, toQString(shown.departure));
+  showInBox(*destination_, toQString(shown.destination));
+  showInBox(*remark_, toQString(shown.remark));
 }
 
 FlightRoute FlightEditor::route() const {
@@ -113,22 +137,40 @@ FlightRoute FlightEditor::route() const {
           remark_->text().toStdString()};
 }
 
-void FlightEditor::setAirport(int index, const std::string& code) {
-  (index == 0 ? departure_ : destination_)->setText(toQString(code));
+QLineEdit& FlightEditor::boxOf(RouteEnd end) const {
+  return end == RouteEnd::departure ? *departure_ : *destination_;
+}
+
+QLabel& FlightEditor::noticeOf(RouteEnd end) const {
+  return *notices_[static_cast<std::size_t>(end)];
+}
+
+void FlightEditor::setAirport(RouteEnd end, const std::string& code, const std::string& lookedFor) {
+  QLabel& notice = noticeOf(end);
+  notice.setVisible(code.empty());
+  if (code.empty()) {
+    notice.setText(tr("Not in airport.csv / 未登録: %1")
+                       .arg(shownText(std::string_view(lookedFor), kLongestLookedFor)));
+    notice.setToolTip(plainToolTip(notice.text()));
+    return;
+  }
+  showInBox(boxOf(end), toQString(code));
 }
 
 void FlightEditor::showAirportNames() {
-  for (int index = 0; index < 2 && !editing_.desktop().isEnding(); ++index) Text2_Change(index);
+  for (const RouteEnd end : kRouteEnds) {
+    if (!editing_.desktop().isEnding()) showAirportName(end);
+  }
 }
 
-void FlightEditor::Text2_Change(int index) {
-  const QString code = (index == 0 ? departure_ : destination_)->text();
-  const std::string name =
-      editing_.valueOrEnd(editing_.tables().airportNameOfLastLine(code.toStdString()));
-  names_[static_cast<std::size_t>(index)]->showText(toQString(name));
+void FlightEditor::showAirportName(RouteEnd end) {
+  noticeOf(end).hide();
+  const std::string code = boxOf(end).text().toStdString();
+  const std::string name = editing_.valueOrEnd(editing_.tables().airportNameOfLastLine(code));
+  names_[static_cast<std::size_t>(end)]->showText(toQString(name));
 }
 
-void FlightEditor::Command2_Click() {
+void FlightEditor::saveRoute() {
   if (!isLineSelected_()) {
     editing_.refuse(kNoLineSelected);
     return;
@@ -148,7 +190,7 @@ void FlightEditor::Command2_Click() {
   editing_.rewrite(*enter_, flightEdit(flight_, edited), rowUpdate_());
 }
 
-void FlightEditor::Command13_Click() {
+void FlightEditor::offerCopiedRoutes() {
   const std::vector<std::string> routes = routePairs(editing_.desktop().clipboardText());
   QMenu menu(this);
   menu.setObjectName(QStringLiteral("RouteMenu"));
@@ -164,11 +206,12 @@ void FlightEditor::Command13_Click() {
 
 void FlightEditor::takeRoute(std::string_view pair) {
   const auto codes = split(pair, '>');
-  for (int i = 0; i < 2; ++i) {
-    const std::string code = editing_.valueOrEnd(
-        editing_.tables().airportCodeOfThreeLetters(codes[static_cast<std::size_t>(i)]));
+  for (const RouteEnd end : kRouteEnds) {
+    const std::string shortCode(codes[static_cast<std::size_t>(end)]);
+    const std::string code =
+        editing_.valueOrEnd(editing_.tables().airportCodeOfThreeLetters(shortCode));
     if (editing_.desktop().isEnding()) return;
-    setAirport(i, code);
+    setAirport(end, code, shortCode);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "tables/ui/route_end.h"
 #include "tables/ui/table_editing.h"
 
 namespace vel {
@@ -38,24 +39,28 @@ class FlightEditor : public QGroupBox {
   void setRoute(const std::optional<FlightRoute>& route);
   [[nodiscard]] FlightRoute route() const;
 
-  /// Puts an airport code into box 0 (departure) or 1 (destination).
-  void setAirport(int index, const std::string& code);
+  /// Puts the code of an airport into its box. Where it is empty, because the
+  /// table does not have what was looked for, the box stays as it is, and a
+  /// notice beside it says so until the box changes.
+  void setAirport(RouteEnd end, const std::string& code, const std::string& lookedFor);
 
   /// Looks the names of both airports up again, after airport.csv has changed.
   void showAirportNames();
 
   /// Writes the boxes to FLIGHT.csv.
-  void Command2_Click();
+  void saveRoute();
 
   /// Offers the routes found in the clipboard's text in a menu.
-  void Command13_Click();
+  void offerCopiedRoutes();
 
  Q_SIGNALS:
   /// An airport name was clicked, or Enter pressed on it.
   void airportNameChosen(const QString& name);
 
  private:
-  void Text2_Change(int index);
+  void showAirportName(RouteEnd end);
+  [[nodiscard]] QLineEdit& boxOf(RouteEnd end) const;
+  [[nodiscard]] QLabel& noticeOf(RouteEnd end) const;
   void takeRoute(std::string_view pair);
 
   const TableEditing& editing_;
@@ -66,6 +71,7 @@ class FlightEditor : public QGroupBox {
   QLineEdit* destination_;                // Text2(1)
   QLineEdit* remark_;                     // Text2(2)
   std::array<ElidedButton*, 2> names_{};  // Label2(4), Label2(5)
+  std::array<QLabel*, 2> notices_{};      // beside the names
   QPushButton* enter_;                    // Command2
   QPushButton* paste_;                    // Command13
 };

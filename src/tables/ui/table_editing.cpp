@@ -135,6 +135,20 @@ void TableEditing::end(Rewriting& rewriting) const {
   if (over->whenGivenUp) over->whenGivenUp();
 }
 
+void showInBox(QLineEdit& box, const QString& text) {
+  box.setText(text);
+  box.home(false);
+}
+
+void makeCapitals(QLineEdit& box) {
+  const QString capitals = toQString(toUpper(box.text().toStdString()));
+  if (capitals == box.text()) return;
+  const QSignalBlocker blocker(box);
+  const int cursor = box.cursorPosition();
+  box.setText(capitals);
+  box.setCursorPosition(cursor);
+}
+
 QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
                          const QString& toolTip, QPushButton* enter) {
   auto* box = new QLineEdit(parent);

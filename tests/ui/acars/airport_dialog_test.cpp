@@ -176,5 +176,65 @@ TEST_F(AirportDialogWindow, ItDoesNotMoveTheWindowWhenItCloses) {
   EXPECT_EQ(window().frameGeometry(), before);
 }
 
+TEST_F(AirportDialogWindow, ACodeWhoseRecordHasAnEmptyNameEmptiesTheBox) {
+  base_.writeData("airport.csv", {"RJTT,Tokyo Haneda HND", "RJAA,"});
+  inAirportDialog("Label2(4)", [](QWidget& dialog) {
+    QTest::keyClicks(&code(dialog), QStringLiteral("rja"));
+    EXPECT_EQ(name(dialog).text(), QStringLiteral("Tokyo Haneda HND "));
+    QTest::keyClicks(&code(dialog), QStringLiteral("a"));
+    EXPECT_EQ(name(dialog).text(), QString());
+  });
+}
+
+TEST_F(AirportDialogWindow, AnAmpersandInANameIsAnAmpersand) {
+  base_.writeData("airport.csv", {"RJTT,Tokyo & Haneda HND", "RJAA,Narita && NRT"});
+  select(1);
+  select(0);
+  EXPECT_EQ(text("Label2(4)"), "Tokyo & Haneda HND");
+  EXPECT_TRUE(button("Label2(4)").shortcut().isEmpty());
+  inAirportDialog("Label2(4)", [](QWidget& dialog) {
+    EXPECT_EQ(name(dialog).text(), QStringLiteral("Tokyo & Haneda HND "));
+    QTest::keyClicks(&code(dialog), QStringLiteral("rjaa"));
+    EXPECT_EQ(name(dialog).text(), QStringLiteral("Narita && NRT"));
+  });
+}
+
+TEST_F(AirportDialogWindow, ALongNameShowsItsBeginning) {
+  base_.writeData("airport.csv", {"RJTT," + std::string(300, 'n')});
+  select(1);
+  select(0);
+  inAirportDialog("Label2(4)", [](QWidget& dialog) {
+    EXPECT_EQ(name(dialog).cursorPosition(), 0);
+    QTest::keyClicks(&code(dialog), QStringLiteral("rjtt"));
+    EXPECT_EQ(name(dialog).cursorPosition(), 0);
+  });
+}
+
+TEST_F(AirportDialogWindow, TheTabKeyGoesFromTheCodeThroughTheNameToTheButtons) {
+  inAirportDialog("Label2(4)", [](QWidget& dialog) {
+    std::vector<std::string> order;
+    ASSERT_TRUE(code(dialog).hasFocus());
+    for (int i = 0; i < 5; ++i) {
+      order.push_back(dialog.focusWidget()->objectName().toStdString());
+      QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_THAT(order, ElementsAre("Text1(0)", "Command6", "Text1(1)", "OKButton", "CancelButton"));
+  });
+}
+
+TEST_F(AirportDialogWindow, ItStaysOpenUntilTheAirportIsWritten) {
+  inAirportDialog("Label2(4)", [](QWidget& dialog) {
+    QTest::keyClicks(&code(dialog), QStringLiteral("rjtt"));
+    test::typeOver(name(dialog), "Haneda HND");
+    QTest::mouseClick(&test::control<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
+    QTest::keyClick(&dialog, Qt::Key_Escape);
+    EXPECT_TRUE(dialog.isVisible());
+    test::finishJobs();
+    EXPECT_FALSE(dialog.isVisible());
+  });
+  EXPECT_TRUE(table().starts_with("RJTT,Haneda HND\r\n"));
+  EXPECT_EQ(text("Label2(4)"), "Haneda HND");
+}
+
 }  // namespace
 }  // namespace vel

@@ -235,5 +235,39 @@ TEST_F(AirportGroupWindow, ProcessingAndCompleteAreShownAroundTheWrite) {
   EXPECT_TRUE(find<QLabel>("Label6").isVisible());
 }
 
+TEST_F(AirportGroupWindow, ReachingTheListWithTheTabKeyChoosesNothing) {
+  select(0);
+  box("Text3").setFocus();
+  QTest::keyClick(&box("Text3"), Qt::Key_Tab);
+  ASSERT_TRUE(candidates().hasFocus());
+  EXPECT_TRUE(candidates().toolTip().isEmpty());
+  click("Command3(0)");
+  EXPECT_EQ(text("Text2(0)"), "RJTT");
+  EXPECT_EQ(text("Text2(1)"), "KLAX");
+  // An arrow key does.
+  candidates().setFocus();
+  QTest::keyClick(&candidates(), Qt::Key_Down);
+  click("Command3(1)");
+  EXPECT_EQ(text("Text2(1)"), candidates().toolTip().toStdString());
+  EXPECT_NE(text("Text2(1)"), "KLAX");
+}
+
+TEST_F(AirportGroupWindow, ACandidateThatTheTableLostMeanwhileLeavesTheRoute) {
+  select(0);
+  clickCandidate(1);
+  base_.writeData("airport.csv", {"RJTT,Tokyo Haneda HND", "KLAX,Los Angeles LAX"});
+  click("Command3(0)");
+  EXPECT_EQ(text("Text2(0)"), "RJTT");
+  EXPECT_EQ(text("Notice(0)"), "Not in airport.csv / 未登録: Tokyo Narita NRT");
+  EXPECT_TRUE(find<QLabel>("Notice(0)").isVisible());
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+}
+
+TEST_F(AirportGroupWindow, ALongNameShowsItsBeginning) {
+  base_.writeData("airport.csv", {"RJTT," + std::string(300, 'n')});
+  test::typeKeys(box("Text2(5)"), "rjtt");
+  EXPECT_EQ(box("Text2(6)").cursorPosition(), 0);
+}
+
 }  // namespace
 }  // namespace vel

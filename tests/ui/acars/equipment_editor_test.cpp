@@ -213,5 +213,23 @@ TEST_F(EquipmentEditor, AnEditInASortedListChangesTheShownLineInItsPlace) {
   EXPECT_EQ(table(), "JA8089,B744\r\nJA731A,B773\r\nJA8089,B74S\r\nN1,A320\r\nJA9999,ZZZZ\r\n");
 }
 
+TEST_F(EquipmentEditor, ARegistrationWithAQuoteIsRefused) {
+  base_.writeLog(kLog, {"JL0012,O,JA\"9,RJTT,KLAX,B744,,9:05:00"});
+  click("Command5");
+  select(0);
+  const std::string before = table();
+  test::typeOver(box("Text1"), "B748");
+  click("Command1");
+  EXPECT_THAT(desktop_.messages, ElementsAre(kIllegal));
+  EXPECT_EQ(table(), before);
+}
+
+TEST_F(EquipmentEditor, TheBoxComesBeforeItsButtonInTheOrderOfTheTabKey) {
+  select(0);
+  box("Text1").setFocus();
+  QTest::keyClick(&box("Text1"), Qt::Key_Tab);
+  EXPECT_TRUE(button("Command1").hasFocus());
+}
+
 }  // namespace
 }  // namespace vel

@@ -20,6 +20,31 @@ constexpr const char* kNoDestination =
 constexpr const char* kIllegal =
     "Illegal character is included. 登録できない文字が含まれています。";
 
+/// The watched labels and disabled buttons that were drawn, and not merely
+/// shown, before a rewrite touched the files of its table.
+class DrawnBefore : public QObject {
+ public:
+  explicit DrawnBefore(std::filesystem::path table) : table_(std::move(table)) {}
+
+  std::vector<std::string> names;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const auto exists = [this](const char* extension) {
+      return std::filesystem::exists(std::filesystem::path(table_).replace_extension(extension));
+    };
+    if (event->type() != QEvent::Paint || exists("$$$") || exists("bak")) return false;
+    const auto* control = qobject_cast<QPushButton*>(watched);
+    if (control == nullptr || !control->isEnabled()) {
+      names.push_back(watched->objectName().toStdString());
+    }
+    return false;
+  }
+
+ private:
+  std::filesystem::path table_;
+};
+
 class FlightEditorWindow : public test::AcarsWindowTest {
  protected:
   void SetUp() override {
@@ -229,15 +254,94 @@ TEST_F(FlightEditorWindow, AtMostElevenRoutesAreOffered) {
   EXPECT_EQ(offered().back(), "AAK>HND");
 }
 
-TEST_F(FlightEditorWindow, ARouteWithoutAnAirportInTheTableEmptiesItsBox) {
+TEST_F(FlightEditorWindow, ARouteWithoutAnAirportInTheTableKeepsItsBoxAndSaysSoBesideIt) {
   select(0);
   desktop_.clipboard = "From (Nowhere (QQQ))\nto (Haneda (HND))\n";
   pasteMenu([](QMenu& menu) {
     menu.setActiveAction(menu.actions()[0]);
     QTest::keyClick(&menu, Qt::Key_Return);
   });
-  EXPECT_EQ(text("Text2(0)"), "");
+  EXPECT_EQ(text("Text2(0)"), "RJTT");
+  EXPECT_EQ(text("Label2(4)"), "Tokyo Haneda HND");
+  EXPECT_EQ(text("Notice(0)"), "Not in airport.csv / 未登録: QQQ");
+  EXPECT_TRUE(shown("Notice(0)"));
   EXPECT_EQ(text("Text2(1)"), "RJTT");
+  EXPECT_FALSE(shown("Notice(1)"));
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+  // It goes when the box changes, and with another line.
+  test::typeKeys(box("Text2(0)"), "x");
+  EXPECT_FALSE(shown("Notice(0)"));
+}
+
+TEST_F(FlightEditorWindow, TheNoticeOfAMissingAirportMovesNothing) {
+  select(0);
+  const QRect name = find<QWidget>("Label2(5)").geometry();
+  const QRect frame = find<QWidget>("Frame2").geometry();
+  desktop_.clipboard = "From (Nowhere (QQQ))\nto (Nowhere (QQQ))\n";
+  pasteMenu([](QMenu& menu) {
+    menu.setActiveAction(menu.actions()[0]);
+    QTest::keyClick(&menu, Qt::Key_Return);
+  });
+  QCoreApplication::processEvents();
+  EXPECT_EQ(find<QWidget>("Frame2").geometry(), frame);
+  EXPECT_EQ(find<QWidget>("Label2(5)").geometry().topLeft(), name.topLeft());
+  EXPECT_TRUE(shown("Notice(1)"));
+  select(1);
+  EXPECT_FALSE(shown("Notice(0)"));
+  EXPECT_FALSE(shown("Notice(1)"));
+}
+
+TEST_F(FlightEditorWindow, AFlightThatNoFieldCanHoldIsRefusedAtEveryPress) {
+  base_.writeLog(kLog, {"A\"B12,O,JA8089,RJTT,KLAX,B744,,9:05:00"});
+  click("Command5");
+  select(0);
+  const std::string before = base_.data("FLIGHT.csv");
+  fill("RJAA", "KSFO", "");
+  click("Command2");
+  click("Command2");
+  EXPECT_THAT(desktop_.messages, ElementsAre(kIllegal, kIllegal));
+  EXPECT_EQ(base_.data("FLIGHT.csv"), before);
+  EXPECT_EQ(text("Text2(2)"), "");
+}
+
+TEST_F(FlightEditorWindow, ALongRemarkShowsItsBeginning) {
+  base_.writeData("FLIGHT.csv", {"JL0012,RJTTKLAX," + std::string(200, 'r')});
+  select(0);
+  EXPECT_EQ(box("Text2(2)").cursorPosition(), 0);
+}
+
+TEST_F(FlightEditorWindow, ProcessingIsDrawnBeforeTheTableIsTouched) {
+  select(0);
+  DrawnBefore drawn(base_.folders.data / "FLIGHT.csv");
+  find<QWidget>("Label7").installEventFilter(&drawn);
+  button("Command2").installEventFilter(&drawn);
+  click("Command2");
+  EXPECT_THAT(drawn.names, testing::IsSupersetOf({"Label7", "Command2"}));
+}
+
+TEST_F(FlightEditorWindow, TwoEditorsPressedAtOnceBothWriteTheirTables) {
+  select(0);
+  test::typeOver(box("Text2(1)"), "KSFO");
+  test::typeOver(box("Text1"), "B748");
+  clickOnly("Command2");
+  clickOnly("Command1");
+  test::finishJobs();
+  EXPECT_THAT(desktop_.messages, IsEmpty());
+  EXPECT_EQ(column(kListDestination)[0], "KSFO");
+  EXPECT_EQ(column(kListEquipment)[0], "B748");
+  EXPECT_TRUE(base_.data("FLIGHT.csv").starts_with("JL0012,RJTTKSFO,"));
+  EXPECT_TRUE(base_.data("aircraft.csv").starts_with("JA8089,B748\r\n"));
+  EXPECT_TRUE(button("Command1").isEnabled());
+  EXPECT_TRUE(button("Command2").isEnabled());
+}
+
+TEST_F(FlightEditorWindow, AWindowThatClosesDuringARewriteFinishesIt) {
+  select(0);
+  test::typeOver(box("Text2(1)"), "KSFO");
+  clickOnly("Command2");
+  window().close();
+  EXPECT_TRUE(base_.data("FLIGHT.csv").starts_with("JL0012,RJTTKSFO,"));
+  EXPECT_FALSE(fileExists(base_.folders.data / "FLIGHT.$$$"));
 }
 
 }  // namespace

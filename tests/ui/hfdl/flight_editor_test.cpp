@@ -80,7 +80,8 @@ TEST_F(HfdlFlightEditor, ALineSelectedBeforeTheLastLookUpEndedIsNotTouched) {
   select(0);
   // The list has moved on; the panel still shows the first line's flight.
   list().setListIndex(4);
-  window().panel()->flight()->Command2_Click();
+  window().panel()->flight()->saveRoute();
+  test::finishJobs();
   EXPECT_EQ(column(kHfdlOrigin)[4], "");
 }
 
