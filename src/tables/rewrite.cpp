@@ -130,12 +130,6 @@ class EditedCopy {
   bool pending_ = true;
 };
 
-/// True when there is anything of that name, a link to nothing included.
-bool isTaken(const std::filesystem::path& path) {
-  std::error_code error;
-  return std::filesystem::exists(std::filesystem::symlink_status(path, error));
-}
-
 bool isFolder(const std::filesystem::path& path) {
   std::error_code error;
   return std::filesystem::is_directory(std::filesystem::symlink_status(path, error));
@@ -147,11 +141,6 @@ Status clearSecondName(const TableFiles& files) {
   std::error_code error;
   if (!std::filesystem::equivalent(files.live, files.temporary, error)) return {};
   return removeFile(files.temporary);
-}
-
-/// Makes way for the new file.
-Status clearTemporary(const TableFiles& files) {
-  return isTaken(files.temporary) ? removeFile(files.temporary) : Status();
 }
 
 /// Writes the edited table into the open new file, down to the disk.
@@ -180,7 +169,6 @@ Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encod
   Result<InputFile> live = InputFile::open(files.live);
   if (!live) return live.error();
   LineBlocks lines(*std::move(live), LineBlocks::LongerLines::fail, byteOrderMarkOf(encoding));
-  if (const Status status = clearTemporary(files); !status) return status;
   Result<OutputFile> file = OutputFile::create(files.temporary);
   if (!file) return file.error();
   const Status written = writeEdited(lines, files, edit, encoding, record, *std::move(file));
@@ -211,6 +199,7 @@ RewriteOutcome ReferenceTableRewrite::next() {
 
 RewriteOutcome ReferenceTableRewrite::fail(const Error& error) {
   error_ = error;
+  lock_.reset();
   return RewriteOutcome::failed;
 }
 
@@ -226,6 +215,8 @@ RewriteOutcome ReferenceTableRewrite::check() {
 
 RewriteOutcome ReferenceTableRewrite::write() {
   files_ = filesOf(folders_, edit_.table);
+  lock_ = FolderLock::take(files_.live.parent_path());
+  if (!lock_) return RewriteOutcome::busy;
   const Status written = writeNewTable(files_, edit_, encoding_, record_);
   if (!written) return fail(written.error());
   step_ = Step::removeBackup;
@@ -236,8 +227,11 @@ RewriteOutcome ReferenceTableRewrite::removeBackup() {
   // Without a new table the live one stays where it is.
   if (!fileExists(files_.temporary)) return fail({ErrorNumber::fileNotFound});
   // A folder of that name stops the rename.
-  if (isTaken(files_.backup) && !isFolder(files_.backup)) {
-    if (const Status removed = removeFile(files_.backup); !removed) return fail(removed.error());
+  if (!isFolder(files_.backup)) {
+    const Status removed = removeFile(files_.backup);
+    if (!removed && removed.error().number != ErrorNumber::fileNotFound) {
+      return fail(removed.error());
+    }
   }
   step_ = Step::exchange;
   return exchange();
@@ -251,6 +245,7 @@ RewriteOutcome ReferenceTableRewrite::exchange() {
   if (!renamed) return fail(renamed.error());
   const Status flushed = flushFolder(files_.live.parent_path());
   if (!flushed) return fail(flushed.error());
+  lock_.reset();
   return RewriteOutcome::done;
 }
 

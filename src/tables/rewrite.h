@@ -1,5 +1,9 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
+#include "core/file.h"
 #include "core/folders.h"
 #include "core/result.h"
 #include "core/text.h"
@@ -14,6 +18,7 @@ enum class RewriteOutcome {
   more,     ///< the next step waits
   done,     ///< the table has changed
   refused,  ///< the key or the record cannot be stored; no file was touched
+  busy,     ///< another program rewrites a table: the same step can be tried again in a moment
   held,     ///< another program holds the table: the same step can be tried again
   failed,   ///< error() says why
 };
@@ -23,15 +28,16 @@ enum class RewriteOutcome {
 /// the new file to `<name>.csv`, and flushes the folder. Lines that are carried
 /// through are copied byte for byte, less the fields that the table's rule
 /// drops, and end in CR LF. On the line that is replaced in letter.csv, field 1
-/// stays as it stands in the file. Whatever fails or is given up before the
+/// stays as it stands in the file. While it runs it holds the lock of the folder
+/// that the table lies in. Whatever fails or is given up before the
 /// first rename leaves the live table untouched.
 class ReferenceTableRewrite {
  public:
   ReferenceTableRewrite(const Folders& folders, const Encoding& encoding, TableEdit edit);
 
   /// Does the next of three steps: checks the edit, which touches no file;
-  /// makes the new file; exchanges the files. A step that answered `held` is
-  /// tried again. Not called after `done`, `refused` or `failed`.
+  /// makes the new file; exchanges the files. A step that answered `busy` or
+  /// `held` is tried again. Not called after `done`, `refused` or `failed`.
   RewriteOutcome next();
 
   /// What to tell the user after `failed`.
@@ -51,6 +57,7 @@ class ReferenceTableRewrite {
   TableEdit edit_;
   std::string record_;  // the new one as bytes
   TableFiles files_;
+  std::optional<FolderLock> lock_;
   Step step_ = Step::check;
   Error error_;
 };

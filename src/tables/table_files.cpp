@@ -1,6 +1,8 @@
 #include "tables/table_files.h"
 
-#include <system_error>
+#include <chrono>
+#include <optional>
+#include <thread>
 
 #include "core/file.h"
 
@@ -10,20 +12,22 @@ namespace {
 constexpr std::string_view kTemporaryExtension = ".$$$";
 constexpr std::string_view kBackupExtension = ".bak";
 
-// As many links in a row are followed, as systems do.
-constexpr int kMostLinks = 40;
+// How often, and in what steps, the start of the program waits for another
+// program that is just changing a table.
+constexpr int kLockTries = 100;
+constexpr std::chrono::milliseconds kLockWait{10};
 
-// The file behind a symbolic link, which need not exist; any other path as it is.
-std::filesystem::path behindLinks(std::filesystem::path file) {
-  for (int i = 0; i < kMostLinks; ++i) {
-    std::error_code error;
-    if (!std::filesystem::is_symlink(std::filesystem::symlink_status(file, error))) return file;
-    const std::filesystem::path target = std::filesystem::read_symlink(file, error);
-    if (error) return file;
-    // An absolute target replaces the whole path.
-    file = file.parent_path() / target;
+bool isCutOff(const TableFiles& files) {
+  return !fileExists(files.live) && fileExists(files.temporary) && fileExists(files.backup);
+}
+
+std::optional<FolderLock> waitForLock(const std::filesystem::path& folder) {
+  std::optional<FolderLock> lock = FolderLock::take(folder);
+  for (int i = 0; i < kLockTries && !lock; ++i) {
+    std::this_thread::sleep_for(kLockWait);
+    lock = FolderLock::take(folder);
   }
-  return file;
+  return lock;
 }
 
 }  // namespace
@@ -48,7 +52,7 @@ TableFiles filesOf(const Folders& folders, Table table) {
   std::string name = tableName(table);
   TableFiles files;
   files.named = fileIn(folders.data, name + std::string(kTableExtension));
-  files.live = behindLinks(files.named);
+  files.live = linkTarget(files.named);
   const std::filesystem::path folder = files.live.parent_path();
   if (files.live != files.named) {
     const std::string extension = toUtf8(files.live.extension());
@@ -70,9 +74,10 @@ Error incompleteRecord(const std::filesystem::path& table, std::size_t line) {
 void recoverTables(const Folders& folders) {
   for (const Table table : kTables) {
     const TableFiles files = filesOf(folders, table);
-    if (fileExists(files.live) || !fileExists(files.temporary) || !fileExists(files.backup)) {
-      continue;
-    }
+    if (!isCutOff(files)) continue;
+    // Another program may be between its renames at this moment.
+    const std::optional<FolderLock> lock = waitForLock(files.live.parent_path());
+    if (!lock || !isCutOff(files)) continue;
     // Where this fails, the look-ups report the missing table.
     if (renameFile(files.temporary, files.live)) {
       static_cast<void>(flushFolder(files.live.parent_path()));

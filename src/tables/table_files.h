@@ -41,7 +41,8 @@ struct TableFiles {
 
 /// Finishes, for every table, a rewrite that was cut off between its two
 /// renames: where `<name>.csv` is missing while both `<name>.$$$` and
-/// `<name>.bak` exist, the new file takes its place. No other state is touched.
+/// `<name>.bak` exist, the new file takes its place. No other state is touched,
+/// and none that another program is just changing.
 void recoverTables(const Folders& folders);
 
 }  // namespace vel

@@ -133,7 +133,9 @@ TEST_F(Durability, TheNewFileIsOnTheDiskBeforeTheFirstRenameAndTheFolderAfterThe
       calls.seen,
       ElementsAre("fchmod aircraft.$$$", "write aircraft.$$$", "fsync aircraft.$$$",
                   "close aircraft.$$$", "close aircraft.csv", "rename aircraft.csv aircraft.bak",
-                  "rename aircraft.$$$ aircraft.csv", "fsync data", "close data"));
+                  "rename aircraft.$$$ aircraft.csv", "fsync data", "close data",
+                  // the lock
+                  "close data"));
   EXPECT_THAT(desktop_.messages, IsEmpty());
 }
 
@@ -160,7 +162,7 @@ TEST_F(Durability, AFullServerNoticedOnlyWhenTheFileIsClosed) {
 TEST_F(Durability, PermissionsThatCannotBeCarriedOverAreNoReasonToFail) {
   calls.failing = "fchmod aircraft.$$$";
   calls.code = EPERM;
-  EXPECT_EQ(rewrite(), RewriteOutcome::done);
+  EXPECT_EQ(rewrite(), test::DrivenRewrite::done);
   EXPECT_THAT(desktop_.messages, IsEmpty());
   EXPECT_EQ(bytes("aircraft.csv"), "A,1\r\nJA8089,B748\r\n");
 }
@@ -189,7 +191,9 @@ TEST_F(Durability, AProgramThatEndedBetweenTheRenamesFindsTheNewTableAtItsNextSt
   calls.listening = true;
   recoverTables(base_.folders);
   EXPECT_THAT(calls.seen,
-              ElementsAre("rename aircraft.$$$ aircraft.csv", "fsync data", "close data"));
+              ElementsAre("rename aircraft.$$$ aircraft.csv", "fsync data", "close data",
+                          // the lock
+                          "close data"));
   EXPECT_EQ(bytes("aircraft.csv"), "A,1\r\nJA8089,B748\r\n");
   EXPECT_EQ(bytes("aircraft.bak"), before_);
 }

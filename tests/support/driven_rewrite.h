@@ -26,6 +26,7 @@ inline DrivenRewrite drive(RecordingDesktop& desktop, ReferenceTableRewrite& rew
       case RewriteOutcome::refused:
         desktop.showMessage(kIllegalCharacter);
         return DrivenRewrite::refused;
+      case RewriteOutcome::busy:
       case RewriteOutcome::held:
         if (desktop.askRetry(kTableHeld)) break;
         desktop.endProgram(1);

@@ -1,11 +1,21 @@
 #include "tables/ui/table_editing.h"
 
 #include <QPointer>
+#include <chrono>
+#include <optional>
+#include <thread>
 #include <utility>
 
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
+namespace {
+
+// How long another program's rewrite is waited for before the user is asked.
+constexpr std::chrono::milliseconds kPatience{1000};
+constexpr std::chrono::milliseconds kShortWait{2};
+
+}  // namespace
 
 /// One rewrite under way, with the button that started it.
 class TableEditing::Rewriting {
@@ -49,8 +59,25 @@ class TableEditing::Rewriting {
   JobProgress step() {
     if (editing_.desktop().isEnding()) return JobProgress::done;
     outcome_ = rewrite_.next();
+    if (outcome_ == RewriteOutcome::busy) {
+      waitForOtherProgram();
+      return JobProgress::more;
+    }
+    busySince_.reset();
     const bool isUnderWay = outcome_ == RewriteOutcome::more || outcome_ == RewriteOutcome::held;
     return isUnderWay ? JobProgress::more : JobProgress::done;
+  }
+
+  // Another program is done in a moment; one that is not holds the table.
+  void waitForOtherProgram() {
+    const Job::Clock::time_point now = Job::Clock::now();
+    if (!busySince_) busySince_ = now;
+    if (now - *busySince_ < kPatience) {
+      std::this_thread::sleep_for(kShortWait);
+      return;
+    }
+    busySince_.reset();
+    outcome_ = RewriteOutcome::held;
   }
 
   void askIfHeld() {
@@ -69,6 +96,7 @@ class TableEditing::Rewriting {
   QPointer<QWidget> heir_;
   ReferenceTableRewrite rewrite_;
   RewriteOutcome outcome_ = RewriteOutcome::more;
+  std::optional<Job::Clock::time_point> busySince_;
   JobSlot slot_;
 };
 
