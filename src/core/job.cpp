@@ -38,10 +38,6 @@ bool JobRunner::turn() {
   return !isIdle();
 }
 
-void JobRunner::finishLine() {
-  while (!line_.empty() && line_.front()->isReady()) line_.front()->step();
-}
-
 bool JobRunner::isIdle() const {
   return std::none_of(slots_.begin(), slots_.end(),
                       [](const JobSlot* slot) { return slot->isReady(); });
@@ -54,30 +50,16 @@ JobSlot::~JobSlot() {
   std::erase(runner_.slots_, this);
 }
 
-bool JobSlot::isReady() const {
-  if (current_ == nullptr || current_->calling) return false;
-  return current_->order == JobOrder::free || runner_.line_.front() == this;
-}
-
-void JobSlot::start(std::unique_ptr<Job> job, Watch watch, std::chrono::milliseconds slice,
-                    JobOrder order) {
+void JobSlot::start(std::unique_ptr<Job> job, Watch watch, std::chrono::milliseconds slice) {
   stop();
-  current_ = std::make_shared<Running>(Running{std::move(job), std::move(watch), slice, order});
-  if (order == JobOrder::oneAfterAnother) runner_.line_.push_back(this);
+  current_ = std::make_shared<Running>(Running{std::move(job), std::move(watch), slice});
   if (runner_.wake) runner_.wake();
 }
 
 void JobSlot::stop() {
   if (current_ == nullptr) return;
   current_->ended = true;
-  free();
-  // Another one may have waited for this.
-  if (runner_.wake && !runner_.isIdle()) runner_.wake();
-}
-
-void JobSlot::free() {
   current_.reset();
-  std::erase(runner_.line_, this);
 }
 
 void JobSlot::step() {
@@ -91,7 +73,7 @@ void JobSlot::step() {
     if (running->watch.stepped) running->watch.stepped();
     running->calling = false;
   } else {
-    free();
+    current_.reset();
     if (running->watch.ended) {
       running->watch.ended(progress ? Status() : Status(progress.error()));
     }

@@ -29,12 +29,6 @@ class Job {
 [[nodiscard]] std::unique_ptr<Job> makeJob(
     std::function<Result<JobProgress>(Job::Clock::time_point deadline)> step);
 
-/// Whether a job waits for others before its first step.
-enum class JobOrder {
-  free,
-  oneAfterAnother,  ///< until every job of this order that was started before has ended
-};
-
 class JobSlot;
 
 /// Steps the jobs of all slots in turn. It knows no event loop: what drives it
@@ -61,10 +55,6 @@ class JobRunner {
   /// waits then, the others go on.
   bool turn();
 
-  /// Steps the jobs that run one after another until there is none left: the
-  /// program does not end in the middle of them.
-  void finishLine();
-
   /// True when no slot has a job that could be stepped now.
   [[nodiscard]] bool isIdle() const;
 
@@ -73,7 +63,6 @@ class JobRunner {
   [[nodiscard]] bool ends() const { return isEnding && isEnding(); }
 
   std::vector<JobSlot*> slots_;
-  std::vector<JobSlot*> line_;  // of the jobs that run one after another
 };
 
 /// The place of one kind of job. Starting a job ends the one before it, which
@@ -97,7 +86,7 @@ class JobSlot {
   /// Takes the job; its first step comes with the runner's next turn.
   /// `slice` is how long each of its steps may take.
   void start(std::unique_ptr<Job> job, Watch watch,
-             std::chrono::milliseconds slice = JobRunner::kSlice, JobOrder order = JobOrder::free);
+             std::chrono::milliseconds slice = JobRunner::kSlice);
 
   /// Ends the running job, if any.
   void stop();
@@ -110,13 +99,11 @@ class JobSlot {
     std::unique_ptr<Job> job;
     Watch watch;
     std::chrono::milliseconds slice;
-    JobOrder order;
     bool calling = false;  // one of its calls is on the stack
     bool ended = false;    // by start(), stop() or the end of the slot
   };
 
-  [[nodiscard]] bool isReady() const;
-  void free();
+  [[nodiscard]] bool isReady() const { return current_ != nullptr && !current_->calling; }
   void step();
 
   JobRunner& runner_;

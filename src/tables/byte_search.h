@@ -10,10 +10,10 @@ namespace vel {
 constexpr std::size_t kSearchStride = 64;
 constexpr std::size_t kSearchReach = 32;
 
-/// What a pattern of three or more bytes is looked for by: some bytes
-/// that follow one another in it, then its head.
+/// What a pattern of two or more bytes is looked for by: some bytes that follow
+/// one another in it, then its head.
 struct ByteProbe {
-  static constexpr std::size_t kShortest = 3;
+  static constexpr std::size_t kShortest = 2;
   static constexpr std::size_t kLongest = 5;
 
   std::array<char, kLongest> bytes{};

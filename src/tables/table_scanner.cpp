@@ -15,34 +15,23 @@ using Next = TableScanner::Next;
 
 bool endsLine(char byte) { return byte == '\n' || byte == '\r'; }
 
-// True where a CR ends a line by itself.
-bool hasLoneReturn(std::string_view block) {
-  for (std::size_t at = block.find('\r'); at != std::string_view::npos;
-       at = block.find('\r', at + 1)) {
-    if (at + 1 == block.size() || block[at + 1] != '\n') return true;
-  }
-  return false;
-}
-
 // How a block is looked through for lines with some bytes.
 class LineFinder {
  public:
   LineFinder(std::string_view bytes, Anchor anchor) : bytes_(bytes), anchor_(anchor) {
-    // Too few bytes are told apart better with the line end before them; then
-    // lines that end in a CR alone need a closer look.
-    withLineFeed_ = anchor == Anchor::lineStart && bytes.size() < ByteProbe::kShortest;
-    if (!bytes.empty()) pattern_.emplace((withLineFeed_ ? "\n" : "") + std::string(bytes));
+    // One byte is in nearly every line.
+    const std::size_t fewest = anchor == Anchor::lineStart ? ByteProbe::kShortest : 1;
+    if (bytes.size() >= fewest) pattern_.emplace(std::string(bytes));
   }
 
   template <typename Visit>
   Next visit(std::string_view block, const Visit& visit) {
-    if (!pattern_ || (withLineFeed_ && hasLoneReturn(block))) return visitEach(block, visit);
+    if (!pattern_) return visitEach(block, visit);
     pattern_->prepare(block);
     const char* const end = block.data() + block.size();
-    // The LF before the block is the line start of its first line.
-    const char* place = withLineFeed_ ? block.data() - 1 : block.data();
+    const char* place = block.data();
     while ((place = pattern_->find(place, end)) != end) {
-      const char* lineBegin = withLineFeed_ ? place + 1 : place;
+      const char* lineBegin = place;
       if (anchor_ == Anchor::lineStart && !endsLine(lineBegin[-1])) {
         ++place;
         continue;
@@ -69,7 +58,6 @@ class LineFinder {
 
   std::string_view bytes_;
   Anchor anchor_;
-  bool withLineFeed_;
   std::optional<BytePattern> pattern_;
 };
 

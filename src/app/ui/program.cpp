@@ -149,8 +149,6 @@ void Program::endBySystem() {
 }
 
 void Program::saveAndEnd() {
-  // A rewrite of a table is not left half done.
-  if (!desktop_.isEnding()) jobs_.finishLine();
   for (const auto& step : unloadSteps_) step();
   if (desktop_.isEnding()) return;
   // Nothing is shown for any trouble with the settings.

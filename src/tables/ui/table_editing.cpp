@@ -38,8 +38,18 @@ class TableEditing::Rewriting {
 
   void start() {
     slot_.start(makeJob([this](Job::Clock::time_point) { return step(); }),
-                {.stepped = [this] { askIfHeld(); }, .ended = [this](const Status&) { end(); }},
-                JobRunner::kSlice, JobOrder::oneAfterAnother);
+                {.stepped = [this] { askIfHeld(); }, .ended = [this](const Status&) { end(); }});
+  }
+
+  /// Does what is left of it, without a question.
+  void finish() {
+    slot_.stop();
+    const Job::Clock::time_point patience = Job::Clock::now() + kPatience;
+    while (outcome_ == RewriteOutcome::more || outcome_ == RewriteOutcome::busy) {
+      if (outcome_ == RewriteOutcome::busy && Job::Clock::now() > patience) return;
+      if (outcome_ == RewriteOutcome::busy) std::this_thread::sleep_for(kShortWait);
+      outcome_ = rewrite_.next();
+    }
   }
 
   [[nodiscard]] RewriteOutcome outcome() const { return outcome_; }
@@ -57,10 +67,9 @@ class TableEditing::Rewriting {
 
  private:
   JobProgress step() {
-    if (editing_.desktop().isEnding()) return JobProgress::done;
     outcome_ = rewrite_.next();
     if (outcome_ == RewriteOutcome::busy) {
-      waitForOtherProgram();
+      waitForOther();
       return JobProgress::more;
     }
     busySince_.reset();
@@ -68,10 +77,12 @@ class TableEditing::Rewriting {
     return isUnderWay ? JobProgress::more : JobProgress::done;
   }
 
-  // Another program is done in a moment; one that is not holds the table.
-  void waitForOtherProgram() {
+  // Another program is done in a moment; one that is not holds the table. An
+  // earlier rewrite of this window may wait for the user's answer.
+  void waitForOther() {
     const Job::Clock::time_point now = Job::Clock::now();
-    if (!busySince_) busySince_ = now;
+    const bool isFirst = editing_.rewritings_.front().get() == this;
+    if (!busySince_ || !isFirst) busySince_ = now;
     if (now - *busySince_ < kPatience) {
       std::this_thread::sleep_for(kShortWait);
       return;
@@ -81,8 +92,11 @@ class TableEditing::Rewriting {
   }
 
   void askIfHeld() {
-    if (outcome_ != RewriteOutcome::held || editing_.desktop().askRetry(kTableHeld)) return;
-    editing_.desktop().endProgram(1);
+    if (outcome_ != RewriteOutcome::held) return;
+    if (!editing_.desktop().isEnding()) {
+      if (editing_.desktop().askRetry(kTableHeld)) return;
+      editing_.desktop().endProgram(1);
+    }
     slot_.stop();
     end();
   }
@@ -103,7 +117,9 @@ class TableEditing::Rewriting {
 TableEditing::TableEditing(const Context& context, const Tables& tables, BusyLabels& labels)
     : context_(context), tables_(tables), labels_(labels) {}
 
-TableEditing::~TableEditing() = default;
+TableEditing::~TableEditing() {
+  for (const auto& rewriting : rewritings_) rewriting->finish();
+}
 
 bool TableEditing::refuse(const char* message) const {
   desktop().showMessage(message);

@@ -23,6 +23,7 @@ class TableEditing {
   TableEditing(const Context& context, const Tables& tables, BusyLabels& labels);
   TableEditing(const TableEditing&) = delete;
   TableEditing& operator=(const TableEditing&) = delete;
+  /// Finishes the rewrites that are under way.
   ~TableEditing();
 
   [[nodiscard]] Desktop& desktop() const { return context_.desktop; }
@@ -42,7 +43,7 @@ class TableEditing {
   bool acceptKey(const QString& key) const;
 
   /// Starts the rewrite, with the button disabled and "Processing" shown; both
-  /// are drawn before it begins. Rewrites run one after another, in all windows.
+  /// are drawn before it begins. Rewrites run one after another.
   /// Then `whenWritten`, "Complete", and the button again. `whenGivenUp` where
   /// nothing was written: the edit was refused, or the program ends.
   void rewrite(QPushButton& button, const TableEdit& edit, std::function<void()> whenWritten,
