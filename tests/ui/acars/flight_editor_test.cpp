@@ -340,6 +340,8 @@ TEST_F(FlightEditorWindow, AWindowThatClosesDuringARewriteFinishesIt) {
   test::typeOver(box("Text2(1)"), "KSFO");
   clickOnly("Command2");
   window().close();
+  test::drivenJobs = nullptr;
+  web_.reset();
   program_.reset();
   EXPECT_TRUE(base_.data("FLIGHT.csv").starts_with("JL0012,RJTTKSFO,"));
   EXPECT_FALSE(fileExists(base_.folders.data / "FLIGHT.$$$"));
