@@ -123,7 +123,7 @@ class HfdlLogs {
     const auto known = aircraft_.find(address);
     if (known != aircraft_.end()) return known->second;
     if (aircraft_.size() == kMostKept) aircraft_.clear();
-    const Result<Icao24Record> found = tables_.Icao24Chk(address);
+    const Result<Icao24Record> found = tables_.aircraftOfAddress(address);
     return aircraft_[address] = found ? *found : Icao24Record{};
   }
 
