@@ -30,7 +30,6 @@ constexpr int kTopRowTop = 2;
 constexpr int kFilterTop = 30;
 constexpr int kListTop = 78;
 
-
 const QStringList& columnTitles() {
   static const QStringList titles = {
       QStringLiteral("Line"),      QStringLiteral("Flight"),  QStringLiteral("Pict"),
@@ -197,8 +196,7 @@ void AcarsBrowser::searchPhoto() {
 }
 
 void AcarsBrowser::searchFlight() {
-  openFlightSearch(context(), web_.site(), tables_,
-                   panel_->flightSearch()->engine<FlightEngine>(),
+  openFlightSearch(context(), web_.site(), tables_, panel_->flightSearch()->engine<FlightEngine>(),
                    FlightValues::fromAcars(list()->selectedText(kListFlight)), this);
 }
 

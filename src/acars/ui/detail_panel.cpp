@@ -194,7 +194,8 @@ void DetailPanel::showSelection() {
     photo_->showPhoto(registration_);
     aircraftFrame_->setTitle(frameTitle(registration_));
     // A screen reader reads a frame's name and not its title.
-    aircraftFrame_->setAccessibleName(tr("Aircraft: %1").arg(shownText(registration_, kLongestEntry)));
+    aircraftFrame_->setAccessibleName(
+        tr("Aircraft: %1").arg(shownText(registration_, kLongestEntry)));
     equipment_->clear();
     const auto equipment = editing_.tables().equipmentOfLastLine(registration_);
     if (!equipment) return equipment.error();

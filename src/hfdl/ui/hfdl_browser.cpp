@@ -154,8 +154,7 @@ void HfdlBrowser::searchPhoto() {
 }
 
 void HfdlBrowser::searchFlight() {
-  openFlightSearch(context(), web_.site(), tables_,
-                   panel_->flightSearch()->engine<FlightEngine>(),
+  openFlightSearch(context(), web_.site(), tables_, panel_->flightSearch()->engine<FlightEngine>(),
                    {panel_->flight()->flight(), list()->selectedText(kHfdlFlight),
                     list()->selectedText(kHfdlTime)},
                    this);

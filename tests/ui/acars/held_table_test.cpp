@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "tests/ui/support/acars_window.h"
 #include "tests/support/unprivileged_user.h"
+#include "tests/ui/support/acars_window.h"
 #include "tests/ui/support/rewrite_watch.h"
 
 namespace vel {
