@@ -24,6 +24,7 @@ void CapitalBox::keyPressEvent(QKeyEvent* event) {
 void makeCapitals(QLineEdit& box) {
   const QString capitals = toQString(toUpper(box.text().toStdString()));
   if (capitals == box.text()) return;
+  const QSignalBlocker blocker(box);
   const int cursor = box.cursorPosition();
   box.setText(capitals);
   box.setCursorPosition(cursor);

@@ -15,7 +15,8 @@ class CapitalBox : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override;
 };
 
-/// Turns all of a box's text into capitals; the cursor stays.
+/// Turns all of a box's text into capitals; the cursor stays, and no change is
+/// told.
 void makeCapitals(QLineEdit& box);
 
 }  // namespace vel

@@ -8,6 +8,7 @@
 
 #include "core/helpers.h"
 #include "core/text.h"
+#include "core/ui/capitals.h"
 #include "core/ui/qt_desktop.h"
 #include "tables/ui/airport_group.h"
 

@@ -5,6 +5,7 @@
 #include <QLabel>
 
 #include "core/text.h"
+#include "core/ui/capitals.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/shown_text_delegate.h"

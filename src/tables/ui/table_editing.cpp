@@ -184,15 +184,6 @@ void showInBox(QLineEdit& box, const QString& text) {
   box.home(false);
 }
 
-void makeCapitals(QLineEdit& box) {
-  const QString capitals = toQString(toUpper(box.text().toStdString()));
-  if (capitals == box.text()) return;
-  const QSignalBlocker blocker(box);
-  const int cursor = box.cursorPosition();
-  box.setText(capitals);
-  box.setCursorPosition(cursor);
-}
-
 QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
                          const QString& toolTip, QPushButton* enter) {
   auto* box = new QLineEdit(parent);

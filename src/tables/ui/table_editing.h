@@ -71,9 +71,6 @@ class TableEditing {
 /// Puts a text into a box, of which a long one shows its beginning.
 void showInBox(QLineEdit& box, const QString& text);
 
-/// Turns what is typed into a box into capitals; the cursor stays.
-void makeCapitals(QLineEdit& box);
-
 /// A box of an editor: Enter presses its button.
 QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
                          const QString& toolTip, QPushButton* enter);

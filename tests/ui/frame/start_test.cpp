@@ -5,7 +5,7 @@
 
 #include "tests/ui/support/acars_window.h"
 #include "tests/ui/support/plain_browser.h"
-#include "tests/ui/support/unprivileged_user.h"
+#include "tests/support/unprivileged_user.h"
 
 namespace vel {
 namespace {
