@@ -18,6 +18,8 @@ using Anchor = TableScanner::Anchor;
 // exchanging is waited for.
 constexpr int kExchangeWaits = 50;
 constexpr std::chrono::milliseconds kExchangeWait{2};
+// Looks at a table that is missing while nobody seems to exchange it.
+constexpr int kCalmLooks = 3;
 
 bool isMissing(const Error& error) {
   return error.number == ErrorNumber::fileNotFound || error.number == ErrorNumber::pathNotFound;
@@ -52,8 +54,13 @@ class TableReading {
     if (!status && isMissing(status.error())) {
       if (const auto found = findFile(folders_.data, toUtf8(file_.filename()))) file_ = *found;
       status = scan(bytes, anchor, see, last);
-      for (int i = 0; i < kExchangeWaits && isBeingExchanged(status); ++i) {
-        std::this_thread::sleep_for(kExchangeWait);
+      int calm = 0;
+      for (int i = 0; i < kExchangeWaits && !status && isMissing(status.error()); ++i) {
+        // An exchange may just have ended: only a table that is missing again
+        // and again is missing.
+        calm = isBeingExchanged() ? 0 : calm + 1;
+        if (calm > kCalmLooks) break;
+        if (calm == 0) std::this_thread::sleep_for(kExchangeWait);
         status = scan(bytes, anchor, see, last);
       }
     }
@@ -74,8 +81,7 @@ class TableReading {
   }
 
   // True between the two renames of another program's rewrite.
-  [[nodiscard]] bool isBeingExchanged(const Status& status) const {
-    if (status || !isMissing(status.error())) return false;
+  [[nodiscard]] bool isBeingExchanged() const {
     const TableFiles files = filesOf(folders_, table_);
     return fileExists(files.temporary) && fileExists(files.backup);
   }
@@ -240,8 +246,8 @@ Result<Airline> Tables::airlineOf(std::string_view prefix) const {
   return airline;
 }
 
-Result<std::string> Tables::threeLetterCodeOf(std::string_view prefix) const {
-  return orEmpty(fieldOfFirst(Reader::open(*this, Table::letter), encoding_, prefix, 0, 1));
+Result<std::optional<std::string>> Tables::threeLetterCodeOf(std::string_view prefix) const {
+  return fieldOfFirst(Reader::open(*this, Table::letter), encoding_, prefix, 0, 1);
 }
 
 Result<std::string> Tables::prefixOf(std::string_view threeLetterCode) const {

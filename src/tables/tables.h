@@ -66,8 +66,8 @@ class Tables {
   Result<Airline> airlineOf(std::string_view prefix) const;
 
   /// 3-letter code of the first airline whose prefix (2-letter code) equals
-  /// this one; empty when there is none.
-  Result<std::string> threeLetterCodeOf(std::string_view prefix) const;
+  /// this one.
+  Result<std::optional<std::string>> threeLetterCodeOf(std::string_view prefix) const;
 
   /// Prefix of the first airline whose 3-letter code equals this one; empty
   /// when there is none.

@@ -180,11 +180,13 @@ Result<std::string> flightAddress(const Services& services, const Settings& sett
       return composed(homepage, kHomepagePath, values.listed);
     case FlightEngine::flightAware:
     case FlightEngine::flyteComm: {
-      const Result<std::string> letters = threeLetterCode(tables, code);
-      if (!letters) return letters.error();
+      const auto found = tables.threeLetterCodeOf(code);
+      if (!found) return found.error();
+      // An airline that the table does not know keeps its two letters.
+      const std::string letters = found->value_or(std::string(code));
       return engine == FlightEngine::flightAware
-                 ? composed(services.flightaware, kFlightAwarePath, *letters, leadingNumber(number))
-                 : composed(services.flytecomm, kFlyteCommPath, *letters, leadingNumber(number));
+                 ? composed(services.flightaware, kFlightAwarePath, letters, leadingNumber(number))
+                 : composed(services.flytecomm, kFlyteCommPath, letters, leadingNumber(number));
     }
     case FlightEngine::user:
       break;
@@ -240,23 +242,6 @@ Result<std::string> strictNumber(std::string_view text) {
 std::string leadingNumber(std::string_view text) {
   const std::optional<Number> number = numberAtStart(withoutLeadingBlanks(text));
   return number ? written(*number) : "0";
-}
-
-Result<std::string> threeLetterCode(const Tables& tables, std::string_view code) {
-  Result<InputFile> file = InputFile::open(fileIn(tables.folders().data, "letter.csv"));
-  if (!file) return file.error();
-  // Lines are compared as bytes; a code that the encoding lacks equals none.
-  const std::optional<std::string> wanted = tables.encoding().encode(code);
-  LineReader lines(std::move(*file));
-  while (true) {
-    const auto line = lines.next();
-    if (!line) return line.error();
-    if (!*line) return std::string(code);
-    const std::vector<std::string_view> fields = split(**line, ',');
-    if (!wanted || fields[0] != *wanted) continue;
-    if (fields.size() < 2) return ErrorNumber::incompleteRecord;
-    return tables.encoding().decode(fields[1]);
-  }
 }
 
 }  // namespace vel

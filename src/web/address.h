@@ -110,8 +110,4 @@ Result<std::string> strictNumber(std::string_view text);
 /// none: "12A" gives "12".
 [[nodiscard]] std::string leadingNumber(std::string_view text);
 
-/// Field 2 of the first letter.csv line whose field 1 equals the code exactly;
-/// the code itself when there is none.
-Result<std::string> threeLetterCode(const Tables& tables, std::string_view code);
-
 }  // namespace vel

@@ -256,7 +256,7 @@ TEST_F(Letter, CodesAreConvertedBothWaysAndTheFirstEqualLineWins) {
   EXPECT_EQ(tables_.prefixOf("JAL").value(), "JL");
   EXPECT_EQ(tables_.prefixOf("JAL").value(), "JL");
   EXPECT_EQ(tables_.prefixOf("JA").value(), "");
-  EXPECT_EQ(tables_.threeLetterCodeOf("JA").value(), "");
+  EXPECT_EQ(tables_.threeLetterCodeOf("JA").value(), std::nullopt);
 }
 
 TEST_F(Letter, ConversionOfAShortLineIsAnErrorOnlyWhereItMatches) {

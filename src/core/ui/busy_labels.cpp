@@ -29,8 +29,11 @@ BusyLabels::BusyLabels(const QString& lookUpCaption, QWidget* parent)
   row->addWidget(processing_);
   row->addWidget(complete_);
   row->addStretch();
-  // Nothing moves when a word is shown.
-  setMinimumHeight(processing_->sizeHint().height());
+  // Nothing moves when a word is shown. A style counts once it is applied.
+  for (QLabel* label : {processing_, complete_}) {
+    label->ensurePolished();
+    setMinimumHeight(qMax(minimumHeight(), label->sizeHint().height()));
+  }
   timer_ = new QTimer(this);
   timer_->setObjectName(QStringLiteral("Timer1"));
   timer_->setSingleShot(true);
@@ -41,6 +44,9 @@ BusyLabels::BusyLabels(const QString& lookUpCaption, QWidget* parent)
 void BusyLabels::show(const QString& caption) {
   processing_->setText(caption);
   processing_->show();
+  // Drawn at once: the work begins with the next turn of the event loop.
+  layout()->activate();
+  processing_->repaint();
 }
 
 void BusyLabels::setReading(bool reading) {

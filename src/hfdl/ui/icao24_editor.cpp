@@ -126,8 +126,9 @@ void Icao24Editor::boxChanged(Box changed) {
   if (changed == kThreeLetter || changed == kTwoLetter) {
     makeCapitals(*boxes_[changed]);
     const bool fromTwo = changed == kTwoLetter;
-    const std::string other = editing_.valueOrEnd(fromTwo ? tables.threeLetterCodeOf(text(changed))
-                                                          : tables.prefixOf(text(changed)));
+    const std::string other =
+        fromTwo ? editing_.valueOrEnd(tables.threeLetterCodeOf(text(changed))).value_or("")
+                : editing_.valueOrEnd(tables.prefixOf(text(changed)));
     write({{fromTwo ? kThreeLetter : kTwoLetter, other}});
   } else if (changed == kRegistration) {
     write({{kEquipment, editing_.valueOrEnd(tables.equipmentOfFirstLine(text(kRegistration)))}});

@@ -131,7 +131,7 @@ TEST_F(AirlineEditorWindow, WithFourFieldsAShortLineEndsTheProgramWithTheTableUn
   const std::string before = table();
   select(0);
   click("Command6");
-  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #9\n\nletter.csv, line 2"));
+  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #9\n\nletter.csv, line 3"));
   EXPECT_EQ(desktop_.exitStatus, 1);
   EXPECT_EQ(table(), before);
 }

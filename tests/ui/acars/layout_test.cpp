@@ -55,7 +55,7 @@ TEST_F(AcarsLayout, TheDesignedSizeIsLargeEnough) {
 
 TEST_F(AcarsLayout, TheFramesFollowTheWindow) {
   start();
-  for (const QSize size : {QSize(1000, 700), QSize(1100, 613), QSize(960, 500)}) {
+  for (const QSize size : {QSize(1000, 700), QSize(1100, 613), QSize(970, 500)}) {
     window().resize(size);
     const int height = toTwips(window().frameGeometry().height());
     const int width = toTwips(window().frameGeometry().width());

@@ -139,13 +139,13 @@ TEST_F(HfdlLookUps, TheRawLogButtonGoesByTheThirdColumnAndTheMenuByTheRegistrati
 }
 
 TEST_F(HfdlLookUps, TheRawLogButtonShowsTheAircraftsLogWhereTheColumnHasNone) {
-  test::writeBytes(base_.folders.eachLogs / "JA8089.log", "");
+  test::writeBytes(base_.folders.eachLogs / "JA-8089.log", "");
   select(0);
   click("Command7(3)");
-  EXPECT_THAT(rawLogs_, ElementsAre("JA8089"));
+  EXPECT_THAT(rawLogs_, ElementsAre("JA-8089"));
   test::writeBytes(base_.folders.eachLogs / "d.log", "");
   click("Command7(3)");
-  EXPECT_THAT(rawLogs_, ElementsAre("JA8089", "D"));
+  EXPECT_THAT(rawLogs_, ElementsAre("JA-8089", "D"));
 }
 
 TEST_F(HfdlLookUps, TheMenuHasCopiesSearchesPhotoAndRawLog) {

@@ -38,7 +38,7 @@ class OwnSiteTest : public test::WebWindowTest {
   }
   void use(const QString& velweb) {
     makeProgram(velweb);
-    tables_.emplace(base_.folders, program_->encoding());
+    tables_.emplace(base_.folders, program_->context().encoding);
   }
   void searchFlight(const char* flight) {
     openFlightSearch(program_->context(), web_->site(), *tables_, FlightEngine::homepage,
