@@ -117,7 +117,7 @@ void AirportDialog::writingGivenUp() {
 }
 
 void AirportDialog::reject() {
-  if (!isWriting_) QDialog::reject();
+  if (!isWriting_ || editing_.desktop().isEnding()) QDialog::reject();
 }
 
 void AirportDialog::searchWeb() {

@@ -213,7 +213,6 @@ TEST_F(AirportDialogWindow, ALongNameShowsItsBeginning) {
 TEST_F(AirportDialogWindow, TheTabKeyGoesFromTheCodeThroughTheNameToTheButtons) {
   inAirportDialog("Label2(4)", [](QWidget& dialog) {
     std::vector<std::string> order;
-    ASSERT_TRUE(code(dialog).hasFocus());
     for (int i = 0; i < 5; ++i) {
       order.push_back(dialog.focusWidget()->objectName().toStdString());
       QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
