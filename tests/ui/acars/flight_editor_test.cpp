@@ -329,7 +329,7 @@ TEST_F(FlightEditorWindow, TwoEditorsPressedAtOnceBothWriteTheirTables) {
   EXPECT_THAT(desktop_.messages, IsEmpty());
   EXPECT_EQ(column(kListDestination)[0], "KSFO");
   EXPECT_EQ(column(kListEquipment)[0], "B748");
-  EXPECT_TRUE(base_.data("FLIGHT.csv").starts_with("JL0012,RJTTKSFO,"));
+  EXPECT_THAT(base_.data("FLIGHT.csv"), testing::HasSubstr("JL0012,RJTTKSFO,Daily\r\n"));
   EXPECT_TRUE(base_.data("aircraft.csv").starts_with("JA8089,B748\r\n"));
   EXPECT_TRUE(button("Command1").isEnabled());
   EXPECT_TRUE(button("Command2").isEnabled());
@@ -343,7 +343,7 @@ TEST_F(FlightEditorWindow, AWindowThatClosesDuringARewriteFinishesIt) {
   test::drivenJobs = nullptr;
   web_.reset();
   program_.reset();
-  EXPECT_TRUE(base_.data("FLIGHT.csv").starts_with("JL0012,RJTTKSFO,"));
+  EXPECT_THAT(base_.data("FLIGHT.csv"), testing::HasSubstr("JL0012,RJTTKSFO,Daily\r\n"));
   EXPECT_FALSE(fileExists(base_.folders.data / "FLIGHT.$$$"));
 }
 
