@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include "core/ui/twips.h"
 #include "tests/ui/support/hfdl_window.h"
 #include "web/ui/photo_view.h"
 
@@ -155,6 +156,12 @@ TEST_F(HfdlDetails, ALineSelectedDuringALookUpIsTheOneThatIsShown) {
 
 TEST_F(HfdlDetails, NothingMovesWhenAWordIsShownOrHidden) {
   start();
+  // The window gives way to its frame, once that is known.
+  const QSize outer(toPixels(window().designedSize().width()),
+                    toPixels(window().designedSize().height()));
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    return window().size() != outer && window().frameGeometry().size() == outer;
+  }));
   const QWidget& editor = find<QWidget>("Text2(5)");
   const auto place = [&] { return editor.mapTo(&window(), QPoint()); };
   const QPoint before = place();
