@@ -14,6 +14,7 @@
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
 #include "hfdl/ui/hfdl_browser.h"
+#include "history/ui/history_wiring.h"
 #include "tables/rewrite.h"
 #include "tour/ui/tour_window.h"
 #include "tour/ui/window_tour_host.h"
@@ -29,6 +30,9 @@ bool canReadText(vel::Desktop& desktop, const vel::Folders& folders) {
 
 // The windows that the browsers open beside themselves.
 struct SideWindows {
+  explicit SideWindows(const vel::Context& context) : history(context) {}
+
+  vel::HistoryWindows history;
   vel::TourState tour;
   std::unique_ptr<vel::ActivityWindow> activity;
   std::unique_ptr<vel::FrequencyWindow> frequencies;
@@ -37,6 +41,7 @@ struct SideWindows {
 std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                      SideWindows& windows) {
   auto browser = std::make_unique<vel::AcarsBrowser>(frame, web);
+  vel::offerHistory(*browser, vel::ReportKind::list, windows.history);
   browser->prepareTour = [&windows](int step) { windows.tour.step = step; };
   browser->showTour = [&windows, window = browser.get()] {
     const vel::WindowTourHost host(window);
@@ -48,6 +53,7 @@ std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, v
 std::unique_ptr<vel::BrowserWindow> makeHfdlBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                     SideWindows& windows) {
   auto browser = std::make_unique<vel::HfdlBrowser>(frame, web);
+  vel::offerHistory(*browser, vel::ReportKind::hfdl, windows.history);
   browser->showActivityChart = [&windows, &frame, window = browser.get()] {
     if (!windows.activity) {
       windows.activity = std::make_unique<vel::ActivityWindow>(
@@ -81,8 +87,10 @@ int run(const vel::Options& options) {
 
   vel::Program program(*desktop, folders);
   vel::WebAccess web(program.context());
-  SideWindows windows;
+  SideWindows windows(program.context());
+  vel::openFromHistory(windows.history, program, web.rawLogs());
   program.addUnloadStep([&web] { web.rawLogs().close(); });
+  program.addUnloadStep([&windows] { windows.history.close(); });
   program.setBrowsers(
       [&](vel::BrowserFrame& frame) { return makeAcarsBrowser(frame, web, windows); },
       [&](vel::BrowserFrame& frame) { return makeHfdlBrowser(frame, web, windows); });

@@ -67,8 +67,8 @@ Strip dayStrip(const std::map<std::chrono::local_days, std::size_t>& days,
   const double dayCount = static_cast<double>(last) - first + 1;
   const int daysABar = std::max(1, static_cast<int>(std::ceil(dayCount * kNarrowest / room)));
   const int barCount = static_cast<int>(std::ceil(dayCount / daysABar));
-  // A single day does not fill the strip.
-  const double barWidth = std::min(room / barCount, 40.0);
+  // Few days do not fill the strip.
+  const double barWidth = std::min(room / barCount, room / 7);
   std::vector<StripBar> bars;
   for (int i = 0; i < barCount; ++i) {
     const int from = first + i * daysABar;

@@ -103,7 +103,10 @@ Result<JobProgress> RawLogRead::step(Clock::time_point deadline) {
     // bytes without it cannot decode to it.
     if ((*line)->find(kMarker) == std::string_view::npos) continue;
     const std::optional<RawMessage> message = parseRawLine(encoding_.decode(**line));
-    if (message) log_.displayText += displayBlock(*message);
+    const std::string block = message ? displayBlock(*message) : std::string();
+    if (block.empty()) continue;
+    log_.messageStarts.push_back(log_.displayText.size());
+    log_.displayText += block;
   } while (Clock::now() < deadline);
   return JobProgress::more;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/job.h"
 #include "core/line_reader.h"
@@ -47,6 +48,8 @@ struct RawLog {
   std::string rawText;
   /// The blocks of its messages, UTF-8; see shownText for what is displayed.
   std::string displayText;
+  /// Where in the display text each message begins, in bytes.
+  std::vector<std::size_t> messageStarts;
   std::size_t lines = 0;
   RawLogCut cut = RawLogCut::none;
 };

@@ -104,7 +104,8 @@ const std::vector<Room>& rooms() {
        {"core", "log", "tables", "hfdl", "web", "core/ui", "app/ui", "log/ui", "tables/ui",
         "web/ui"}},
       {"history/ui",
-       {"core", "log", "tables", "acars", "hfdl", "web", "history", "core/ui", "hfdl/ui"}},
+       {"core", "log", "tables", "acars", "hfdl", "web", "history", "core/ui", "app/ui", "log/ui",
+        "web/ui", "hfdl/ui"}},
   };
   return kRooms;
 }

@@ -189,6 +189,12 @@ void AcarsBrowser::keepFlightEngine() {
   settings().env_fltSchCmb = panel_->flightSearch()->chooser()->currentIndex();
 }
 
+void AcarsBrowser::clearFilters() { filters_->clearAll(); }
+
+int AcarsBrowser::registrationColumn() const { return kListRegistration; }
+
+int AcarsBrowser::flightColumn() const { return kListFlight; }
+
 void AcarsBrowser::searchPhoto() {
   ShellOpen(desktop(), photoAddress(context().services, settings(),
                                     panel_->photoSearch()->engine<PhotoEngine>(),

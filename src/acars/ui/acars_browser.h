@@ -45,6 +45,9 @@ class AcarsBrowser : public LogBrowser {
   void readEnds() override;
   void lineKept() override;
   void addFilterActions(QMenu& menu, const QModelIndex& clicked) override;
+  void clearFilters() override;
+  [[nodiscard]] int registrationColumn() const override;
+  [[nodiscard]] int flightColumn() const override;
   void searchPhoto() override;
   void searchFlight() override;
   void openPhoto() override;

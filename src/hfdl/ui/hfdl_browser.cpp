@@ -147,6 +147,10 @@ void HfdlBrowser::jumpToAddressService() {
             addressPage(context().services, panel_->addressSearch()->engine<AddressEngine>()));
 }
 
+int HfdlBrowser::registrationColumn() const { return kHfdlRegistration; }
+
+int HfdlBrowser::flightColumn() const { return kHfdlFlight; }
+
 void HfdlBrowser::searchPhoto() {
   ShellOpen(desktop(), photoAddress(context().services, settings(),
                                     panel_->photoSearch()->engine<PhotoEngine>(),

@@ -37,6 +37,8 @@ class HfdlBrowser : public LogBrowser {
   void readEnds() override;
   void lineKept() override { panel_->showSelectionAgain(); }
   void addFilterActions(QMenu&, const QModelIndex&) override {}
+  [[nodiscard]] int registrationColumn() const override;
+  [[nodiscard]] int flightColumn() const override;
   void searchPhoto() override;
   void searchFlight() override;
   void openPhoto() override;

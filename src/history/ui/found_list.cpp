@@ -70,7 +70,8 @@ void FoundList::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (listIndex() >= 0) Q_EMIT lineOpened(listIndex());
+    // The keys may stand on a line that is not selected.
+    if (currentIndex().isValid()) Q_EMIT lineOpened(currentIndex().row());
     event->accept();
     return;
   }

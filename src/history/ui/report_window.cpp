@@ -89,7 +89,7 @@ ReportWindow::ReportWindow(const Context& context)
   rows->addWidget(state_);
   rows->addWidget(makeButtons());
   const auto select = [this](GapKind gap, const QString& heardAs) {
-    if (selectLine) selectLine(report_.kind, gap, heardAs.toStdString());
+    if (selectLine) selectLine(report_.kind, report_.log, gap, heardAs.toStdString());
   };
   connect(gaps_, &ReportList::lineOpened, this, [select](int list, const QString& heardAs) {
     select(static_cast<GapKind>(list), heardAs);

@@ -34,9 +34,11 @@ class ReportWindow : public QWidget {
   /// without a date in its name has no report, and that is said.
   void open(ReportKind kind, const std::string& log);
 
-  /// Selects a line with that text in the browser, where the kind of gap says
-  /// which column it stands in.
-  std::function<void(ReportKind kind, GapKind gap, const std::string& heardAs)> selectLine;
+  /// Selects a line of the log with that text in the browser, where the kind of
+  /// gap says which column it stands in.
+  std::function<void(ReportKind kind, const std::string& log, GapKind gap,
+                     const std::string& heardAs)>
+      selectLine;
 
   /// Asks for the file to save to; an empty name saves nothing. A dialog,
   /// unless a test sets something else.

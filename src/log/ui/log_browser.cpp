@@ -4,6 +4,7 @@
 #include <QShortcut>
 #include <utility>
 
+#include "core/text.h"
 #include "core/ui/qt_desktop.h"
 #include "log/dated_logs.h"
 #include "log/ui/log_reading.h"
@@ -27,6 +28,8 @@ LogBrowser::LogBrowser(BrowserFrame& frame, LogKind kind)
   };
   addShortcut(QKeySequence(Qt::Key_F5), &LogBrowser::GetLogFileList);
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), [this] { otherBrowser_->click(); });
+  addShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), [this] { find_->click(); });
+  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), [this] { report_->click(); });
 }
 
 QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
@@ -55,9 +58,15 @@ QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
       addTopButton(kind_.otherBrowser, kind_.otherBrowserName,
                    tr("Switches to the other browser (Ctrl+Tab)\nもう一方のブラウザへ切替え"));
   topRow_->addStretch();
+  find_ = addTopButton(tr("F&ind"), QStringLiteral("FindInAllLogs"),
+                       tr("Finds messages in the logs of all days (Ctrl+Shift+F)\n全日検索"));
+  report_ = addTopButton(tr("Rep&ort"), QStringLiteral("DayReport"),
+                         tr("Report of the shown day (Ctrl+R)\n日別レポート"));
 
   connect(logFile_, &QComboBox::currentIndexChanged, this, &LogBrowser::readChosenLog);
   connect(refresh, &QPushButton::clicked, this, &LogBrowser::GetLogFileList);
+  connect(find_, &QPushButton::clicked, this, [this] { showFind(); });
+  connect(report_, &QPushButton::clicked, this, [this] { showReport(); });
   return row;
 }
 
@@ -125,6 +134,13 @@ void LogBrowser::finishListing() {
 
 void LogBrowser::fill(std::function<void()> filled) {
   whenFilled_ = std::move(filled);
+  // A button that is not shown cannot be clicked, by its keys neither.
+  const auto offer = [](QPushButton* button, const std::function<void()>& window) {
+    button->setVisible(window != nullptr);
+    button->setEnabled(window != nullptr);
+  };
+  offer(find_, showFind);
+  offer(report_, showReport);
   GetLogFileList();
 }
 
@@ -203,9 +219,63 @@ void LogBrowser::finishRead() {
     list_->setListIndex(rememberedIndex_ < model_->rowCount() ? rememberedIndex_ : -1);
     lineKept();
   }
+  if (const auto thenDo = std::exchange(whenRead_, nullptr)) thenDo();
   frame().readEnded();
   WriteRunLog(desktop(), "End GetLogData");
   finishListing();
+}
+
+void LogBrowser::readUnfiltered(const std::string& log, std::function<void()> thenDo) {
+  const QString name = toQString(log);
+  {
+    const QSignalBlocker blocker(logFile_);
+    // A log that came since the logs were listed.
+    if (logFile_->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive) < 0) {
+      logFile_->addItem(name);
+    }
+    logFile_->setCurrentIndex(
+        logFile_->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+  }
+  suppressLoading = true;
+  clearFilters();
+  suppressLoading = false;
+  whenRead_ = [this, log, thenDo = std::move(thenDo)] {
+    if (shownLog() == log) thenDo();
+  };
+  readChosenLog();
+}
+
+void LogBrowser::showLine(const std::string& log, std::size_t row) {
+  readUnfiltered(log, [this, row] { list_->setListIndex(model_->shownIndexOf(row)); });
+}
+
+bool LogBrowser::selectLineWith(const LineText& wanted) {
+  for (int row = 0; row < model_->rowCount(); ++row) {
+    for (const int column : wanted.columns) {
+      const std::string cell = model_->cell(row, column);
+      const std::string_view text = Trim(cell);
+      if (wanted.begins ? !text.starts_with(wanted.text) : text != wanted.text) continue;
+      list_->setListIndex(row);
+      return true;
+    }
+  }
+  return false;
+}
+
+void LogBrowser::showLineWith(const std::string& log, const LineText& wanted) {
+  if (!reading_.isRunning() && shownLog() == log && selectLineWith(wanted)) return;
+  readUnfiltered(log, [this, wanted] { selectLineWith(wanted); });
+}
+
+void LogBrowser::addHistoryActions(QMenu& menu) {
+  const auto add = [&](const QString& text, int column,
+                       const std::function<void(const std::string&)>& find) {
+    if (!find) return;
+    const std::string name(Trim(list_->selectedText(column)));
+    menu.addAction(text, this, [find, name] { find(name); })->setEnabled(!name.empty());
+  };
+  add(tr("All days of this aircraft"), registrationColumn(), findAircraft);
+  add(tr("All days of this flight"), flightColumn(), findFlight);
 }
 
 void LogBrowser::showContextMenu(const QPoint& position) {
@@ -221,6 +291,7 @@ void LogBrowser::showContextMenu(const QPoint& position) {
   menu.addAction(tr("Search flight"), this, &LogBrowser::searchFlight);
   menu.addAction(tr("Open photo"), this, &LogBrowser::openPhoto);
   if (showRawLog) menu.addAction(tr("Open raw log"), this, &LogBrowser::openRawLog);
+  addHistoryActions(menu);
   menu.exec(list_->viewport()->mapToGlobal(position));
 }
 

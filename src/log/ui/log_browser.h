@@ -70,6 +70,27 @@ class LogBrowser : public BrowserWindow {
   /// raw log is not offered.
   std::function<void(const std::string& name)> showRawLog;
 
+  /// The windows over all days, set before load(); without one of them it is not
+  /// offered. The report is that of the shown log.
+  std::function<void()> showFind;
+  std::function<void()> showReport;
+  std::function<void(const std::string& registration)> findAircraft;
+  std::function<void(const std::string& flight)> findFlight;
+
+  /// Reads a log without any filter and selects one of its lines, by its number
+  /// in the order of reading (from 0).
+  void showLine(const std::string& log, std::size_t row);
+
+  /// A text in one of some columns, without the blanks around it.
+  struct LineText {
+    std::vector<int> columns;
+    std::string text;
+    bool begins = false;  ///< the column begins with the text
+  };
+  /// Selects the first shown line of a log with that text; reads the log without
+  /// any filter where it does not show such a line.
+  void showLineWith(const std::string& log, const LineText& wanted);
+
   /// Keeps GetLogData from reading.
   bool suppressLoading = false;
 
@@ -110,6 +131,12 @@ class LogBrowser : public BrowserWindow {
   /// there still is one.
   virtual void lineKept() {}
 
+  /// Takes every filter back, without reading.
+  virtual void clearFilters() {}
+  /// The columns by which all days are searched.
+  [[nodiscard]] virtual int registrationColumn() const = 0;
+  [[nodiscard]] virtual int flightColumn() const = 0;
+
   /// Adds to the list's menu, between the copies and the look-ups.
   virtual void addFilterActions(QMenu& menu, const QModelIndex& clicked) = 0;
   /// The menu's actions for the selected line.
@@ -119,6 +146,9 @@ class LogBrowser : public BrowserWindow {
   virtual void openRawLog() = 0;
 
  private:
+  void readUnfiltered(const std::string& log, std::function<void()> thenDo);
+  bool selectLineWith(const LineText& wanted);
+  void addHistoryActions(QMenu& menu);
   void offerLogs(const std::vector<std::string>& names);
   void finishListing();
   void tell(const LogReading::Message& message);
@@ -136,6 +166,9 @@ class LogBrowser : public BrowserWindow {
   JobSlot listing_;  // of the folder
   JobSlot reading_;
   std::function<void()> whenFilled_;
+  std::function<void()> whenRead_;  // once, after the read of the log that it is for
+  QPushButton* find_ = nullptr;
+  QPushButton* report_ = nullptr;
   bool isListed_ = false;      // a list was made that is complete with its read
   int rememberedIndex_ = -1;   // selected before the running read, and those it overtook
   bool reportIsOwed_ = false;  // also when it was shown already

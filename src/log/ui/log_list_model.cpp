@@ -136,6 +136,12 @@ std::size_t LogListModel::rowAt(int shownIndex) const {
   return order_[static_cast<std::size_t>(shownIndex)].row;
 }
 
+int LogListModel::shownIndexOf(std::size_t row) const {
+  const auto found = std::find_if(order_.begin(), order_.end(),
+                                  [row](const Place& place) { return place.row == row; });
+  return found == order_.end() ? -1 : static_cast<int>(found - order_.begin());
+}
+
 std::string LogListModel::cell(int shownIndex, int column) const {
   const std::size_t row = rowAt(shownIndex);
   if (column == 0) return numberText_(row + 1).toStdString();

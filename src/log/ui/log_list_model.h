@@ -50,6 +50,10 @@ class LogListModel : public QAbstractTableModel {
   [[nodiscard]] int sortColumn() const { return sortColumn_; }
   [[nodiscard]] Qt::SortOrder sortOrder() const { return sortOrder_; }
 
+  /// Where a row is shown, by its number in the order of reading; -1 where there
+  /// is no such row.
+  [[nodiscard]] int shownIndexOf(std::size_t row) const;
+
   /// The text of a cell by its shown index, whole and unchanged.
   [[nodiscard]] std::string cell(int shownIndex, int column) const;
 

@@ -158,6 +158,24 @@ bool FindableText::fill(std::chrono::steady_clock::time_point deadline) {
   return filled_ < text_.size() && !full_;
 }
 
+void FindableText::goTo(std::size_t offset) {
+  int line = 0;
+  for (std::size_t at = 0; at < offset && at < filled_; ++line) at += shownLineAt(at).size;
+  const QTextBlock block = document()->findBlockByNumber(line);
+  if (!block.isValid()) return;
+  moveCursor(QTextCursor::End);
+  setTextCursor(QTextCursor(block));
+  setFocus();
+}
+
+FindableText::ShownLine FindableText::shownLineAt(std::size_t offset) const {
+  const std::string_view ahead = std::string_view(text_).substr(offset, kLongestLine + 1);
+  const std::size_t size = ahead.find('\n') + 1;
+  if (size > 0) return {size, true};
+  const bool isWhole = ahead.size() <= kLongestLine;
+  return {isWhole ? ahead.size() : beforeBreak(ahead), isWhole};
+}
+
 std::string FindableText::nextPiece() {
   std::string piece;
   for (int lines = 0; lines < kPieceLines && piece.size() < kPieceSize; ++lines) {
@@ -168,13 +186,10 @@ std::string FindableText::nextPiece() {
       break;
     }
     ++lines_;
-    const std::string_view ahead = std::string_view(text_).substr(filled_, kLongestLine + 1);
-    std::size_t size = ahead.find('\n') + 1;
-    const bool isWhole = size > 0 || ahead.size() <= kLongestLine;
-    if (size == 0) size = isWhole ? ahead.size() : beforeBreak(ahead);
-    piece += ahead.substr(0, size);
-    if (!isWhole) piece += '\n';
-    filled_ += size;
+    const ShownLine line = shownLineAt(filled_);
+    piece += std::string_view(text_).substr(filled_, line.size);
+    if (!line.isWhole) piece += '\n';
+    filled_ += line.size;
   }
   return piece;
 }

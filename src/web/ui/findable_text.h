@@ -28,6 +28,11 @@ class FindableText : public QPlainTextEdit {
   /// it is shown.
   bool fill(std::chrono::steady_clock::time_point deadline);
 
+  /// Puts the cursor where a line of the text begins, so many bytes from its
+  /// beginning, and shows it at the top where it can be. Nothing where that line
+  /// is not shown.
+  void goTo(std::size_t offset);
+
   void openFindBar();
   void closeFindBar();
   void findNext();
@@ -44,6 +49,13 @@ class FindableText : public QPlainTextEdit {
   void findFrom(QTextCursor start, bool backward);
 
   [[nodiscard]] std::string nextPiece();
+  /// Bytes of the line as it is shown from there on, its end included. Not whole
+  /// where the line goes on in the next one.
+  struct ShownLine {
+    std::size_t size;
+    bool isWhole;
+  };
+  [[nodiscard]] ShownLine shownLineAt(std::size_t offset) const;
   void append(const QString& piece);
 
   std::string text_;

@@ -166,14 +166,20 @@ void RawLogViewer::takeRead(const Status& outcome) {
   filling_.start(makeJob([this](Job::Clock::time_point deadline) -> Result<JobProgress> {
                    return text_->fill(deadline) ? JobProgress::more : JobProgress::done;
                  }),
-                 {});
+                 {.ended = [this](const Status&) { showWantedMessage(); }});
   shortened_->setText(toQString(cutText(log_)));
   showExportRunning(export_->isRunning());
   if (std::exchange(exportWhenRead_, false)) export_->start(log_.rawText);
   if (!outcome) context_.desktop.showMessage(outcome.error().text());
 }
 
+void RawLogViewer::showWantedMessage() {
+  const auto message = std::exchange(wantedMessage_, std::nullopt);
+  if (message && *message < log_.messageStarts.size()) text_->goTo(log_.messageStarts[*message]);
+}
+
 void RawLogViewer::showMissing() {
+  wantedMessage_.reset();
   reading_.stop();
   filling_.stop();
   exportWhenRead_ = false;

@@ -5,7 +5,9 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QWidget>
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 
 #include "core/context.h"
@@ -33,6 +35,10 @@ class RawLogViewer : public QWidget {
   /// Shows the window, in front, and reads this log. Where there is no such
   /// file, says so and closes the window.
   void showLog(const std::filesystem::path& file);
+
+  /// Goes to a message of the log that is being read, counted from 0, once it is
+  /// shown. Nothing where what is shown of the log ends before it.
+  void goToMessage(std::size_t message) { wantedMessage_ = message; }
 
   /// Says that a folder has no log of that name, and closes the window. The
   /// name is only text: it need not be one that a file can have.
@@ -62,6 +68,7 @@ class RawLogViewer : public QWidget {
   /// False when there is no such file; the window is closed then.
   bool read();
   void takeRead(const Status& outcome);
+  void showWantedMessage();
   void showMissing();
   void takePlaceFromSettings();
   void givePlaceToSettings();
@@ -79,6 +86,7 @@ class RawLogViewer : public QWidget {
   JobSlot reading_;
   JobSlot filling_;
   bool exportWhenRead_ = false;
+  std::optional<std::size_t> wantedMessage_;
   FindableText* text_;      // Text1
   QWidget* buttons_;        // Frame1
   QPushButton* sendToMap_;  // Command1

@@ -20,4 +20,9 @@ void RawLogs::open(const std::string& name) {
   }
 }
 
+void RawLogs::openAt(const std::string& name, std::size_t message) {
+  open(name);
+  viewer_->goToMessage(message);
+}
+
 }  // namespace vel

@@ -24,6 +24,9 @@ class RawLogs {
   /// the folder counts as having none.
   void open(const std::string& name);
 
+  /// The same, and goes to one of its messages, counted from 0 as they are shown.
+  void openAt(const std::string& name, std::size_t message);
+
   /// Closes the viewer, which gives its place to the settings.
   void close();
 

@@ -34,7 +34,8 @@ class ReportWindowTest : public testing::Test {
                   {"[2]------------------------[2026/11/20 00:04:19]", "   ICAO24 ADDRESS = 000001",
                    "   REGISTRATION   = VH-OQA", "   FLIGHT ID      = 7"});
     station_.use();
-    window_.selectLine = [this](ReportKind kind, GapKind gap, const std::string& heardAs) {
+    window_.selectLine = [this](ReportKind kind, const std::string&, GapKind gap,
+                                const std::string& heardAs) {
       selected_.emplace_back(kind == ReportKind::list ? "ACARS" : "HFDL", gap, heardAs);
     };
   }
