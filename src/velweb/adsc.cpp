@@ -22,18 +22,19 @@ constexpr std::size_t kAcknowledgementSize = 2;
 // The bytes that the hexadecimal digits at the start of a text stand for.
 std::vector<std::uint8_t> hexBytes(std::string_view text) {
   std::vector<std::uint8_t> bytes;
-  std::optional<unsigned> high;
+  unsigned high = 0;
+  bool isSecond = false;
   for (const char c : text) {
     if (c == ' ' || c == '\n' || c == '\r') continue;
     const std::optional<unsigned> digit = hexDigit(c);
     // The messages are in capitals: a small letter is none of their digits.
     if (!digit || (c >= 'a' && c <= 'z')) break;
-    if (!high) {
-      high = digit;
+    if (isSecond) {
+      bytes.push_back(static_cast<std::uint8_t>(high << 4 | *digit));
     } else {
-      bytes.push_back(static_cast<std::uint8_t>(*high << 4 | *digit));
-      high.reset();
+      high = *digit;
     }
+    isSecond = !isSecond;
   }
   return bytes;
 }

@@ -189,7 +189,7 @@ void AcarsBrowser::keepFlightEngine() {
   settings().env_fltSchCmb = panel_->flightSearch()->chooser()->currentIndex();
 }
 
-void AcarsBrowser::clearFilters() { filters_->clearAll(); }
+void AcarsBrowser::takeFiltersBack() { filters_->clearAll(); }
 
 int AcarsBrowser::registrationColumn() const { return kListRegistration; }
 

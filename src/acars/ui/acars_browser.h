@@ -45,7 +45,7 @@ class AcarsBrowser : public LogBrowser {
   void readEnds() override;
   void lineKept() override;
   void addFilterActions(QMenu& menu, const QModelIndex& clicked) override;
-  void clearFilters() override;
+  void takeFiltersBack() override;
   [[nodiscard]] int registrationColumn() const override;
   [[nodiscard]] int flightColumn() const override;
   void searchPhoto() override;

@@ -237,7 +237,7 @@ void LogBrowser::readUnfiltered(const std::string& log, std::function<void()> th
         logFile_->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive));
   }
   suppressLoading = true;
-  clearFilters();
+  takeFiltersBack();
   suppressLoading = false;
   whenRead_ = [this, log, thenDo = std::move(thenDo)] {
     if (shownLog() == log) thenDo();

@@ -132,7 +132,7 @@ class LogBrowser : public BrowserWindow {
   virtual void lineKept() {}
 
   /// Takes every filter back, without reading.
-  virtual void clearFilters() {}
+  virtual void takeFiltersBack() {}
   /// The columns by which all days are searched.
   [[nodiscard]] virtual int registrationColumn() const = 0;
   [[nodiscard]] virtual int flightColumn() const = 0;

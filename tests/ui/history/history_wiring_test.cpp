@@ -47,12 +47,12 @@ class HistoryWiringTest : public AcarsWindowTest {
     openFromHistory(*windows_, *program_, web_->rawLogs());
     program_->addUnloadStep([this] { windows_->close(); });
     program_->setBrowsers(
-        [this](Program& owner) {
+        [this](BrowserFrame& owner) {
           auto browser = std::make_unique<AcarsBrowser>(owner, *web_);
           offerHistory(*browser, ReportKind::list, *windows_);
           return browser;
         },
-        [this](Program& owner) {
+        [this](BrowserFrame& owner) {
           auto browser = std::make_unique<HfdlBrowser>(owner, *web_);
           offerHistory(*browser, ReportKind::hfdl, *windows_);
           return browser;
