@@ -41,4 +41,23 @@ function(vel_windows name)
   set_target_properties(${name} PROPERTIES AUTOMOC ON)
   target_compile_definitions(${name} PUBLIC QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
   target_link_libraries(${name} PUBLIC vel_options Qt6::Widgets ${ARG_LINKS})
+  if(NOT TARGET vel_windows_headers)
+    vel_precompiled(vel_windows_headers
+      HEADERS <functional> <memory> <optional> <string> <string_view> <vector>
+              <QtCore/QtCore> <QtGui/QtGui> <QtWidgets/QtWidgets>
+      LINKS Qt6::Widgets)
+    target_compile_definitions(vel_windows_headers PRIVATE QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS)
+  endif()
+  target_precompile_headers(${name} REUSE_FROM vel_windows_headers)
+endfunction()
+
+# vel_precompiled(NAME HEADERS ... LINKS ...): headers that are compiled once for
+# the targets which reuse them. No file relies on them: every one includes what
+# it needs.
+function(vel_precompiled name)
+  cmake_parse_arguments(ARG "" "" "HEADERS;LINKS" ${ARGN})
+  file(WRITE ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp "")
+  add_library(${name} STATIC ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  target_link_libraries(${name} PRIVATE vel_options ${ARG_LINKS})
+  target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()

@@ -1,7 +1,7 @@
 # The Debian packages that the scripts install; sourced by them.
 
 build_packages=(
-  g++ cmake ninja-build ccache pkg-config
+  g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev
   libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev
   fonts-ipafont-gothic fonts-ipafont-mincho

@@ -67,7 +67,8 @@ void JobSlot::step() {
   const std::shared_ptr<Running> running = current_;
   JobRunner& runner = runner_;
   running->calling = true;
-  const Result<JobProgress> progress = running->job->step(Job::Clock::now() + running->slice);
+  const auto slice = std::min(running->slice, runner.longestSlice);
+  const Result<JobProgress> progress = running->job->step(Job::Clock::now() + slice);
   if (running->ended || runner.ends()) return;
   if (progress && *progress == JobProgress::more) {
     if (running->watch.stepped) running->watch.stepped();

@@ -43,6 +43,10 @@ class JobRunner {
   JobRunner(const JobRunner&) = delete;
   JobRunner& operator=(const JobRunner&) = delete;
 
+  /// The longest that one turn steps a job; shorter slices let others look in
+  /// between more often.
+  std::chrono::milliseconds longestSlice = std::chrono::milliseconds::max();
+
   /// Called when there is something to do again; set by what drives the runner.
   std::function<void()> wake;
 

@@ -6,8 +6,10 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 #include <QWidget>
+#include <chrono>
 #include <functional>
 #include <stdexcept>
 #include <string>
@@ -30,7 +32,7 @@ class WindowDesktop : public RecordingDesktop {
 
 /// The jobs of the program under test; null while there is none. What a user
 /// does below waits until they are done, as a user waits for the window.
-inline const JobRunner* drivenJobs = nullptr;
+inline JobRunner* drivenJobs = nullptr;
 
 /// Lets events run until no job is left.
 inline void finishJobs() {
@@ -38,16 +40,33 @@ inline void finishJobs() {
 }
 
 /// Calls a function again and again as window events run, between the steps of
-/// whatever jobs there are, as long as it lives.
+/// whatever jobs there are, as long as it lives. However fast the machine, a job
+/// takes many steps meanwhile, and what a read has found is shown in parts: the
+/// first look takes longer than a list waits between two parts.
 class BetweenSteps {
  public:
   explicit BetweenSteps(const std::function<void()>& look) {
-    QObject::connect(&turns_, &QTimer::timeout, &turns_, look);
+    QObject::connect(&turns_, &QTimer::timeout, &turns_, [this, look] {
+      if (drivenJobs != nullptr && !drivenJobs->isIdle() && !waited_) {
+        waited_ = true;
+        QThread::msleep(kLongerThanAPart);
+      }
+      look();
+    });
+    if (drivenJobs != nullptr) drivenJobs->longestSlice = std::chrono::milliseconds(0);
     turns_.start(0);
   }
+  ~BetweenSteps() {
+    if (drivenJobs != nullptr) drivenJobs->longestSlice = std::chrono::milliseconds::max();
+  }
+  BetweenSteps(const BetweenSteps&) = delete;
+  BetweenSteps& operator=(const BetweenSteps&) = delete;
 
  private:
+  static constexpr unsigned long kLongerThanAPart = 40;
+
   QTimer turns_;
+  bool waited_ = false;
 };
 
 /// The control of that object name below a window; the test fails without one.
