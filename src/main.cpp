@@ -7,8 +7,9 @@
 #include "app/options.h"
 #include "app/ui/end_by_system.h"
 #include "app/ui/program.h"
+#include "app/ui/program_icon.h"
+#include "app/ui/station_choice.h"
 #include "app/ui/unattended_desktop.h"
-#include "core/platform.h"
 #include "core/program_files.h"
 #include "core/version.h"
 #include "hfdl/ui/activity_window.h"
@@ -81,8 +82,9 @@ int run(const vel::Options& options) {
   const bool unattended = !options.screenshot.empty();
   const std::unique_ptr<vel::QtDesktop> desktop =
       unattended ? std::make_unique<vel::UnattendedDesktop>() : std::make_unique<vel::QtDesktop>();
-  const vel::Folders folders = vel::Folders::of(
-      options.programFolder.empty() ? vel::platform::executableFolder() : options.programFolder);
+  const auto programFolder = vel::chooseProgramFolder(options, *desktop);
+  if (!programFolder) return desktop->exitStatus();
+  const vel::Folders folders = vel::Folders::of(*programFolder);
   if (!canReadText(*desktop, folders)) return 1;
 
   vel::Program program(*desktop, folders);
@@ -120,6 +122,9 @@ int main(int argc, char** argv) {
   QApplication::setApplicationName(QStringLiteral("vel"));
   QApplication::setApplicationDisplayName(QString());
   QApplication::setApplicationVersion(QString::fromLatin1(vel::kVersion));
+  // Which entry of the desktop's menu these windows belong to.
+  QApplication::setDesktopFileName(QStringLiteral("vel"));
+  QApplication::setWindowIcon(vel::programIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   return run(std::get<vel::Options>(options));
 }

@@ -13,10 +13,12 @@ std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments
   CLI::App app("Database manager for the logs of two aircraft data-link decoders", "vel");
   std::string programFolder;
   std::string screenshot;
+  bool chooseStation = false;
   app.set_version_flag("-v,--version", std::string("vel ") + kVersion);
   app.add_option("--program-folder", programFolder,
                  "Use DIR as the program folder: ../data, ../logs and ../pics stand beside it")
       ->option_text("DIR");
+  app.add_flag("--choose-station", chooseStation, "Ask for the station again");
   app.add_option("--screenshot", screenshot,
                  "Load as usual, save a picture of the window to FILE, and exit; messages go to "
                  "the standard error output")
@@ -31,7 +33,7 @@ std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments
   } catch (const CLI::ParseError& error) {
     return ExitAtOnce{app.exit(error)};
   }
-  return Options{toPath(programFolder), toPath(screenshot)};
+  return Options{toPath(programFolder), toPath(screenshot), chooseStation};
 }
 
 }  // namespace vel

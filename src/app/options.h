@@ -12,6 +12,8 @@ struct Options {
   std::filesystem::path programFolder;
   /// Load as usual, save a picture of the window to this file, and exit.
   std::filesystem::path screenshot;
+  /// Ask for the station, also where one is known.
+  bool chooseStation = false;
 };
 
 /// The exit status of a program that has nothing more to do.

@@ -90,7 +90,7 @@ const std::vector<Room>& rooms() {
       {"velweb", {"core", "log", "tables", "acars", "hfdl", "web"}},
       {"history", {"core", "log", "tables", "acars", "hfdl", "web"}},
       {"tour", {}},
-      {"app", {"core"}},
+      {"app", {"core", "tables"}},
       {"core/ui", {"core"}},
       {"app/ui", {"core", "app", "core/ui"}},
       {"log/ui", {"core", "log", "core/ui", "app/ui"}},

@@ -148,5 +148,54 @@ TEST_F(TheProgram, EndsBehindAMessageThatNobodyAnswers) {
   EXPECT_TRUE(fileExists(settings()));
 }
 
+// The program as it is installed: no station lies beside it.
+class TheInstalledProgram : public TheProgram {
+ protected:
+  void SetUp() override {
+    TheProgram::SetUp();
+    environment_.insert(QStringLiteral("XDG_CONFIG_HOME"),
+                        QString::fromStdString((base_.folders.base / "config").string()));
+  }
+  void startAlone(const QStringList& options) {
+    process_.setProcessEnvironment(environment_);
+    process_.start(QStringLiteral(VEL_PROGRAM), options);
+    ASSERT_TRUE(process_.waitForStarted());
+  }
+  void remember(const fs::path& folder) {
+    fs::create_directories(base_.folders.base / "config/vel");
+    test::writeBytes(base_.folders.base / "config/vel/station", folder.string() + "\n");
+  }
+};
+
+TEST_F(TheInstalledProgram, OpensTheStationThatItsUserChoseLast) {
+  remember(base_.folders.program);
+  startAlone({QStringLiteral("--screenshot"), picture()});
+  finish();
+  EXPECT_EQ(process_.exitCode(), 0) << errors_;
+  EXPECT_TRUE(QFile::exists(picture()));
+}
+
+TEST_F(TheInstalledProgram, SaysThatNoStationIsKnownWhereNobodyCanBeAsked) {
+  remember(base_.folders.base / "gone" / "vel");
+  startAlone({QStringLiteral("--screenshot"), picture()});
+  finish();
+  EXPECT_EQ(process_.exitCode(), 1);
+  EXPECT_FALSE(QFile::exists(picture()));
+  EXPECT_THAT(errors_, HasSubstr("No station is known"));
+}
+
+TEST_F(TheInstalledProgram, MakesASampleStationThatItThenOpens) {
+  const fs::path sample = base_.folders.base / "sample";
+  QProcess maker;
+  maker.start(QStringLiteral(VEL_SAMPLE_MAKER), {QString::fromStdString(sample.string())});
+  ASSERT_TRUE(maker.waitForFinished(kLongEnough));
+  ASSERT_EQ(maker.exitCode(), 0) << maker.readAllStandardError().toStdString();
+  remember(sample / "vel");
+  startAlone({QStringLiteral("--screenshot"), picture()});
+  finish();
+  EXPECT_EQ(process_.exitCode(), 0) << errors_;
+  EXPECT_TRUE(QFile::exists(picture()));
+}
+
 }  // namespace
 }  // namespace vel
