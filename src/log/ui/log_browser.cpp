@@ -28,8 +28,6 @@ LogBrowser::LogBrowser(BrowserFrame& frame, LogKind kind)
   };
   addShortcut(QKeySequence(Qt::Key_F5), &LogBrowser::GetLogFileList);
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab), [this] { otherBrowser_->click(); });
-  addShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F), [this] { find_->click(); });
-  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), [this] { report_->click(); });
 }
 
 QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
@@ -58,6 +56,8 @@ QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
       addTopButton(kind_.otherBrowser, kind_.otherBrowserName,
                    tr("Switches to the other browser (Ctrl+Tab)\nもう一方のブラウザへ切替え"));
   topRow_->addStretch();
+  menu_ = new MenuButton(row);
+  topRow_->addWidget(menu_);
   find_ = addTopButton(tr("F&ind"), QStringLiteral("FindInAllLogs"),
                        tr("Finds messages in the logs of all days (Ctrl+Shift+F)\n全日検索"));
   report_ = addTopButton(tr("Rep&ort"), QStringLiteral("DayReport"),
@@ -67,7 +67,19 @@ QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
   connect(refresh, &QPushButton::clicked, this, &LogBrowser::GetLogFileList);
   connect(find_, &QPushButton::clicked, this, [this] { showFind(); });
   connect(report_, &QPushButton::clicked, this, [this] { showReport(); });
+  fillMenu();
   return row;
+}
+
+void LogBrowser::fillMenu() {
+  importEntry_ = menu_->addEntry(tr("&Import..."), {}, [this] { showImport(); });
+  saveEntry_ = menu_->addEntry(tr("&Save list as..."), QKeySequence(Qt::CTRL | Qt::Key_S),
+                               [this] { saveList(); });
+  menu_->addSeparator();
+  findEntry_ = menu_->addEntry(tr("&Find..."), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F),
+                               [this] { showFind(); });
+  reportEntry_ = menu_->addEntry(tr("&Report..."), QKeySequence(Qt::CTRL | Qt::Key_R),
+                                 [this] { showReport(); });
 }
 
 QPushButton* LogBrowser::addTopButton(const QString& text, const QString& name,
@@ -134,13 +146,12 @@ void LogBrowser::finishListing() {
 
 void LogBrowser::fill(std::function<void()> filled) {
   whenFilled_ = std::move(filled);
-  // A button that is not shown cannot be clicked, by its keys neither.
-  const auto offer = [](QPushButton* button, const std::function<void()>& window) {
-    button->setVisible(window != nullptr);
-    button->setEnabled(window != nullptr);
-  };
-  offer(find_, showFind);
-  offer(report_, showReport);
+  find_->setVisible(showFind != nullptr);
+  report_->setVisible(showReport != nullptr);
+  importEntry_->setVisible(showImport != nullptr);
+  saveEntry_->setVisible(saveList != nullptr);
+  findEntry_->setVisible(showFind != nullptr);
+  reportEntry_->setVisible(showReport != nullptr);
   GetLogFileList();
 }
 

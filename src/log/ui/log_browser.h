@@ -15,6 +15,7 @@
 #include "app/ui/browser_window.h"
 #include "core/file.h"
 #include "core/job.h"
+#include "core/ui/menu_button.h"
 #include "log/log_reader.h"
 #include "log/ui/log_list_model.h"
 #include "log/ui/log_reading.h"
@@ -76,6 +77,14 @@ class LogBrowser : public BrowserWindow {
   std::function<void()> showReport;
   std::function<void(const std::string& registration)> findAircraft;
   std::function<void(const std::string& flight)> findFlight;
+
+  /// What else the menu offers, set before load(); an entry without one is not
+  /// offered.
+  std::function<void()> showImport;
+  std::function<void()> saveList;
+
+  /// The menu in the row above the list. Other parts may add entries to it.
+  [[nodiscard]] MenuButton& menu() const { return *menu_; }
 
   /// Reads a log without any filter and selects one of its lines, by its number
   /// in the order of reading (from 0).
@@ -149,6 +158,7 @@ class LogBrowser : public BrowserWindow {
   void readUnfiltered(const std::string& log, std::function<void()> thenDo);
   bool selectLineWith(const LineText& wanted);
   void addHistoryActions(QMenu& menu);
+  void fillMenu();
   void offerLogs(const std::vector<std::string>& names);
   void finishListing();
   void tell(const LogReading::Message& message);
@@ -167,8 +177,13 @@ class LogBrowser : public BrowserWindow {
   JobSlot reading_;
   std::function<void()> whenFilled_;
   std::function<void()> whenRead_;  // once, after the read of the log that it is for
+  MenuButton* menu_ = nullptr;
   QPushButton* find_ = nullptr;
   QPushButton* report_ = nullptr;
+  QAction* importEntry_ = nullptr;
+  QAction* saveEntry_ = nullptr;
+  QAction* findEntry_ = nullptr;
+  QAction* reportEntry_ = nullptr;
   bool isListed_ = false;      // a list was made that is complete with its read
   int rememberedIndex_ = -1;   // selected before the running read, and those it overtook
   bool reportIsOwed_ = false;  // also when it was shown already
