@@ -99,7 +99,7 @@ ListLogReader::ListLogReader(InputFile file, const Encoding& encoding, const Lis
       remarks_(needle(filter.remarks)),
       anyText_(!(filter.flight.empty() && filter.registration.empty() && filter.airport.empty() &&
                  filter.equipment.empty() && filter.remarks.empty())),
-      anyFilter_(anyText_ || filter.photo != ListFilter::kAll || !filter.time.empty() ||
+      anyFilter_(anyText_ || filter.photo != PhotoFilter::all || !filter.time.empty() ||
                  filter.unknownAirlineOnly),
       photoMark_(encoding.encode("○").value_or("")),
       noPhotoMark_(encoding.encode("×").value_or("")) {
@@ -121,13 +121,14 @@ bool ListLogReader::contains(std::string_view field, const Needle& needle) const
 
 bool ListLogReader::passesPhoto(std::string_view mark) const {
   switch (filter_.photo) {
-    case ListFilter::kAvailable:
+    case PhotoFilter::available:
       return mark == "O" || (!mark.empty() && mark == photoMark_);
-    case ListFilter::kUnavailable:
+    case PhotoFilter::unavailable:
       return mark == "X" || (!mark.empty() && mark == noPhotoMark_);
-    default:
-      return true;
+    case PhotoFilter::all:
+      break;
   }
+  return true;
 }
 
 bool ListLogReader::passesTime(std::string_view time) const {
@@ -135,13 +136,14 @@ bool ListLogReader::passesTime(std::string_view time) const {
   const std::string decoded = isAscii(time) ? std::string() : encoding_.decode(time);
   const std::string_view text = isAscii(time) ? time : std::string_view(decoded);
   switch (filter_.timeComparison) {
-    case ListFilter::kEarlier:
+    case TimeComparison::earlier:
       return text <= filter_.time;
-    case ListFilter::kLater:
+    case TimeComparison::later:
       return text >= filter_.time;
-    default:
-      return text.starts_with(filter_.time);
+    case TimeComparison::prefix:
+      break;
   }
+  return text.starts_with(filter_.time);
 }
 
 Result<bool> ListLogReader::passes(const Fields& fields, std::string_view flight,

@@ -30,13 +30,17 @@ enum ListColumn : int {
   kListColumns
 };
 
+/// Lines by their photo mark, in the order in which the window offers them.
+enum class PhotoFilter { all, available, unavailable };
+
+/// How a time is compared with that of a line, in the order in which the window
+/// offers it: up to it, beginning with it, from it on.
+enum class TimeComparison { earlier, prefix, later };
+
 /// What the list shows of a log. Texts are UTF-8; an empty text passes every row.
 struct ListFilter {
-  enum Photo : int { kAll, kAvailable, kUnavailable };
-  enum TimeComparison : int { kEarlier, kPrefix, kLater };
-
-  int photo = kAll;
-  int timeComparison = kPrefix;
+  PhotoFilter photo = PhotoFilter::all;
+  TimeComparison timeComparison = TimeComparison::prefix;
   std::string time = {};
   std::string flight = {};
   std::string registration = {};

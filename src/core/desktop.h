@@ -9,9 +9,9 @@
 namespace vel {
 
 /// The world outside the logic: message boxes, the end of the program, the
-/// desktop's opener, the clipboard, the time, and the event loop. Windows and
-/// logic get it by reference; the program has one on Qt, the tests a recording
-/// one. Every text is UTF-8.
+/// desktop's opener, the clipboard and the time. Windows and logic get it by
+/// reference; the program has one on Qt, the tests a recording one. Every text
+/// is UTF-8.
 class Desktop {
  public:
   virtual ~Desktop() = default;
@@ -43,8 +43,8 @@ class Desktop {
   /// The local wall-clock time.
   [[nodiscard]] virtual std::chrono::local_seconds now() = 0;
 
-  /// Lets all pending window events run. Handlers may be re-entered from here.
-  virtual void processEvents() = 0;
+  /// A clock that never goes back, for how long something has stood or taken.
+  [[nodiscard]] virtual std::chrono::steady_clock::time_point moment() = 0;
 
   /// Takes one line of the run log; see WriteRunLog.
   virtual void runLog(std::string_view line) = 0;

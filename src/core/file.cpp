@@ -98,11 +98,11 @@ Status OutputFile::finish() {
 }
 
 Status renameFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-  return platform::rename(from, to, false);
+  return platform::rename(from, to, platform::Existing::kept);
 }
 
 Status replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-  return platform::rename(from, to, true);
+  return platform::rename(from, to, platform::Existing::replaced);
 }
 
 namespace {

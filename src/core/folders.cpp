@@ -20,4 +20,9 @@ Folders Folders::of(const std::filesystem::path& programFolder) {
   return folders;
 }
 
+std::optional<std::string> photoName(std::string_view registration) {
+  if (!isSafeFileName(registration)) return std::nullopt;
+  return std::string(registration) + ".jpg";
+}
+
 }  // namespace vel

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace vel {
 
@@ -19,5 +21,9 @@ struct Folders {
   /// whatever the letter case of its name.
   static Folders of(const std::filesystem::path& programFolder);
 };
+
+/// The name that a registration's photo has in `pics`; nothing for a
+/// registration that would leave the folder: it came over the air.
+[[nodiscard]] std::optional<std::string> photoName(std::string_view registration);
 
 }  // namespace vel

@@ -9,16 +9,6 @@
 
 namespace vel {
 
-/// The larger and the smaller of two numbers.
-template <typename T>
-[[nodiscard]] constexpr T MaxOf(T a, T b) {
-  return a > b ? a : b;
-}
-template <typename T>
-[[nodiscard]] constexpr T MinOf(T a, T b) {
-  return a < b ? a : b;
-}
-
 /// The last `width` characters (1 to 10) of "0000000000" followed by the value.
 [[nodiscard]] std::string ZeroPad(std::string_view value, std::size_t width);
 [[nodiscard]] std::string ZeroPad(long long value, std::size_t width);

@@ -56,8 +56,13 @@ Status closeFile(std::intptr_t handle);
 /// cannot be looked at.
 Status copyPermissions(std::intptr_t to, const std::filesystem::path& from);
 
-/// The rename of renameFile (replace false) and replaceFile (replace true).
-Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace);
+/// What a rename does where the target exists.
+enum class Existing { kept, replaced };
+
+/// The rename of renameFile and replaceFile. A target that exists and is kept
+/// is fileExists.
+Status rename(const std::filesystem::path& from, const std::filesystem::path& to,
+              Existing existing);
 
 /// Removes a file or a link, never a folder; 53 when there is none.
 Status remove(const std::filesystem::path& path);

@@ -308,13 +308,14 @@ Status copyPermissions(std::intptr_t to, const std::filesystem::path& from) {
   return {};
 }
 
-Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) {
+Status rename(const std::filesystem::path& from, const std::filesystem::path& to,
+              Existing existing) {
   const auto renamed = [&] {
     return uninterrupted([&] { return ::rename(from.c_str(), to.c_str()); }) == 0
                ? Status()
                : Status(renameError(errno));
   };
-  if (replace) return renamed();
+  if (existing == Existing::replaced) return renamed();
   if (uninterrupted([&] {
         return renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
       }) == 0) {

@@ -384,9 +384,12 @@ Status copyPermissions(std::intptr_t to, const std::filesystem::path& from) {
   return {};
 }
 
-Status rename(const std::filesystem::path& from, const std::filesystem::path& to, bool replace) {
-  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replace ? MOVEFILE_REPLACE_EXISTING : 0U);
-  if (MoveFileExW(systemPath(from).c_str(), systemPath(to).c_str(), flags) != 0) return {};
+Status rename(const std::filesystem::path& from, const std::filesystem::path& to,
+              Existing existing) {
+  const DWORD replacing = existing == Existing::replaced ? MOVEFILE_REPLACE_EXISTING : 0U;
+  if (MoveFileExW(systemPath(from).c_str(), systemPath(to).c_str(),
+                  MOVEFILE_WRITE_THROUGH | replacing) != 0)
+    return {};
   return renameError(GetLastError());
 }
 

@@ -41,7 +41,7 @@ Services Services::load(const std::filesystem::path& file) {
 }
 
 DefaultSearches Services::defaultSearches() const {
-  return {airliner + "/search/photo.search?regsearch=", homepage + "/?F="};
+  return {airliner + std::string(kAirlinerPath), homepage + std::string(kHomepagePath)};
 }
 
 Result<Encoding> Services::textEncoding() const { return vel::textEncoding(encoding); }

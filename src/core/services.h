@@ -2,11 +2,17 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "core/settings.h"
 #include "core/text.h"
 
 namespace vel {
+
+/// What follows the hosts of the Airliner photo search and of the system's own
+/// flight page, before what is searched.
+constexpr std::string_view kAirlinerPath = "/search/photo.search?regsearch=";
+constexpr std::string_view kHomepagePath = "/?F=";
 
 /// What services.ini holds: one host (scheme and host name, no path) for each
 /// service, and the text encoding. Keys are the member names. A missing file,

@@ -5,7 +5,6 @@
 #include "core/file.h"
 #include "core/text.h"
 #include "hfdl/hfdl_log.h"
-#include "log/dated_logs.h"
 
 namespace vel {
 namespace {

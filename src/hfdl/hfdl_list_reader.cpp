@@ -1,7 +1,6 @@
 #include "hfdl/hfdl_list_reader.h"
 
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "hfdl/hfdl_row.h"
@@ -19,13 +18,12 @@ Result<bool> HfdlListReader::step(std::chrono::steady_clock::time_point deadline
     if (!read) return read.error();
     if (*read == HfdlReader::Step::end) return false;
     if (*read == HfdlReader::Step::pause) continue;
-    const Result<std::string> line = SetLVline(reader_.record(), rows.size(), tables_, photos_);
+    const Result<std::string> line = SetLVline(reader_.record(), tables_, photos_);
     if (!line) {
       failedLookUp_ = true;
       return line.error();
     }
-    // The list numbers its rows itself.
-    rows.append(std::string_view(*line).substr(line->find(kHfdlSeparator) + 1));
+    rows.append(*line);
   } while (std::chrono::steady_clock::now() < deadline);
   return true;
 }

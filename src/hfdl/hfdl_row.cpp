@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <vector>
 
+#include "core/folders.h"
 #include "core/helpers.h"
 #include "core/text.h"
 
@@ -18,8 +19,8 @@ std::string hfdlLineNumber(std::size_t number) {
   return std::string(Right("000" + std::to_string(number), 4));
 }
 
-Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
-                              const Tables& tables, const FolderIndex& photos) {
+Result<std::string> SetLVline(const HfdlRecord& record, const Tables& tables,
+                              const FolderIndex& photos) {
   const std::string_view flightId = Trim(record.flightId);
   const Result<Icao24Record> aircraft = tables.aircraftOfAddress(record.address);
   if (!aircraft) return aircraft.error();
@@ -37,12 +38,11 @@ Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
     }
   }
 
-  std::string row = hfdlLineNumber(linesBefore + 1);
+  std::string row = record.timeStamp;
   const std::string aircraftColumn = aircraftText(*aircraft, " ");
   for (const std::string_view field : std::initializer_list<std::string_view>{
-           record.timeStamp, record.tag, record.direction, record.groundStation, record.address,
-           record.registration, flightId, aircraftColumn, hasPhoto ? "o" : "x", origin,
-           destination}) {
+           record.tag, record.direction, record.groundStation, record.address, record.registration,
+           flightId, aircraftColumn, hasPhoto ? "o" : "x", origin, destination}) {
     row += kHfdlSeparator;
     row += field;
   }
@@ -61,11 +61,6 @@ std::string completedFlight(std::string_view flightId, const Icao24Record& aircr
   flightId = Trim(flightId);
   if (flightId.empty() || length(flightId) >= kCompleteFlight) return std::string(flightId);
   return aircraft[2] + ZeroPad(flightId, 4);
-}
-
-std::optional<std::string> photoName(std::string_view registration) {
-  if (!isSafeFileName(registration)) return std::nullopt;
-  return std::string(registration) + ".jpg";
 }
 
 Result<std::optional<FlightRoute>> routeIfPresent(const Tables& tables, std::string_view flight) {

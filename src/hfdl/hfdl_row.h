@@ -38,13 +38,12 @@ constexpr char kHfdlSeparator = '\n';
 /// "0000".
 [[nodiscard]] std::string hfdlLineNumber(std::size_t number);
 
-/// Joins a record with the reference tables and gives its list line: twelve
-/// fields in UTF-8, separated by kHfdlSeparator. `linesBefore` is the number of
-/// lines that the list already has; the photos are those of their last
-/// refresh. An error ends the program: a missing ICAO24.csv, or a missing
-/// flight.csv where there is a flight ID, with their messages.
-Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
-                              const Tables& tables, const FolderIndex& photos);
+/// Joins a record with the reference tables and gives its list line without
+/// the number that the list puts before it: eleven fields in UTF-8, separated
+/// by kHfdlSeparator. The photos are those of their last refresh. An error ends the program: a
+/// missing ICAO24.csv, or a missing flight.csv where there is a flight ID, with their messages.
+Result<std::string> SetLVline(const HfdlRecord& record, const Tables& tables,
+                              const FolderIndex& photos);
 
 /// The aircraft column of an ICAO24 record: the lead (" " from the table, "*"
 /// after an edit), then registration, 3-letter code, 2-letter code and
@@ -55,10 +54,6 @@ Result<std::string> SetLVline(const HfdlRecord& record, std::size_t linesBefore,
 /// One of fewer than 5 characters is completed: the aircraft's 2-letter code
 /// and the ID filled with zeros to four digits. Empty stays empty.
 [[nodiscard]] std::string completedFlight(std::string_view flightId, const Icao24Record& aircraft);
-
-/// The name of a registration's photo, or nothing for one that would leave the
-/// photo folder.
-[[nodiscard]] std::optional<std::string> photoName(std::string_view registration);
 
 /// The route of a flight for the detail area: as Tables::flightRoute, but a
 /// missing table is no error: nothing is found.

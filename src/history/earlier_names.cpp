@@ -1,10 +1,10 @@
 #include "history/earlier_names.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <utility>
 
-#include "core/helpers.h"
 #include "core/text.h"
 
 #if defined(__SSE2__)
@@ -115,7 +115,7 @@ void strikeListNames(std::string_view lines, WantedNames& aircraft, WantedNames&
       if (*at == '\n') {
         endLine(at);
       } else {
-        separator[MinOf(count, kCommas)] = at;
+        separator[std::min(count, kCommas)] = at;
         ++count;
       }
     }

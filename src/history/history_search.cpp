@@ -5,7 +5,6 @@
 
 #include "acars/list_log.h"
 #include "core/file.h"
-#include "core/helpers.h"
 #include "hfdl/hfdl_log.h"
 #include "log/dated_logs.h"
 
@@ -213,7 +212,7 @@ void HistorySearch::scan(std::string_view block) {
   // the block.
   std::string_view searched = block;
   if (match_.text().ignoresCase()) {
-    folded_.resize(MaxOf(folded_.size(), block.size() + 2 * BytePattern::kSlack));
+    folded_.resize(std::max(folded_.size(), block.size() + 2 * BytePattern::kSlack));
     char* const copy = folded_.data() + BytePattern::kSlack;
     std::transform(block.begin(), block.end(), copy, foldedByte);
     searched = {copy, block.size()};

@@ -1,9 +1,9 @@
 #include "history/log_blocks.h"
 
+#include <algorithm>
 #include <cstring>
 #include <system_error>
 
-#include "core/helpers.h"
 #include "hfdl/hfdl_lines.h"
 #include "tables/byte_pattern.h"
 
@@ -54,13 +54,13 @@ void LogBlocks::makeRoom() {
   if (begin_ != kFront) std::memmove(buffer_.data() + kFront, buffer_.data() + begin_, rest);
   begin_ = kFront;
   end_ = kFront + rest;
-  const std::size_t needed = end_ + MaxOf(kBlock, rest) + BytePattern::kSlack;
+  const std::size_t needed = end_ + std::max(kBlock, rest) + BytePattern::kSlack;
   if (buffer_.size() < needed) buffer_.resize(needed);
 }
 
 // The bytes that were read; 0 at the end.
 Result<std::size_t> LogBlocks::readOn() {
-  const std::uint64_t wanted = MinOf<std::uint64_t>(MaxOf(kBlock, end_ - begin_), left_);
+  const std::uint64_t wanted = std::min<std::uint64_t>(std::max(kBlock, end_ - begin_), left_);
   if (wanted == 0) {
     char more = 0;
     const Result<std::size_t> behind = file_->read(&more, 1);

@@ -9,7 +9,6 @@ namespace vel {
 namespace {
 
 constexpr std::size_t kShortCode = 3;
-constexpr std::size_t kLongCode = 4;
 
 bool hasLetter(std::string_view text) {
   return std::any_of(text.begin(), text.end(),

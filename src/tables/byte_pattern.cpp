@@ -1,11 +1,10 @@
 #include "tables/byte_pattern.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
-
-#include "core/helpers.h"
 
 namespace vel {
 namespace {
@@ -36,10 +35,10 @@ BytePattern::BytePattern(std::string bytes, ByteSearcher searcher)
 }
 
 ByteProbe BytePattern::probeAt(std::size_t at) const {
-  ByteProbe probe{.size = MinOf(bytes_.size() - at, ByteProbe::kLongest), .at = at};
+  ByteProbe probe{.size = std::min(bytes_.size() - at, ByteProbe::kLongest), .at = at};
   std::memcpy(probe.bytes.data(), bytes_.data() + at, probe.size);
-  std::memcpy(&probe.head, bytes_.data(), MinOf(bytes_.size(), sizeof probe.head));
-  std::memset(&probe.headMask, 0xFF, MinOf(bytes_.size(), sizeof probe.headMask));
+  std::memcpy(&probe.head, bytes_.data(), std::min(bytes_.size(), sizeof probe.head));
+  std::memset(&probe.headMask, 0xFF, std::min(bytes_.size(), sizeof probe.headMask));
   return probe;
 }
 
@@ -47,7 +46,7 @@ ByteProbe BytePattern::probeAt(std::size_t at) const {
 // are `enough`.
 std::size_t BytePattern::falseHitsIn(std::string_view block, std::size_t pieces,
                                      const ByteProbe& probe, std::size_t enough) const {
-  const std::size_t length = MinOf(block.size(), kPiece);
+  const std::size_t length = std::min(block.size(), kPiece);
   const std::uint64_t room = block.size() - length;
   std::size_t count = 0;
   std::uint64_t hits = 0;
@@ -67,7 +66,7 @@ void BytePattern::prepare(std::string_view block) {
   falseHits_ = 0;
 
   const std::size_t pieces = isFirst ? kFirstPieces : kLaterPieces;
-  const std::size_t highest = MinOf(bytes_.size(), kSearchReach) - ByteProbe::kLongest;
+  const std::size_t highest = std::min(bytes_.size(), kSearchReach) - ByteProbe::kLongest;
   std::size_t fewest = SIZE_MAX;
   const auto tryProbe = [&](std::size_t at) {
     const ByteProbe probe = probeAt(at);

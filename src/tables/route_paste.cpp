@@ -95,7 +95,7 @@ std::vector<std::string> routePairs(std::string_view text) {
   std::string departure;
   while (!text.empty() && pairs.size() < kMostRoutePairs) {
     const std::string_view line = text.substr(0, text.find_first_of("\r\n"));
-    text.remove_prefix(MinOf(line.size() + 1, text.size()));
+    text.remove_prefix(std::min(line.size() + 1, text.size()));
     addPairs(line, departure, pairs);
   }
   return pairs;

@@ -7,12 +7,14 @@
 #include <numbers>
 #include <vector>
 
+#include "core/twips.h"
+
 namespace vel {
 namespace {
 
 /// Lines of text that are longer than this are hard to read. Twips.
 constexpr int kWidest = 9000;
-constexpr int kGrowth = 8 * kTourTwipsPerPixel;
+constexpr int kGrowth = toTwips(8);
 
 /// The place nearest to `wanted` at which `length` lies within the span.
 int nearestWithin(int wanted, int length, int spanStart, int spanLength) {

@@ -10,9 +10,6 @@
 
 namespace vel {
 
-/// Twips to one logical pixel, on every screen.
-inline constexpr int kTourTwipsPerPixel = 15;
-
 /// Time between two ticks of the pointers' blinking.
 inline constexpr int kTourBlinkMilliseconds = 500;
 

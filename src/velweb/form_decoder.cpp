@@ -2,17 +2,10 @@
 
 #include <utility>
 
+#include "core/text.h"
+
 namespace vel {
-namespace {
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') return c - '0';
-  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
-  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
-  return -1;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 std::string FormFieldDecoder::decode(std::string_view piece) {
   std::string value;
@@ -26,10 +19,10 @@ std::string FormFieldDecoder::decode(std::string_view piece) {
       }
       continue;
     }
-    if (hexValue(c) >= 0) {
+    if (hexDigit(c)) {
       pendingCode_ += c;
       if (pendingCode_.size() < 3) continue;
-      const int byte = hexValue(pendingCode_[1]) << 4 | hexValue(pendingCode_[2]);
+      const unsigned byte = *hexDigit(pendingCode_[1]) << 4 | *hexDigit(pendingCode_[2]);
       pendingCode_.clear();
       takeByte(static_cast<char>(byte), value);
       continue;

@@ -53,6 +53,26 @@ std::optional<PointNumber> takeMinutePoint(TextScan& scan, std::size_t wholeWidt
   return PointNumber{*degrees, decimals};
 }
 
+std::optional<double> valueOf(const std::optional<PointNumber>& number) {
+  return number ? std::optional(number->value) : std::nullopt;
+}
+
+// N or S and a latitude, what stands between, E or W and a longitude. The two
+// functions take their degrees from the scan.
+template <typename Latitude, typename Longitude>
+Found takeHemispheres(TextScan& scan, const Latitude& takeLatitude, std::string_view between,
+                      const Longitude& takeLongitude) {
+  const auto north = scan.takeSign('N', 'S');
+  if (!north) return std::nullopt;
+  const std::optional<double> latitude = takeLatitude();
+  if (!latitude || !scan.take(between)) return std::nullopt;
+  const auto east = scan.takeSign('E', 'W');
+  if (!east) return std::nullopt;
+  const std::optional<double> longitude = takeLongitude();
+  if (!longitude) return std::nullopt;
+  return checkedPosition(*north * *latitude, *east * *longitude);
+}
+
 }  // namespace
 
 std::optional<double> degreesOf(int digits, DigitFormat::Kind kind, int perUnit) {
@@ -75,28 +95,25 @@ Found located(int north, std::optional<double> latitude, int east,
 }
 
 Found takeDigitPair(TextScan& scan, const DigitFormat& format, std::string_view between) {
-  const auto north = scan.takeSign('N', 'S');
-  if (!north) return std::nullopt;
-  const auto latitude = scan.takeNumber(format.latitudeWidth);
-  if (!latitude || !scan.take(between)) return std::nullopt;
-  const auto east = scan.takeSign('E', 'W');
-  if (!east) return std::nullopt;
-  const auto longitude = scan.takeNumber(format.longitudeWidth);
-  if (!longitude) return std::nullopt;
-  return located(*north, degreesOf(*latitude, format.kind, format.perUnit), *east,
-                 degreesOf(*longitude, format.kind, format.perUnit));
+  const auto degrees = [&](std::size_t width) {
+    return [&, width]() -> std::optional<double> {
+      const auto digits = scan.takeNumber(width);
+      return digits ? degreesOf(*digits, format.kind, format.perUnit) : std::nullopt;
+    };
+  };
+  return takeHemispheres(scan, degrees(format.latitudeWidth), between,
+                         degrees(format.longitudeWidth));
 }
 
 Found takeDecimalPair(TextScan& scan, std::string_view between) {
-  const auto north = scan.takeSign('N', 'S');
-  if (!north) return std::nullopt;
-  const auto latitude = takePointNumber(scan, 2, kMostDecimals);
-  if (!latitude || !scan.take(between)) return std::nullopt;
-  const auto east = scan.takeSign('E', 'W');
-  if (!east) return std::nullopt;
-  const auto longitude = takePointNumber(scan, 3, kMostDecimals);
-  if (!isPair(latitude, longitude) || !scan.atBoundary()) return std::nullopt;
-  return checkedPosition(*north * latitude->value, *east * longitude->value);
+  std::optional<PointNumber> latitude;
+  const auto first = [&] { return valueOf(latitude = takePointNumber(scan, 2, kMostDecimals)); };
+  const auto second = [&]() -> std::optional<double> {
+    const auto longitude = takePointNumber(scan, 3, kMostDecimals);
+    if (!isPair(latitude, longitude) || !scan.atBoundary()) return std::nullopt;
+    return longitude->value;
+  };
+  return takeHemispheres(scan, first, between, second);
 }
 
 Found takeSignedPair(TextScan& scan) {
@@ -114,15 +131,16 @@ Found takeSignedPair(TextScan& scan) {
 }
 
 Found takeMinutePointPair(TextScan& scan, std::string_view between) {
-  const auto north = scan.takeSign('N', 'S');
-  if (!north) return std::nullopt;
-  const auto latitude = takeMinutePoint(scan, 4, kMostMinuteDecimals);
-  if (!latitude || !scan.take(between)) return std::nullopt;
-  const auto east = scan.takeSign('E', 'W');
-  if (!east) return std::nullopt;
-  const auto longitude = takeMinutePoint(scan, 5, latitude->decimals);
-  if (!longitude || longitude->decimals != latitude->decimals) return std::nullopt;
-  return checkedPosition(*north * latitude->value, *east * longitude->value);
+  std::optional<PointNumber> latitude;
+  const auto first = [&] {
+    return valueOf(latitude = takeMinutePoint(scan, 4, kMostMinuteDecimals));
+  };
+  const auto second = [&]() -> std::optional<double> {
+    const auto longitude = takeMinutePoint(scan, 5, latitude->decimals);
+    if (!longitude || longitude->decimals != latitude->decimals) return std::nullopt;
+    return longitude->value;
+  };
+  return takeHemispheres(scan, first, between, second);
 }
 
 Found takeMinutePointPairBehind(TextScan& scan) {

@@ -8,7 +8,6 @@
 
 #include "acars/list_log.h"
 #include "core/file.h"
-#include "core/helpers.h"
 #include "hfdl/hfdl_log.h"
 #include "hfdl/hfdl_row.h"
 #include "log/dated_logs.h"

@@ -7,6 +7,7 @@
 #include "tables/tables.h"
 #include "velweb/flight_page.h"
 #include "velweb/text_scan.h"
+#include "web/form_encoder.h"
 
 namespace vel {
 namespace {

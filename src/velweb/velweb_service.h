@@ -82,9 +82,6 @@ class VelwebService {
   std::string host_;
 };
 
-/// The conversion's path.
-constexpr std::string_view kConversionPath = "/tools/qz2ge/";
-
 /// True for 127.0.0.1, localhost and [::1], each with or without a port.
 [[nodiscard]] bool isLoopbackHost(std::string_view hostHeader);
 

@@ -9,14 +9,12 @@
 namespace vel {
 namespace {
 
-constexpr std::string_view kAirlinerPath = "/search/photo.search?regsearch=";
 constexpr std::string_view kJetPhotosPath = "/showphotos.php?regsearch=";
 constexpr std::string_view kPlanepicturesPath = "/netsearch4.cgi?stype=reg&srng=2&srch=";
 constexpr std::string_view kFeeyoPath = "/searchpic.jsp?action=search&pictype=1&airplane_regcode=";
 constexpr std::string_view kFlightStatsPath =
     "/go/FlightStatus/flightStatusByFlight.do?airline=%28";
 constexpr std::string_view kFlightStatsNumber = "%29&flightNumber=";
-constexpr std::string_view kHomepagePath = "/?F=";
 constexpr std::string_view kFlightAwarePath = "/live/flight/";
 constexpr std::string_view kFlyteCommPath =
     "/cgi-bin/trackflight?action=select_advanced&flight_id=";
@@ -221,9 +219,9 @@ SearchSample registrationSample(std::string_view addressBox) {
   return {"The sample is opened by using 'G-CIVE'.", composed(addressBox, "G-CIVE")};
 }
 
-SearchSample flightSample(std::string_view addressBox, bool zeroSuppress,
+SearchSample flightSample(std::string_view addressBox, LeadingZeros zeros,
                           std::string_view homepage) {
-  const std::string_view flight = zeroSuppress ? "BA7" : "BA0007";
+  const std::string_view flight = zeros == LeadingZeros::dropped ? "BA7" : "BA0007";
   return {join("The sample is opened by using '", flight, "'."),
           composed(completed(addressBox, homepage), flight)};
 }

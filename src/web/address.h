@@ -91,9 +91,12 @@ struct SearchSample {
   std::string address;
 };
 
+/// How the number of a flight is written.
+enum class LeadingZeros { kept, dropped };
+
 /// The samples append to the address box's current text, not to the setting.
 [[nodiscard]] SearchSample registrationSample(std::string_view addressBox);
-[[nodiscard]] SearchSample flightSample(std::string_view addressBox, bool zeroSuppress,
+[[nodiscard]] SearchSample flightSample(std::string_view addressBox, LeadingZeros zeros,
                                         std::string_view homepage);
 
 /// True when a prefix belongs to the system's own web site: it begins with "/"

@@ -5,6 +5,9 @@
 
 namespace vel {
 
+/// Where the form is posted to, on the host of the KML conversion.
+constexpr std::string_view kConversionPath = "/tools/qz2ge/";
+
 /// Encodes Shift_JIS bytes for the form that the KML conversion takes, in
 /// pieces of any size; the conversion depends on the exact rule. A lead byte
 /// (0x81 to 0x9F, 0xE0 to 0xEF) and the byte after it become "%XX" each,

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "core/file.h"
 #include "core/helpers.h"
 
 namespace vel {
@@ -10,13 +11,12 @@ namespace {
 constexpr const char* kPlaceholder = "noimage.jpg";
 constexpr int kFirstSuccess = 33;
 
-std::string photoName(std::string_view registration) { return std::string(registration) + ".jpg"; }
-
 }  // namespace
 
 std::optional<std::filesystem::path> PhotoFolder::find(std::string_view registration) {
-  if (registration.empty() || !isSafeFileName(registration)) return std::nullopt;
-  return index_.find(photoName(registration));
+  if (registration.empty()) return std::nullopt;
+  const std::optional<std::string> name = photoName(registration);
+  return name ? index_.find(*name) : std::nullopt;
 }
 
 std::optional<std::filesystem::path> PhotoFolder::placeholder() {
@@ -25,8 +25,8 @@ std::optional<std::filesystem::path> PhotoFolder::placeholder() {
 
 void openPhoto(Desktop& desktop, const Folders& folders, std::string_view registration) {
   int result = 0;
-  if (isSafeFileName(registration)) {
-    const std::filesystem::path photo = fileIn(folders.pics, photoName(registration));
+  if (const std::optional<std::string> name = photoName(registration)) {
+    const std::filesystem::path photo = fileIn(folders.pics, *name);
     // What is there but is no file (a pipe, a folder) counts as missing; of what
     // is not there at all the opener says so itself.
     std::error_code error;

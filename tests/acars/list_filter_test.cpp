@@ -33,11 +33,11 @@ TEST_F(ListFilterTest, WithoutAFilterEveryRowIsShown) {
 }
 
 TEST_F(ListFilterTest, AvailableShowsBothMarksOfAPhoto) {
-  EXPECT_THAT(shown({.photo = ListFilter::kAvailable}), ElementsAre("JL0001", "NH0002"));
+  EXPECT_THAT(shown({.photo = PhotoFilter::available}), ElementsAre("JL0001", "NH0002"));
 }
 
 TEST_F(ListFilterTest, UnavailableShowsBothMarksOfNoPhoto) {
-  EXPECT_THAT(shown({.photo = ListFilter::kUnavailable}), ElementsAre("BA0003", "ZZ0004"));
+  EXPECT_THAT(shown({.photo = PhotoFilter::unavailable}), ElementsAre("BA0003", "ZZ0004"));
 }
 
 TEST_F(ListFilterTest, ThePrefixOfATimeShowsTheHourOrTenMinutes) {
@@ -47,22 +47,23 @@ TEST_F(ListFilterTest, ThePrefixOfATimeShowsTheHourOrTenMinutes) {
 }
 
 TEST_F(ListFilterTest, EarlierThanShowsTimesUpToTheText) {
-  EXPECT_THAT(shown({.timeComparison = ListFilter::kEarlier, .time = "09:35:00"}),
+  EXPECT_THAT(shown({.timeComparison = TimeComparison::earlier, .time = "09:35:00"}),
               ElementsAre("JL0001", "NH0002", "QQ0005"));
-  EXPECT_THAT(shown({.timeComparison = ListFilter::kEarlier, .time = "09:35"}),
+  EXPECT_THAT(shown({.timeComparison = TimeComparison::earlier, .time = "09:35"}),
               ElementsAre("JL0001", "QQ0005"));
 }
 
 TEST_F(ListFilterTest, LaterThanShowsTimesFromTheTextOn) {
-  EXPECT_THAT(shown({.timeComparison = ListFilter::kLater, .time = "09:35:00"}),
+  EXPECT_THAT(shown({.timeComparison = TimeComparison::later, .time = "09:35:00"}),
               ElementsAre("NH0002", "BA0003", "ZZ0004"));
-  EXPECT_THAT(shown({.timeComparison = ListFilter::kLater, .time = "09:35:01"}),
+  EXPECT_THAT(shown({.timeComparison = TimeComparison::later, .time = "09:35:01"}),
               ElementsAre("BA0003", "ZZ0004"));
 }
 
 TEST_F(ListFilterTest, AnEmptyTimeShowsEveryRowWhateverTheComparison) {
-  for (const int comparison : {ListFilter::kEarlier, ListFilter::kPrefix, ListFilter::kLater}) {
-    EXPECT_EQ(shown({.timeComparison = comparison}).size(), 5U) << comparison;
+  for (const TimeComparison comparison :
+       {TimeComparison::earlier, TimeComparison::prefix, TimeComparison::later}) {
+    EXPECT_EQ(shown({.timeComparison = comparison}).size(), 5U) << static_cast<int>(comparison);
   }
 }
 
@@ -146,8 +147,8 @@ TEST_F(ListFilterTest, WithoutTheTableTheOtherFiltersStillWork) {
 }
 
 TEST_F(ListFilterTest, ARowIsShownOnlyWhenEveryFilterPasses) {
-  const ListFilter all{.photo = ListFilter::kUnavailable,
-                       .timeComparison = ListFilter::kLater,
+  const ListFilter all{.photo = PhotoFilter::unavailable,
+                       .timeComparison = TimeComparison::later,
                        .time = "10",
                        .flight = "0003",
                        .registration = "CIV",
@@ -161,8 +162,9 @@ TEST_F(ListFilterTest, ARowIsShownOnlyWhenEveryFilterPasses) {
     change(filter);
     return shown(filter);
   };
-  EXPECT_THAT(without([](ListFilter& f) { f.photo = ListFilter::kAvailable; }), IsEmpty());
-  EXPECT_THAT(without([](ListFilter& f) { f.timeComparison = ListFilter::kEarlier; }), IsEmpty());
+  EXPECT_THAT(without([](ListFilter& f) { f.photo = PhotoFilter::available; }), IsEmpty());
+  EXPECT_THAT(without([](ListFilter& f) { f.timeComparison = TimeComparison::earlier; }),
+              IsEmpty());
   EXPECT_THAT(without([](ListFilter& f) { f.time = "10:00:01"; }), IsEmpty());
   EXPECT_THAT(without([](ListFilter& f) { f.flight = "0004"; }), IsEmpty());
   EXPECT_THAT(without([](ListFilter& f) { f.registration = "JA"; }), IsEmpty());

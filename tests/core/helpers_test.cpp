@@ -19,16 +19,6 @@ using test::writeBytes;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(MaxOfMinOf, CompareNumerically) {
-  EXPECT_EQ(MaxOf(9, 10), 10);
-  EXPECT_EQ(MaxOf(10, 9), 10);
-  EXPECT_EQ(MaxOf(-2.5, -3.0), -2.5);
-  EXPECT_EQ(MaxOf(4, 4), 4);
-  EXPECT_EQ(MinOf(9, 10), 9);
-  EXPECT_EQ(MinOf(10, 9), 9);
-  EXPECT_EQ(MinOf(-2.5, -3.0), -3.0);
-}
-
 TEST(ZeroPad, SevenWithWidthThreeIs007) {
   EXPECT_EQ(ZeroPad(7, 3), "007");
   EXPECT_EQ(ZeroPad("7", 3), "007");

@@ -44,11 +44,12 @@ class RewriteFaults : public testing::Test {
   }
   test::DrivenRewrite rewrite() {
     return test::drive(desktop_, base_->folders, Encoding::codePage932(),
-                       {.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B748"});
+                       {.table = Table::aircraft, .key = "JA8089", .newRecord = "JA8089,B748"},
+                       turns_);
   }
   void refuseWritingInTheSecondTurn() {
-    desktop_.onProcessEvents = [this] {
-      if (desktop_.eventTurns == 2) allowWriting(false);
+    turns_.each = [this] {
+      if (turns_.count == 2) allowWriting(false);
     };
   }
   void expectEnded(const std::string& message) {
@@ -63,6 +64,7 @@ class RewriteFaults : public testing::Test {
   fs::path data_;
   std::string before_;
   test::RecordingDesktop desktop_;
+  test::EventTurns turns_;
 };
 
 TEST_F(RewriteFaults, AHeldTableIsRenamedOnceItIsLetGoAndRetryIsPressed) {
@@ -144,7 +146,7 @@ TEST_F(RewriteFaults, AFullDiskEndsTheProgramWithTheTableUntouchedAndNoRemains) 
     EXPECT_EQ(rewrite(), test::DrivenRewrite::programEnds);
   }
   expectEnded("ERROR #61");
-  EXPECT_EQ(desktop_.eventTurns, 1);
+  EXPECT_EQ(turns_.count, 1);
   EXPECT_EQ(bytes("aircraft.csv"), large);
   EXPECT_EQ(bytes("aircraft.bak"), "old");
   EXPECT_THAT(listFolder(data_).value(), ElementsAre("aircraft.bak", "aircraft.csv"));

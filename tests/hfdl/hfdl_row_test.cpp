@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/folders.h"
 #include "log/row_store.h"
 #include "tests/support/test_files.h"
 
@@ -24,16 +25,16 @@ class HfdlRowTest : public ::testing::Test {
     const Tables tables(base_.folders, Encoding::codePage932());
     FolderIndex photos(base_.folders.pics);
     photos.refresh();
-    const auto row = SetLVline(record, linesBefore, tables, photos);
+    const auto row = SetLVline(record, tables, photos);
     if (!row.ok()) {
       ADD_FAILURE() << row.error().text();
       return std::vector<std::string>(kHfdlColumns);
     }
     RowStore rows(kHfdlSeparator);
     rows.append(*row);
-    EXPECT_EQ(split(*row, kHfdlSeparator).size(), kHfdlColumns);
-    std::vector<std::string> fields;
-    for (std::size_t i = 0; i < kHfdlColumns; ++i) fields.emplace_back(rows.field(0, i));
+    EXPECT_EQ(split(*row, kHfdlSeparator).size(), kHfdlColumns - 1);
+    std::vector<std::string> fields{hfdlLineNumber(linesBefore + 1)};
+    for (std::size_t i = 0; i + 1 < kHfdlColumns; ++i) fields.emplace_back(rows.field(0, i));
     return fields;
   }
 
@@ -41,7 +42,7 @@ class HfdlRowTest : public ::testing::Test {
     const Tables tables(base_.folders, Encoding::codePage932());
     FolderIndex photos(base_.folders.pics);
     photos.refresh();
-    const auto row = SetLVline(record, 0, tables, photos);
+    const auto row = SetLVline(record, tables, photos);
     return row.ok() ? "" : row.error().text();
   }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <functional>
 
 #include "tables/rewrite.h"
 #include "tests/support/recording_desktop.h"
@@ -10,15 +10,28 @@ namespace vel::test {
 /// What became of a rewrite that was driven as a window drives it.
 enum class DrivenRewrite { done, refused, programEnds };
 
+/// The turns of an event loop between the steps of a rewrite, and what happens
+/// in each.
+struct EventTurns {
+  int count = 0;
+  std::function<void()> each;
+
+  void next() {
+    ++count;
+    if (each) each();
+  }
+};
+
 /// Takes a rewrite through its steps, with a turn of the event loop before each
 /// that touches files, the messages shown and the end of the program where it
 /// comes to that.
-inline DrivenRewrite drive(RecordingDesktop& desktop, ReferenceTableRewrite& rewrite) {
+inline DrivenRewrite drive(RecordingDesktop& desktop, ReferenceTableRewrite& rewrite,
+                           EventTurns& turns) {
   RewriteOutcome outcome = rewrite.next();
   while (true) {
     switch (outcome) {
       case RewriteOutcome::more:
-        desktop.processEvents();
+        turns.next();
         if (desktop.isEnding()) return DrivenRewrite::programEnds;
         break;
       case RewriteOutcome::done:
@@ -40,9 +53,15 @@ inline DrivenRewrite drive(RecordingDesktop& desktop, ReferenceTableRewrite& rew
 }
 
 inline DrivenRewrite drive(RecordingDesktop& desktop, const Folders& folders,
-                           const Encoding& encoding, const TableEdit& edit) {
+                           const Encoding& encoding, const TableEdit& edit, EventTurns& turns) {
   ReferenceTableRewrite rewrite(folders, encoding, edit);
-  return drive(desktop, rewrite);
+  return drive(desktop, rewrite, turns);
+}
+
+inline DrivenRewrite drive(RecordingDesktop& desktop, const Folders& folders,
+                           const Encoding& encoding, const TableEdit& edit) {
+  EventTurns turns;
+  return drive(desktop, folders, encoding, edit, turns);
 }
 
 }  // namespace vel::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <string>
@@ -40,9 +41,8 @@ class RecordingDesktop : public Desktop {
   [[nodiscard]] std::string clipboardText() override { return clipboard; }
   void setClipboardText(const std::string& text) override { clipboard = text; }
   [[nodiscard]] std::chrono::local_seconds now() override { return time; }
-  void processEvents() override {
-    ++eventTurns;
-    if (onProcessEvents) onProcessEvents();
+  [[nodiscard]] std::chrono::steady_clock::time_point moment() override {
+    return std::chrono::steady_clock::now() + passed;
   }
   void runLog(std::string_view line) override { runLogLines.emplace_back(line); }
 
@@ -52,13 +52,12 @@ class RecordingDesktop : public Desktop {
   std::deque<int> openResults;  ///< what open() answers, one after another
   std::string clipboard;
   std::chrono::local_seconds time{};
+  std::chrono::milliseconds passed{0};  ///< how much later it is than it seems
   bool answerYes = false;
   bool ended = false;
   int exitStatus = -1;
-  int eventTurns = 0;
   std::function<bool()> onRetry;  ///< true for Retry; Cancel without one
   std::function<void(const std::string&)> onMessage;
-  std::function<void()> onProcessEvents;
 };
 
 }  // namespace vel::test

@@ -31,7 +31,7 @@ class RewriteTest : public testing::Test {
     return fileExists(base_.folders.data / name);
   }
   test::DrivenRewrite rewrite(const TableEdit& edit) {
-    return test::drive(desktop_, base_.folders, encoding_, edit);
+    return test::drive(desktop_, base_.folders, encoding_, edit, turns_);
   }
   void expectDone(const TableEdit& edit) {
     EXPECT_EQ(rewrite(edit), test::DrivenRewrite::done);
@@ -47,6 +47,7 @@ class RewriteTest : public testing::Test {
 
   test::TemporaryBase base_;
   test::RecordingDesktop desktop_;
+  test::EventTurns turns_;
   Encoding encoding_ = Encoding::codePage932();
 };
 
@@ -366,7 +367,7 @@ TEST_F(RewriteTest, AKeyFromTheAirThatNoFieldCanHoldIsRefused) {
     EXPECT_THAT(desktop_.messages,
                 ElementsAre("Illegal character is included. 登録できない文字が含まれています。"));
   }
-  EXPECT_EQ(desktop_.eventTurns, 0);
+  EXPECT_EQ(turns_.count, 0);
   EXPECT_EQ(base_.data("FLIGHT.csv"), "A,RJTTKLAX,-\r\n");
 }
 
@@ -424,7 +425,7 @@ TEST_F(RewriteTest, TheEventLoopRunsOnceBeforeAnythingIsOpenedAndOnceBeforeTheRe
   base_.writeData("aircraft.csv", {"A,1"});
   writeRaw("aircraft.bak", "old");
   std::vector<std::string> seen;
-  desktop_.onProcessEvents = [&] {
+  turns_.each = [&] {
     seen.push_back((exists("aircraft.$$$") ? raw("aircraft.$$$") : "none") + "|" +
                    raw("aircraft.csv") + "|" + raw("aircraft.bak"));
   };
@@ -434,7 +435,7 @@ TEST_F(RewriteTest, TheEventLoopRunsOnceBeforeAnythingIsOpenedAndOnceBeforeTheRe
 
 TEST_F(RewriteTest, AProgramThatEndsInTheFirstTurnTouchesNothing) {
   base_.writeData("aircraft.csv", {"A,1"});
-  desktop_.onProcessEvents = [&] { desktop_.endProgram(0); };
+  turns_.each = [&] { desktop_.endProgram(0); };
   EXPECT_EQ(rewrite({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}),
             test::DrivenRewrite::programEnds);
   EXPECT_THAT(listFolder(base_.folders.data).value(), ElementsAre("aircraft.csv"));
@@ -445,8 +446,8 @@ TEST_F(RewriteTest, AProgramThatEndsInTheFirstTurnTouchesNothing) {
 TEST_F(RewriteTest, AProgramThatEndsInTheSecondTurnRenamesNothing) {
   base_.writeData("aircraft.csv", {"A,1"});
   writeRaw("aircraft.bak", "old");
-  desktop_.onProcessEvents = [&] {
-    if (desktop_.eventTurns == 2) desktop_.endProgram(0);
+  turns_.each = [&] {
+    if (turns_.count == 2) desktop_.endProgram(0);
   };
   EXPECT_EQ(rewrite({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}),
             test::DrivenRewrite::programEnds);
@@ -457,15 +458,15 @@ TEST_F(RewriteTest, AProgramThatEndsInTheSecondTurnRenamesNothing) {
 
 TEST_F(RewriteTest, ATableThatVanishesInTheFirstTurnIsReported) {
   base_.writeData("aircraft.csv", {"A,1"});
-  desktop_.onProcessEvents = [&] { std::filesystem::remove(base_.folders.data / "aircraft.csv"); };
+  turns_.each = [&] { std::filesystem::remove(base_.folders.data / "aircraft.csv"); };
   expectFatal({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}, "ERROR #53");
   EXPECT_THAT(listFolder(base_.folders.data).value(), IsEmpty());
 }
 
 TEST_F(RewriteTest, ATableThatVanishesInTheSecondTurnIsReported) {
   base_.writeData("aircraft.csv", {"A,1"});
-  desktop_.onProcessEvents = [&] {
-    if (desktop_.eventTurns == 2) std::filesystem::remove(base_.folders.data / "aircraft.csv");
+  turns_.each = [&] {
+    if (turns_.count == 2) std::filesystem::remove(base_.folders.data / "aircraft.csv");
   };
   expectFatal({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}, "ERROR #53");
   EXPECT_EQ(raw("aircraft.$$$"), "A,2\r\n");
@@ -474,8 +475,8 @@ TEST_F(RewriteTest, ATableThatVanishesInTheSecondTurnIsReported) {
 TEST_F(RewriteTest, WhereTheNewFileVanishesInTheSecondTurnTheTableStays) {
   base_.writeData("aircraft.csv", {"A,1"});
   writeRaw("aircraft.bak", "old");
-  desktop_.onProcessEvents = [&] {
-    if (desktop_.eventTurns == 2) std::filesystem::remove(base_.folders.data / "aircraft.$$$");
+  turns_.each = [&] {
+    if (turns_.count == 2) std::filesystem::remove(base_.folders.data / "aircraft.$$$");
   };
   expectFatal({.table = Table::aircraft, .key = "A", .newRecord = "A,2"}, "ERROR #53");
   EXPECT_EQ(base_.data("aircraft.csv"), "A,1\r\n");
@@ -485,8 +486,8 @@ TEST_F(RewriteTest, WhereTheNewFileVanishesInTheSecondTurnTheTableStays) {
 TEST_F(RewriteTest, ARewriteOfAnotherTableMayRunBeforeItsFirstStep) {
   base_.writeData("aircraft.csv", {"A,1"});
   base_.writeData("FLIGHT.csv", {"A,RJTTKLAX,-"});
-  desktop_.onProcessEvents = [&] {
-    if (desktop_.eventTurns != 1) return;
+  turns_.each = [&] {
+    if (turns_.count != 1) return;
     EXPECT_EQ(rewrite({.table = Table::flight, .key = "A", .newRecord = "A,KLAXRJTT,-"}),
               test::DrivenRewrite::done);
   };
@@ -503,7 +504,7 @@ TEST_F(RewriteTest, ARecordThatTheEncodingCannotHoldIsRefusedBeforeAnythingHappe
             test::DrivenRewrite::refused);
   EXPECT_THAT(desktop_.messages,
               ElementsAre("Illegal character is included. 登録できない文字が含まれています。"));
-  EXPECT_EQ(desktop_.eventTurns, 0);
+  EXPECT_EQ(turns_.count, 0);
   EXPECT_FALSE(desktop_.ended);
   EXPECT_THAT(listFolder(base_.folders.data).value(), ElementsAre("aircraft.csv"));
 }

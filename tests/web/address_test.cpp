@@ -272,7 +272,8 @@ TEST_F(Address, AUserEngineOfTheOwnSiteFollowsItsHost) {
   EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "http://127.0.0.1:40123/?F=BA0007");
   settings_.env_fltSchZsp = 1;
   EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "http://127.0.0.1:40123/?F=BA7");
-  EXPECT_EQ(flightSample("/?F=", false, kHome).address, "http://127.0.0.1:40123/?F=BA0007");
+  EXPECT_EQ(flightSample("/?F=", LeadingZeros::kept, kHome).address,
+            "http://127.0.0.1:40123/?F=BA0007");
   EXPECT_TRUE(needsHomepage(settings_, FlightEngine::user));
   EXPECT_TRUE(needsHomepage(settings_, FlightEngine::homepage));
   EXPECT_FALSE(needsHomepage(settings_, FlightEngine::flightAware));
@@ -300,7 +301,7 @@ TEST_F(Address, AUsersPrefixWithoutASchemeGetsHttps) {
   }
   settings_.env_FltDefUrl0 = "flights.example/";
   EXPECT_EQ(flight(FlightEngine::user, "BA0007"), "https://flights.example/BA0007");
-  EXPECT_EQ(flightSample("flights.example/", false, kHome).address,
+  EXPECT_EQ(flightSample("flights.example/", LeadingZeros::kept, kHome).address,
             "https://flights.example/BA0007");
   services_.jetphotos = "jetphotos.local";
   EXPECT_EQ(photo(PhotoEngine::jetphotos, "N1"),
@@ -317,7 +318,8 @@ TEST_F(Address, NothingLeadsToALocalFile) {
       for (const std::string& address :
            {photo(PhotoEngine::user, listed), photo(PhotoEngine::airliner, listed),
             flight(FlightEngine::user, listed), airportSearchAddress(services_, listed),
-            registrationSample(prefix).address, flightSample(prefix, true, kHome).address}) {
+            registrationSample(prefix).address,
+            flightSample(prefix, LeadingZeros::dropped, kHome).address}) {
         EXPECT_TRUE(address.starts_with("https://") || address.starts_with(kHome)) << address;
       }
     }
@@ -328,10 +330,11 @@ TEST(Samples, TestButtonsOfTheConffigDialog) {
   const SearchSample registration = registrationSample("https://photos.example/?reg=");
   EXPECT_EQ(registration.message, "The sample is opened by using 'G-CIVE'.");
   EXPECT_EQ(registration.address, "https://photos.example/?reg=G-CIVE");
-  const SearchSample whole = flightSample("https://flights.example/", false, kHome);
+  const SearchSample whole = flightSample("https://flights.example/", LeadingZeros::kept, kHome);
   EXPECT_EQ(whole.message, "The sample is opened by using 'BA0007'.");
   EXPECT_EQ(whole.address, "https://flights.example/BA0007");
-  const SearchSample suppressed = flightSample("https://flights.example/", true, kHome);
+  const SearchSample suppressed =
+      flightSample("https://flights.example/", LeadingZeros::dropped, kHome);
   EXPECT_EQ(suppressed.message, "The sample is opened by using 'BA7'.");
   EXPECT_EQ(suppressed.address, "https://flights.example/BA7");
   EXPECT_EQ(registrationSample("").address, "https://G-CIVE");

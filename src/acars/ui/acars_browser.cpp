@@ -4,6 +4,7 @@
 #include <QLayout>
 #include <QMenu>
 #include <QShortcut>
+#include <algorithm>
 #include <utility>
 
 #include "core/helpers.h"
@@ -72,8 +73,8 @@ AcarsBrowser::AcarsBrowser(BrowserFrame& frame, WebAccess& web)
 
   connect(filters_, &FilterFrame::changed, this, &AcarsBrowser::readFiltered);
   connect(filters_, &FilterFrame::clearPressed, this, &AcarsBrowser::clearFilters);
-  connect(list(), &xLView::listIndexChanged, panel_, &DetailPanel::showSelection);
-  connect(list(), &xLView::clicked, panel_, &DetailPanel::showSelectionAgain);
+  connect(list(), &LogListView::listIndexChanged, panel_, &DetailPanel::showSelection);
+  connect(list(), &LogListView::clicked, panel_, &DetailPanel::showSelectionAgain);
   connect(panel_->photoSearch()->chooser(), &QComboBox::currentIndexChanged, this,
           &AcarsBrowser::keepPhotoEngine);
   connect(panel_->flightSearch()->chooser(), &QComboBox::currentIndexChanged, this,
@@ -117,9 +118,7 @@ void AcarsBrowser::addShortcuts() {
 
 void AcarsBrowser::load() {
   WriteRunLog(desktop(), "Start Form_Load");
-  suppressLoading = true;
-  filters_->selectFirstEntries();
-  suppressLoading = false;
+  withoutReading([this] { filters_->selectFirstEntries(); });
   version_->setText(QStringLiteral("Ver") + QString::fromLatin1(kVersion));
   config_->setVisible(settings().env_Config != 0);
   otherBrowserButton()->setVisible(frame().hasOtherBrowser());
@@ -142,11 +141,11 @@ void AcarsBrowser::takeOver() {
 }
 
 void AcarsBrowser::layOutFrames(int height, int width) {
-  upper_->setGeometry(0, 0, toPixels(MaxOf(0, width)),
-                      toPixels(MaxOf(0, height - kUpperFrameOffset)));
+  upper_->setGeometry(0, 0, toPixels(std::max(0, width)),
+                      toPixels(std::max(0, height - kUpperFrameOffset)));
   list()->setGeometry(kMargin, kListTop, toPixels(width - kSideOffset),
-                      toPixels(MaxOf(0, height - kListOffset)));
-  panel_->setGeometry(0, toPixels(height - kPanelOffset), toPixels(MaxOf(0, width)),
+                      toPixels(std::max(0, height - kListOffset)));
+  panel_->setGeometry(0, toPixels(height - kPanelOffset), toPixels(std::max(0, width)),
                       toPixels(kPanelOffset));
   topRow_->setGeometry(kMargin, kTopRowTop, toPixels(width - kSideOffset),
                        kFilterTop - kTopRowTop - 2);
@@ -166,9 +165,7 @@ void AcarsBrowser::readEnds() { panel_->hideFrames(); }
 void AcarsBrowser::lineKept() { panel_->showSelectionAgain(); }
 
 void AcarsBrowser::clearFilters() {
-  suppressLoading = true;
-  filters_->clearAll();
-  suppressLoading = false;
+  withoutReading([this] { filters_->clearAll(); });
   readFiltered();
 }
 

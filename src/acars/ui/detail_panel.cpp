@@ -40,7 +40,7 @@ constexpr int kFlightSearchIndex = 1;
 
 }  // namespace
 
-DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* list,
+DetailPanel::DetailPanel(const Context& context, const Tables& tables, LogListView* list,
                          LogListModel* model, QWidget* parent)
     : QWidget(parent),
       context_(context),
@@ -86,9 +86,9 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, xLView* l
   grid->setColumnStretch(3, 1);
   grid->setRowStretch(1, 1);
 
-  connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);
-  connect(airportEditor_, &AirportEditor::written, flight_, &FlightEditor::showAirportNames);
-  connect(flight_, &FlightEditor::airportNameChosen, this, &DetailPanel::openAirportDialog);
+  joinAirports(*flight_, *airports_, *airportEditor_, editing_, [this](std::string_view code) {
+    return airportSearchAddress(context_.services, code);
+  });
   connect(photo_->photo(), &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
   connect(enter_, &QPushButton::clicked, this, &DetailPanel::saveEquipment);
   hideFrames();
@@ -229,14 +229,6 @@ void DetailPanel::openSelectedPhoto() {
   if (line < 0) return;
   openPhoto(context_.desktop, context_.folders, model_->cell(line, kListRegistration));
   model_->setCell(line, kListPict, "*");
-}
-
-void DetailPanel::openAirportDialog(const QString& name) {
-  const auto searchAddress = [this](std::string_view code) {
-    return airportSearchAddress(context_.services, code);
-  };
-  AirportDialog dialog(editing_, name, searchAddress, window());
-  if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();
 }
 
 void DetailPanel::saveEquipment() {

@@ -13,7 +13,7 @@
 #include "core/ui/busy_labels.h"
 #include "core/ui/line_look_up.h"
 #include "log/ui/log_list_model.h"
-#include "log/ui/xlview.h"
+#include "log/ui/log_list_view.h"
 #include "tables/ui/airport_group.h"
 #include "tables/ui/flight_editor.h"
 #include "web/ui/engine_row.h"
@@ -27,7 +27,7 @@ class DetailPanel : public QWidget {
   Q_OBJECT
 
  public:
-  DetailPanel(const Context& context, const Tables& tables, xLView* list, LogListModel* model,
+  DetailPanel(const Context& context, const Tables& tables, LogListView* list, LogListModel* model,
               QWidget* parent);
 
   /// Looks everything up for the selected line, step by step; nothing without
@@ -51,7 +51,6 @@ class DetailPanel : public QWidget {
   void openSelectedPhoto();
 
   /// Opens the airport dialog for a shown airport name.
-  void openAirportDialog(const QString& name);
 
   [[nodiscard]] AirportGroup* airports() const { return airports_; }
   [[nodiscard]] EngineRow* photoSearch() const { return photo_->search(); }
@@ -63,7 +62,7 @@ class DetailPanel : public QWidget {
   [[nodiscard]] QWidget* makeFlightColumn();
 
   const Context& context_;
-  xLView* list_;
+  LogListView* list_;
   LogListModel* model_;
   BusyLabels* busy_;
   LineLookUp lookUp_;

@@ -11,11 +11,11 @@ namespace {
 // The guided tour stands right of the flight box: it ends left of 116 pixels.
 constexpr int kFlightBoxWidth = 60;
 
-// The entry of the photo filter that shows lines with this mark; kAll for none.
-int photoFilterOf(const QString& mark) {
-  if (mark == QLatin1String("O") || mark == QString::fromUtf8("○")) return ListFilter::kAvailable;
-  if (mark == QLatin1String("X") || mark == QString::fromUtf8("×")) return ListFilter::kUnavailable;
-  return ListFilter::kAll;
+// The photo filter that shows lines with this mark; all where it is none.
+PhotoFilter photoFilterOf(const QString& mark) {
+  if (mark == QLatin1String("O") || mark == QString::fromUtf8("○")) return PhotoFilter::available;
+  if (mark == QLatin1String("X") || mark == QString::fromUtf8("×")) return PhotoFilter::unavailable;
+  return PhotoFilter::all;
 }
 
 // As much as a filter box has to show at once.
@@ -161,8 +161,8 @@ QLineEdit* FilterFrame::makeBox(Box index, const QString& accessibleName, const 
 ListFilter FilterFrame::filter() const {
   const auto text = [this](Box index) { return box(index)->text().toStdString(); };
   ListFilter filter;
-  filter.photo = photo_->currentIndex();
-  filter.timeComparison = timeComparison_->currentIndex();
+  filter.photo = static_cast<PhotoFilter>(photo_->currentIndex());
+  filter.timeComparison = static_cast<TimeComparison>(timeComparison_->currentIndex());
   filter.time = text(kTime);
   filter.flight = text(kFlight);
   filter.registration = text(kRegistration);
@@ -173,9 +173,15 @@ ListFilter FilterFrame::filter() const {
   return filter;
 }
 
+void FilterFrame::choose(PhotoFilter photo) { photo_->setCurrentIndex(static_cast<int>(photo)); }
+
+void FilterFrame::choose(TimeComparison comparison) {
+  timeComparison_->setCurrentIndex(static_cast<int>(comparison));
+}
+
 void FilterFrame::selectFirstEntries() {
-  photo_->setCurrentIndex(ListFilter::kAll);
-  timeComparison_->setCurrentIndex(ListFilter::kPrefix);
+  choose(PhotoFilter::all);
+  choose(TimeComparison::prefix);
 }
 
 void FilterFrame::clearAll() {
@@ -194,7 +200,7 @@ void FilterFrame::setCount(std::size_t shownLines) {
 }
 
 bool FilterFrame::canFilterBy(ListColumn column, const QString& text) {
-  if (column == kListPict) return photoFilterOf(text) != ListFilter::kAll;
+  if (column == kListPict) return photoFilterOf(text) != PhotoFilter::all;
   return column != kListLine;
 }
 
@@ -204,7 +210,7 @@ void FilterFrame::filterBy(ListColumn column, const QString& text) {
       box(kFlight)->setText(text);
       break;
     case kListPict:
-      if (canFilterBy(column, text)) photo_->setCurrentIndex(photoFilterOf(text));
+      if (canFilterBy(column, text)) choose(photoFilterOf(text));
       break;
     case kListRegistration:
       box(kRegistration)->setText(text);
@@ -220,7 +226,7 @@ void FilterFrame::filterBy(ListColumn column, const QString& text) {
       box(kRemarks)->setText(text);
       break;
     case kListTime:
-      timeComparison_->setCurrentIndex(ListFilter::kPrefix);
+      choose(TimeComparison::prefix);
       box(kTime)->setText(text);
       break;
     default:

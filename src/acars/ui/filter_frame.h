@@ -51,6 +51,8 @@ class FilterFrame : public QFrame {
   void clearPressed();
 
  private:
+  void choose(PhotoFilter photo);
+  void choose(TimeComparison comparison);
   QLineEdit* makeBox(Box index, const QString& accessibleName, const QString& toolTip, int width);
 
   std::array<QLineEdit*, kBoxes> boxes_{};

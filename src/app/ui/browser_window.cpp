@@ -63,15 +63,15 @@ WindowState BrowserWindow::state() const {
   return isNormal(*this) ? kNormal : kMaximised;
 }
 
-void BrowserWindow::takeOver() { takePlace(false); }
+void BrowserWindow::takeOver() { takePlace(Coming::toTheFront); }
 
-void BrowserWindow::takePlace(bool showing) {
+void BrowserWindow::takePlace(Coming coming) {
   const CommonPlace& place = frame_.place();
   const bool maximise = place.state() == kMaximised;
   takingPlace_ = true;
   normalPlace_ = NormalPlace();
-  if (!place.normal().isNull()) normalPlace_.record(place.normal());
-  if (showing || maximise != isMaximized()) {
+  if (!place.normal().isNull()) normalPlace_.record(place.normal(), desktop().moment());
+  if (coming == Coming::shown || maximise != isMaximized()) {
     // While it is hidden, a window forgets to where it is restored: it is
     // given its normal place before every maximising.
     setWindowState(windowState() & ~(Qt::WindowMaximized | Qt::WindowFullScreen));
@@ -107,9 +107,9 @@ void BrowserWindow::recordPlace() {
   const QRect outer = outerTwips(*this);
   if (place.state() == kNormal) {
     place.recordFrame(frameOf(*this));
-    normalPlace_.record(outer);
+    normalPlace_.record(outer, desktop().moment());
   } else if (place.state() == kMaximised) {
-    normalPlace_.windowMaximised(outer.size());
+    normalPlace_.windowMaximised(outer.size(), desktop().moment());
   }
   if (!normalPlace_.latest().isNull()) place.recordNormal(normalPlace_.latest());
 }
@@ -129,7 +129,7 @@ void BrowserWindow::showEvent(QShowEvent* event) {
   if (event->spontaneous()) return;
   sizeUnset_ = frame_.place().normal().isNull();
   placement_->windowShown();
-  takePlace(true);
+  takePlace(Coming::shown);
   takeOver();
   layOut();
 }

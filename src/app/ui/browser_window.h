@@ -63,7 +63,8 @@ class BrowserWindow : public QMainWindow {
   void keepSmallestSize();
   void recordPlace();
   void layOut();
-  void takePlace(bool showing);
+  enum class Coming { shown, toTheFront };
+  void takePlace(Coming coming);
 
   BrowserFrame& frame_;
   QSize designedSize_;

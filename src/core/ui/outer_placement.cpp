@@ -20,9 +20,9 @@ constexpr int kFramelessTicks = 5;
 constexpr int kTitleBarHeight = 20;
 constexpr int kTitleBarEnd = 40;
 
-// A window manager reports the maximised size at most so many milliseconds before
-// or after the maximised state.
-constexpr qint64 kStateDelay = 200;
+// A window manager reports the maximised size at most so long before or after the
+// maximised state.
+constexpr std::chrono::milliseconds kStateDelay{200};
 // How far such a size may differ from that of the maximised window, in twips.
 constexpr int kFrameTolerance = 900;
 
@@ -118,24 +118,24 @@ void OuterPlacement::settle() {
   if (!placed) apply();
 }
 
-void NormalPlace::record(const QRect& outer) {
+void NormalPlace::record(const QRect& outer, Moment now) {
   if (maximised_.isValid()) {
     const QRect normal = latest();
     maximised_ = QSize();
     records_.clear();
-    if (!normal.isNull()) records_.append({0, normal});
+    if (!normal.isNull()) records_.append({Moment(), normal});
   }
   // The newest of those that stood long enough is kept.
-  while (records_.size() > 1 && clock_.elapsed() - records_[1].time > kStateDelay) {
+  while (records_.size() > 1 && now - records_[1].time > kStateDelay) {
     records_.removeFirst();
   }
-  records_.append({clock_.elapsed(), outer});
+  records_.append({now, outer});
 }
 
-void NormalPlace::windowMaximised(QSize outer) {
+void NormalPlace::windowMaximised(QSize outer, Moment now) {
   if (!maximised_.isValid()) {
-    maximisedAt_ = clock_.elapsed();
-  } else if (clock_.elapsed() - maximisedAt_ > kStateDelay) {
+    maximisedAt_ = now;
+  } else if (now - maximisedAt_ > kStateDelay) {
     return;
   }
   maximised_ = outer;

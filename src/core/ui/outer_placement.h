@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QList>
 #include <QMargins>
 #include <QObject>
 #include <QRect>
 #include <QTimer>
+#include <chrono>
 
 class QWidget;
 
@@ -79,14 +79,14 @@ class OuterPlacement : public QObject {
 /// after it: what was recorded last need not be the normal place.
 class NormalPlace {
  public:
-  NormalPlace() { clock_.start(); }
+  using Moment = std::chrono::steady_clock::time_point;
 
   /// The window stands here in the normal state; twips.
-  void record(const QRect& outer);
+  void record(const QRect& outer, Moment now);
 
   /// The window is maximised and of this outer size, in twips; to be called at
   /// the change of state and at every change of size from then on.
-  void windowMaximised(QSize outer);
+  void windowMaximised(QSize outer, Moment now);
 
   /// The last place recorded, or, when the window is maximised, the last one
   /// that was not that of the maximised window already; twips. Null when none
@@ -95,16 +95,15 @@ class NormalPlace {
 
  private:
   struct Record {
-    qint64 time;
+    Moment time;
     QRect outer;
   };
 
   [[nodiscard]] bool isOfMaximised(const Record& record) const;
 
-  QElapsedTimer clock_;
   QList<Record> records_;  // oldest first
   QSize maximised_;        // invalid in the normal state
-  qint64 maximisedAt_ = 0;
+  Moment maximisedAt_{};
 };
 
 }  // namespace vel

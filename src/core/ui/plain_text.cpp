@@ -39,12 +39,14 @@ QStringView cut(QStringView text, qsizetype longest) {
   return text.first(end);
 }
 
-QString shown(QStringView text, qsizetype longest, bool keepLineFeeds) {
+enum class LineFeeds { asSigns, kept };
+
+QString shown(QStringView text, qsizetype longest, LineFeeds lineFeeds) {
   const QStringView kept = cut(text, longest);
   QString result;
   result.reserve(kept.size() + 1);
   for (const QChar character : kept) {
-    const bool lineFeed = keepLineFeeds && character == QLatin1Char('\n');
+    const bool lineFeed = lineFeeds == LineFeeds::kept && character == QLatin1Char('\n');
     result.append(lineFeed ? character : shownCharacter(character));
   }
   if (kept.size() < text.size()) result.append(kEllipsis);
@@ -100,14 +102,16 @@ QString inLines(const QString& text, qsizetype longest) {
 
 }  // namespace
 
-QString shownText(QStringView text, qsizetype longest) { return shown(text, longest, false); }
+QString shownText(QStringView text, qsizetype longest) {
+  return shown(text, longest, LineFeeds::asSigns);
+}
 
 QString shownText(std::string_view utf8, qsizetype longest) {
-  return shown(beginning(utf8, longest), longest, false);
+  return shown(beginning(utf8, longest), longest, LineFeeds::asSigns);
 }
 
 QString plainToolTip(QStringView text) {
-  QString tip = inLines(shown(text, kLongestToolTip, true), kToolTipLine);
+  QString tip = inLines(shown(text, kLongestToolTip, LineFeeds::kept), kToolTipLine);
   if (Qt::mightBeRichText(tip)) {
     // Behind these, a sign without width keeps the toolkit from seeing a tag.
     tip.replace(QLatin1Char('<'), QLatin1Char('<') + QString(kWordJoiner));
@@ -131,7 +135,7 @@ QString plainWindowTitle(QStringView text) {
 QString plainMessage(std::string_view utf8) {
   QString text = beginning(utf8, kLongestMessage);
   text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-  return folded(shown(text, kLongestMessage, true), kMessageWord, kBreakHere);
+  return folded(shown(text, kLongestMessage, LineFeeds::kept), kMessageWord, kBreakHere);
 }
 
 void showPlainText(QLabel& label, const QString& text) {

@@ -63,7 +63,9 @@ std::chrono::local_seconds QtDesktop::now() {
       std::chrono::seconds(now.toSecsSinceEpoch() + now.offsetFromUtc()));
 }
 
-void QtDesktop::processEvents() { QCoreApplication::processEvents(); }
+std::chrono::steady_clock::time_point QtDesktop::moment() {
+  return std::chrono::steady_clock::now();
+}
 
 void QtDesktop::runLog(std::string_view) {}
 

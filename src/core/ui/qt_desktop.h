@@ -28,7 +28,7 @@ class QtDesktop : public Desktop {
   [[nodiscard]] std::string clipboardText() override;
   void setClipboardText(const std::string& text) override;
   [[nodiscard]] std::chrono::local_seconds now() override;
-  void processEvents() override;
+  [[nodiscard]] std::chrono::steady_clock::time_point moment() override;
   void runLog(std::string_view line) override;
 
   /// The exit status that endProgram asked for; 0 until then.

@@ -2,6 +2,8 @@
 
 #include <QCloseEvent>
 
+#include "core/ui/bring_to_front.h"
+
 namespace vel {
 
 ChartWindow::ChartWindow(const Context& context) : context_(context) {}
@@ -11,10 +13,7 @@ void ChartWindow::open() {
     open_ = true;
     whenOpened();
   }
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
+  bringToFront(*this);
 }
 
 bool ChartWindow::event(QEvent* event) {

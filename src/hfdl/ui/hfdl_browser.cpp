@@ -1,5 +1,6 @@
 #include "hfdl/ui/hfdl_browser.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -72,7 +73,7 @@ HfdlBrowser::HfdlBrowser(BrowserFrame& frame, WebAccess& web)
            kColumnWidths);
   panel_ = new HfdlPanel(context(), tables_, list(), model(), canvas_);
 
-  connect(list(), &xLView::listIndexChanged, panel_, &HfdlPanel::showSelection);
+  connect(list(), &LogListView::listIndexChanged, panel_, &HfdlPanel::showSelection);
   const auto onPress = [this](QPushButton* button, auto lookUp) {
     connect(button, &QPushButton::clicked, this, lookUp);
   };
@@ -84,7 +85,7 @@ HfdlBrowser::HfdlBrowser(BrowserFrame& frame, WebAccess& web)
   onPress(panel_->rawLogButton(), [this] {
     if (hasLine()) openRawLogOfDirection();
   });
-  connect(list(), &xLView::clicked, panel_, &HfdlPanel::showSelectionAgain);
+  connect(list(), &LogListView::clicked, panel_, &HfdlPanel::showSelectionAgain);
 }
 
 void HfdlBrowser::fillTopRow() {
@@ -116,10 +117,10 @@ void HfdlBrowser::layOutFrames(int height, int width) {
   const int listWidth = toPixels(width - kSideOffset);
   const int panelTop = toPixels(height - kPanelOffset);
   topRow_->setGeometry(kMargin, kTopRowTop, listWidth, kListTop - kTopRowTop - 4);
-  list()->setGeometry(kMargin, kListTop, listWidth, toPixels(MaxOf(0, height - kListOffset)));
+  list()->setGeometry(kMargin, kListTop, listWidth, toPixels(std::max(0, height - kListOffset)));
   // The title bar is part of the outer height: the panel ends where the window
   // does, so that its columns fill what is seen of it.
-  panel_->setGeometry(0, panelTop, toPixels(MaxOf(0, width)), canvas_->height() - panelTop);
+  panel_->setGeometry(0, panelTop, toPixels(std::max(0, width)), canvas_->height() - panelTop);
 }
 
 std::unique_ptr<LogReader> HfdlBrowser::makeReader(InputFile file) {

@@ -6,7 +6,6 @@
 
 #include "core/text.h"
 #include "core/ui/panel_layout.h"
-#include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_row.h"
 #include "tables/ui/airport_dialog.h"
 #include "web/address.h"
@@ -25,7 +24,7 @@ constexpr int kFlightSearchIndex = 2;
 
 }  // namespace
 
-HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, xLView* list,
+HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, LogListView* list,
                      LogListModel* model, QWidget* parent)
     : QWidget(parent),
       context_(context),
@@ -47,9 +46,9 @@ HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, xLView* list,
   columns->addWidget(makeFlightColumn(), 2);
   columns->addWidget(makeAirportColumn(), 2);
 
-  connect(airports_, &AirportGroup::transfer, flight_, &FlightEditor::setAirport);
-  connect(airportEditor_, &AirportEditor::written, flight_, &FlightEditor::showAirportNames);
-  connect(flight_, &FlightEditor::airportNameChosen, this, &HfdlPanel::openAirportDialog);
+  joinAirports(*flight_, *airports_, *airportEditor_, editing_, [this](std::string_view code) {
+    return airportSearchAddress(context_.services, code);
+  });
   connect(photo_->photo(), &PhotoView::clicked, this, &HfdlPanel::openSelectedPhoto);
   aircraft_->hide();
   flight_->hide();
@@ -193,14 +192,6 @@ std::function<void()> HfdlPanel::flightRowsUpdate() {
 void HfdlPanel::openSelectedPhoto() {
   if (list_->listIndex() < 0) return;
   openPhoto(context_.desktop, context_.folders, list_->selectedText(kHfdlRegistration));
-}
-
-void HfdlPanel::openAirportDialog(const QString& name) {
-  const auto searchAddress = [this](std::string_view code) {
-    return airportSearchAddress(context_.services, code);
-  };
-  AirportDialog dialog(editing_, name, searchAddress, window());
-  if (dialog.exec() == QDialog::Accepted) flight_->showAirportNames();
 }
 
 }  // namespace vel

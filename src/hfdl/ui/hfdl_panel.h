@@ -11,7 +11,7 @@
 #include "core/ui/line_look_up.h"
 #include "hfdl/ui/icao24_editor.h"
 #include "log/ui/log_list_model.h"
-#include "log/ui/xlview.h"
+#include "log/ui/log_list_view.h"
 #include "tables/ui/airport_group.h"
 #include "tables/ui/flight_editor.h"
 #include "web/ui/engine_row.h"
@@ -25,7 +25,7 @@ class HfdlPanel : public QWidget {
   Q_OBJECT
 
  public:
-  HfdlPanel(const Context& context, const Tables& tables, xLView* list, LogListModel* model,
+  HfdlPanel(const Context& context, const Tables& tables, LogListView* list, LogListModel* model,
             QWidget* parent);
 
   /// Looks everything up for the selected line, step by step; nothing without
@@ -58,10 +58,9 @@ class HfdlPanel : public QWidget {
   [[nodiscard]] QWidget* makeAirportColumn();
   void updateAircraftRows(const Icao24Record& written);
   [[nodiscard]] std::function<void()> flightRowsUpdate();
-  void openAirportDialog(const QString& name);
 
   const Context& context_;
-  xLView* list_;
+  LogListView* list_;
   LogListModel* model_;
   BusyLabels* busy_;
   LineLookUp lookUp_;

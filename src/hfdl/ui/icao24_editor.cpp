@@ -6,7 +6,6 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "core/text.h"
 #include "core/ui/capitals.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"

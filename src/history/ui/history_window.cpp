@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "core/file.h"
+#include "core/ui/bring_to_front.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "history/log_place.h"
@@ -133,9 +134,7 @@ QWidget* HistoryWindow::makeFilterRow() {
 }
 
 void HistoryWindow::open() {
-  show();
-  raise();
-  activateWindow();
+  bringToFront(*this);
   form_->focusText();
 }
 
@@ -323,9 +322,8 @@ void HistoryWindow::showMenu(const QPoint& place) {
   menu.setObjectName(QStringLiteral("FoundMenu"));
   menu.addAction(tr("Open"), list_, [this] { openLine(list_->listIndex()); });
   menu.addSeparator();
-  menu.addAction(tr("Copy cell"), list_, [this] { Q_EMIT list_->copied(list_->currentCell()); });
-  menu.addAction(tr("Copy line\tCtrl+C"), list_,
-                 [this] { Q_EMIT list_->copied(list_->selectedLines()); });
+  menu.addAction(tr("Copy cell"), list_, &FoundList::copyCell);
+  menu.addAction(tr("Copy line\tCtrl+C"), list_, &FoundList::copyLines);
   menu.addSeparator();
   menu.addAction(tr("Only \"%1\"").arg(menuText(text)), this, [this, column, text] {
     FoundFilter filter = filter_;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "acars/list_log.h"
+#include "core/ui/bring_to_front.h"
 #include "hfdl/hfdl_row.h"
 
 namespace vel {
@@ -19,8 +20,7 @@ LogBrowser* broughtToFront(Program& program, bool isHfdl) {
   LogBrowser* const other = browserOf(program, !isHfdl);
   if (browser == nullptr) return nullptr;
   if (!browser->isVisible() && other != nullptr) program.switchBrowser(*other);
-  browser->raise();
-  browser->activateWindow();
+  bringToFront(*browser);
   return browser;
 }
 

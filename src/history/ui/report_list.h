@@ -2,10 +2,11 @@
 
 #include <QAbstractTableModel>
 #include <QComboBox>
-#include <QTableView>
 #include <QWidget>
 #include <string>
 #include <vector>
+
+#include "core/ui/line_list.h"
 
 namespace vel {
 
@@ -54,19 +55,15 @@ class ReportList : public QWidget {
   /// Lines were asked for: name and count joined by a tab.
   void copied(const QString& text);
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
   void showList();
   void open(int row);
-  void copy();
 
   QStringList captions_;
   std::vector<std::vector<ReportListModel::Line>> lists_;
   QComboBox* chooser_;
   ReportListModel* model_;
-  QTableView* view_;
+  LineList* view_;
 };
 
 }  // namespace vel

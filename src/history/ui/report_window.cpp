@@ -11,6 +11,7 @@
 #include <memory>
 #include <utility>
 
+#include "core/ui/bring_to_front.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_lines.h"
@@ -183,9 +184,7 @@ void ReportWindow::open(ReportKind kind, const std::string& log) {
   report_.kind = kind;
   report_.log = log;
   showPlainText(*title_, shownText(log));
-  show();
-  raise();
-  activateWindow();
+  bringToFront(*this);
   looking_.stop();
   firstHeard_.stop();
   counting_.stop();

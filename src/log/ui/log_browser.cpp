@@ -94,10 +94,10 @@ QPushButton* LogBrowser::addTopButton(const QString& text, const QString& name,
 
 void LogBrowser::makeList(QWidget* parent, LogListModel* model, const QList<int>& widths) {
   model_ = model;
-  list_ = new xLView(model, widths, parent);
+  list_ = new LogListView(model, widths, parent);
   list_->setContextMenuPolicy(Qt::CustomContextMenu);
-  connect(list_, &xLView::customContextMenuRequested, this, &LogBrowser::showContextMenu);
-  connect(list_, &xLView::copied, this,
+  connect(list_, &LogListView::customContextMenuRequested, this, &LogBrowser::showContextMenu);
+  connect(list_, &LogListView::copied, this,
           [this](const QString& text) { desktop().setClipboardText(text.toStdString()); });
 }
 
@@ -160,7 +160,7 @@ void LogBrowser::readChosenLog() { GetLogData(ReadReason::chosen); }
 void LogBrowser::readFiltered() { GetLogData(ReadReason::filter); }
 
 void LogBrowser::GetLogData(ReadReason reason) {
-  if (suppressLoading) return;
+  if (readsNothing_) return;
   if (logFile_->currentIndex() < 0) {
     showNoLog();
     return;
@@ -212,6 +212,12 @@ void LogBrowser::tell(const LogReading::Message& message) {
   desktop().showMessage(message.text);
 }
 
+void LogBrowser::withoutReading(const std::function<void()>& change) {
+  const bool before = std::exchange(readsNothing_, true);
+  change();
+  readsNothing_ = before;
+}
+
 void LogBrowser::showNoLog() {
   reading_.stop();
   readBegins();
@@ -247,9 +253,7 @@ void LogBrowser::readUnfiltered(const std::string& log, std::function<void()> th
     logFile_->setCurrentIndex(
         logFile_->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive));
   }
-  suppressLoading = true;
-  takeFiltersBack();
-  suppressLoading = false;
+  withoutReading([this] { takeFiltersBack(); });
   whenRead_ = [this, log, thenDo = std::move(thenDo)] {
     if (shownLog() == log) thenDo();
   };
@@ -294,8 +298,8 @@ void LogBrowser::showContextMenu(const QPoint& position) {
   if (!clicked.isValid()) return;
   QMenu menu(list_);
   menu.setObjectName(QStringLiteral("ListMenu"));
-  menu.addAction(tr("Copy cell"), list_, &xLView::copyCell);
-  menu.addAction(tr("Copy line\tCtrl+C"), list_, &xLView::copyLines);
+  menu.addAction(tr("Copy cell"), list_, &LogListView::copyCell);
+  menu.addAction(tr("Copy line\tCtrl+C"), list_, &LogListView::copyLines);
   menu.addSeparator();
   addFilterActions(menu, clicked);
   menu.addAction(tr("Search photo"), this, &LogBrowser::searchPhoto);

@@ -18,8 +18,8 @@
 #include "core/ui/menu_button.h"
 #include "log/log_reader.h"
 #include "log/ui/log_list_model.h"
+#include "log/ui/log_list_view.h"
 #include "log/ui/log_reading.h"
-#include "log/ui/xlview.h"
 
 namespace vel {
 
@@ -54,8 +54,8 @@ class LogBrowser : public BrowserWindow {
     filter,  ///< other lines of it are asked for
   };
 
-  /// Reads the selected log into the list, step by step; nothing while
-  /// `suppressLoading` is set. A read that is still under way is given up: the
+  /// Reads the selected log into the list, step by step; nothing inside
+  /// `withoutReading`. A read that is still under way is given up: the
   /// last one determines the list. Without a selected log the list is emptied.
   void GetLogData(ReadReason reason = ReadReason::chosen);
 
@@ -100,10 +100,11 @@ class LogBrowser : public BrowserWindow {
   /// any filter where it does not show such a line.
   void showLineWith(const std::string& log, const LineText& wanted);
 
-  /// Keeps GetLogData from reading.
-  bool suppressLoading = false;
+  /// Makes a change of the controls that asks for no read: GetLogData does
+  /// nothing in the meantime.
+  void withoutReading(const std::function<void()>& change);
 
-  [[nodiscard]] xLView* list() const { return list_; }
+  [[nodiscard]] LogListView* list() const { return list_; }
   [[nodiscard]] LogListModel* model() const { return model_; }
 
  protected:
@@ -172,7 +173,7 @@ class LogBrowser : public BrowserWindow {
   QPushButton* otherBrowser_ = nullptr;
   QHBoxLayout* topRow_ = nullptr;
   LogListModel* model_ = nullptr;
-  xLView* list_ = nullptr;
+  LogListView* list_ = nullptr;
   JobSlot listing_;  // of the folder
   JobSlot reading_;
   std::function<void()> whenFilled_;
@@ -184,6 +185,7 @@ class LogBrowser : public BrowserWindow {
   QAction* saveEntry_ = nullptr;
   QAction* findEntry_ = nullptr;
   QAction* reportEntry_ = nullptr;
+  bool readsNothing_ = false;  // a change is made that asks for no read
   bool isListed_ = false;      // a list was made that is complete with its read
   int rememberedIndex_ = -1;   // selected before the running read, and those it overtook
   bool reportIsOwed_ = false;  // also when it was shown already

@@ -79,6 +79,7 @@ int LogListModel::columnCount(const QModelIndex& parent) const {
 QVariant LogListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rowCount()) return {};
   if (role == Qt::DisplayRole) return shownCell(index.row(), index.column());
+  if (role == Qt::EditRole) return toQString(cell(index.row(), index.column()));
   if (role == Qt::ToolTipRole) return plainToolTip(shownCell(index.row(), index.column()));
   if (role == Qt::BackgroundRole && !backgrounds_.empty()) {
     const std::size_t row = rowAt(index.row());

@@ -11,6 +11,7 @@
 #include "core/ui/capitals.h"
 #include "core/ui/qt_desktop.h"
 #include "tables/ui/airport_group.h"
+#include "tables/ui/flight_editor.h"
 
 namespace vel {
 
@@ -122,6 +123,17 @@ void AirportDialog::reject() {
 
 void AirportDialog::searchWeb() {
   ShellOpen(editing_.desktop(), searchAddress_(code_->text().toStdString()));
+}
+
+void joinAirports(FlightEditor& flight, AirportGroup& candidates, AirportEditor& editor,
+                  const TableEditing& editing, const AirportDialog::SearchAddress& searchAddress) {
+  QObject::connect(&candidates, &AirportGroup::transfer, &flight, &FlightEditor::setAirport);
+  QObject::connect(&editor, &AirportEditor::written, &flight, &FlightEditor::showAirportNames);
+  QObject::connect(&flight, &FlightEditor::airportNameChosen, &flight,
+                   [&flight, &editing, searchAddress](const QString& name) {
+                     AirportDialog dialog(editing, name, searchAddress, flight.window());
+                     if (dialog.exec() == QDialog::Accepted) flight.showAirportNames();
+                   });
 }
 
 }  // namespace vel

@@ -11,6 +11,10 @@
 
 namespace vel {
 
+class AirportEditor;
+class AirportGroup;
+class FlightEditor;
+
 /// Edits one airport that a browser has shown by name, and can search the web
 /// for its code.
 class AirportDialog : public QDialog {
@@ -48,5 +52,11 @@ class AirportDialog : public QDialog {
   QPushButton* enter_;
   bool isWriting_ = false;
 };
+
+/// Lets what stands beside a flight's editor work with it: a candidate goes into
+/// a box of its route, an airport just written shows its name there, and a click
+/// on a name opens the airport's dialog.
+void joinAirports(FlightEditor& flight, AirportGroup& candidates, AirportEditor& editor,
+                  const TableEditing& editing, const AirportDialog::SearchAddress& searchAddress);
 
 }  // namespace vel

@@ -8,37 +8,32 @@
 #include <QShortcut>
 #include <QStyle>
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <vector>
+
+#include "core/ui/twips.h"
 
 namespace vel {
 namespace {
 
 // 4,300 x 1,900 twips less the thin frame that window managers put around a
 // dialog: a wider window would cover controls that it explains.
-constexpr QSize kDesignSize(4230 / kTourTwipsPerPixel, 1900 / kTourTwipsPerPixel);
+constexpr QSize kDesignSize(toPixels(4230), toPixels(1900));
 
 constexpr int kMargin = 3;
 // Slightly smaller letters show more of a text without scrolling.
 constexpr double kTextScale = 0.9;
 constexpr int kLeastTextLines = 4;
 
-int toTwips(int pixels) { return pixels * kTourTwipsPerPixel; }
-
-int toPixels(int twips) {
-  return static_cast<int>(std::lround(static_cast<double>(twips) / kTourTwipsPerPixel));
-}
-
 QString textOf(int step) {
   return QString::fromStdString(shownText(step)).remove(QLatin1Char('\r'));
 }
 
+int nearestPixel(int twips) { return toPixels(static_cast<double>(twips)); }
+
 TourRect toRect(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
 
-TourRect toTwips(const QRect& rect) {
-  return {toTwips(rect.x()), toTwips(rect.y()), toTwips(rect.width()), toTwips(rect.height())};
-}
+TourRect toTwips(const QRect& rect) { return toRect(toTwipRect(rect)); }
 
 }  // namespace
 
@@ -222,10 +217,10 @@ void TourWindow::moveToStep() {
   const TourSize outer = tourSize(state_.step, host, host_.panelTop(),
                                   {toTwips(least.width()), toTwips(least.height())}, screens,
                                   framed, [this](int width) { return neededHeight(width); });
-  resize(QSize(toPixels(outer.width), toPixels(outer.height)) - frame);
+  resize(QSize(nearestPixel(outer.width), nearestPixel(outer.height)) - frame);
   const std::optional<TourPoint> place =
       tourPosition(state_.step, host, host_.panelTop(), outer, screens, framed);
-  if (place) move(toPixels(place->left), toPixels(place->top));
+  if (place) move(nearestPixel(place->left), nearestPixel(place->top));
 }
 
 int TourWindow::neededHeight(int outerWidth) const {
@@ -233,7 +228,7 @@ int TourWindow::neededHeight(int outerWidth) const {
   // An arrow may take room at any edge, and another one at the next.
   const bool isPointing = std::any_of(pointers_.begin(), pointers_.end(), std::identity());
   const int margins = kMargin + (isPointing ? pointerSize() + 1 : kMargin);
-  const int width = toPixels(outerWidth) - frame.width() - margins;
+  const int width = nearestPixel(outerWidth) - frame.width() - margins;
   const QString text = textOf(state_.step);
   const int below = layout_->spacing() + next_->height();
   return toTwips(text_->heightFor(text, width) + below + margins + frame.height());

@@ -4,10 +4,11 @@
 #include <QTableView>
 #include <string_view>
 
+#include "core/twips.h"
+
 namespace vel {
 namespace {
 
-constexpr int kTwipsPerPixel = 15;
 // The step that explains the rows stands over the list: only the columns left
 // of it can be pointed at.
 constexpr int kRowColumns = 3;
@@ -46,7 +47,7 @@ QRect WindowTourHost::outerGeometry() const {
 int WindowTourHost::panelTop() const {
   const auto* panel =
       window_ == nullptr ? nullptr : window_->findChild<QWidget*>(QStringLiteral("Frame4"));
-  return panel == nullptr ? 0 : panel->y() * kTwipsPerPixel;
+  return panel == nullptr ? 0 : toTwips(panel->y());
 }
 
 QList<QRect> WindowTourHost::controlsOf(int step) const {

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "core/folders.h"
-#include "core/services.h"
 
 namespace vel {
 

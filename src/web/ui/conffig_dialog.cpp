@@ -10,7 +10,7 @@
 #include "core/helpers.h"
 #include "core/program_files.h"
 #include "core/ui/qt_desktop.h"
-#include "tables/rewrite.h"
+#include "tables/record.h"
 #include "web/address.h"
 
 namespace vel {
@@ -138,9 +138,9 @@ void ConffigDialog::testRegistration() {
 
 void ConffigDialog::testFlight() {
   const std::string prefix = flightAddress_->text().toStdString();
-  const auto openAt = [this, prefix,
-                       zeroSuppress = zeroSuppress_->isChecked()](const std::string& homepage) {
-    openSample(flightSample(prefix, zeroSuppress, homepage));
+  const auto zeros = zeroSuppress_->isChecked() ? LeadingZeros::dropped : LeadingZeros::kept;
+  const auto openAt = [this, prefix, zeros](const std::string& homepage) {
+    openSample(flightSample(prefix, zeros, homepage));
   };
   if (isHomepagePrefix(prefix)) {
     site_.requestHomepage(this, openAt);

@@ -254,7 +254,7 @@ void FindableText::findTyped() {
   // The place found so far may go on matching as the text grows.
   QTextCursor start = textCursor();
   start.setPosition(start.selectionStart());
-  findFrom(start, false);
+  findFrom(start);
 }
 
 void FindableText::findNext() {
@@ -262,7 +262,7 @@ void FindableText::findNext() {
     openFindBar();
     return;
   }
-  findFrom(textCursor(), false);
+  findFrom(textCursor());
 }
 
 void FindableText::findPrevious() {
@@ -270,18 +270,17 @@ void FindableText::findPrevious() {
     openFindBar();
     return;
   }
-  findFrom(textCursor(), true);
+  findFrom(textCursor(), QTextDocument::FindBackward);
 }
 
-void FindableText::findFrom(QTextCursor start, bool backward) {
+void FindableText::findFrom(QTextCursor start, QTextDocument::FindFlags direction) {
   outcome_->clear();
   const QString searched = searched_->text();
   if (searched.isEmpty()) {
     setTextCursor(start);
     return;
   }
-  const QTextDocument::FindFlags direction =
-      backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
+  const bool backward = direction.testFlag(QTextDocument::FindBackward);
   QTextCursor found = document()->find(searched, start, direction);
   if (found.isNull()) {
     start.movePosition(backward ? QTextCursor::End : QTextCursor::Start);

@@ -46,7 +46,7 @@ class FindableText : public QPlainTextEdit {
   QWidget* makeFindBar();
   void placeFindBar();
   void findTyped();
-  void findFrom(QTextCursor start, bool backward);
+  void findFrom(QTextCursor start, QTextDocument::FindFlags direction = {});
 
   [[nodiscard]] std::string nextPiece();
   /// Bytes of the line as it is shown from there on, its end included. Not whole

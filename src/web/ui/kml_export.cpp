@@ -20,7 +20,6 @@
 namespace vel {
 namespace {
 
-constexpr const char* kConversion = "/tools/qz2ge/";
 constexpr const char* kFormType = "application/x-www-form-urlencoded";
 constexpr std::chrono::seconds kSilenceLimit{30};
 constexpr qint64 kChunk = qint64{64} * 1024;
@@ -131,9 +130,8 @@ KmlExport::~KmlExport() {
 void KmlExport::setSilenceLimit(std::chrono::milliseconds limit) { silence_.setInterval(limit); }
 
 void KmlExport::start(std::string rawText) {
-  if (running_) return;
-  running_ = true;
-  ++run_;
+  if (isRunning()) return;
+  run_ = std::make_unique<QObject>();
   form_ = "dat=";
   answer_.clear();
   Q_EMIT started();
@@ -142,10 +140,8 @@ void KmlExport::start(std::string rawText) {
 }
 
 void KmlExport::requestHost() {
-  site_.requestConversion(this, [this, run = run_](const std::string& host) {
-    // The service may come up after a cancel.
-    if (running_ && run == run_) post(host);
-  });
+  // The service may come up after a cancel: nobody is told then.
+  site_.requestConversion(run_.get(), [this](const std::string& host) { post(host); });
 }
 
 void KmlExport::post(const std::string& host) {
@@ -154,7 +150,7 @@ void KmlExport::post(const std::string& host) {
     fail("the conversion service could not be started", "変換サービスを起動できませんでした。");
     return;
   }
-  const QUrl address(toQString(host + kConversion), QUrl::StrictMode);
+  const QUrl address(toQString(host + std::string(kConversionPath)), QUrl::StrictMode);
   const bool isWeb =
       address.scheme() == QLatin1String("http") || address.scheme() == QLatin1String("https");
   if (!address.isValid() || !isWeb || address.host().isEmpty()) {
@@ -236,7 +232,7 @@ void KmlExport::takeStored(const Status& stored) {
 }
 
 void KmlExport::cancel() {
-  if (running_) stop();
+  if (isRunning()) stop();
 }
 
 void KmlExport::endTransfer() {
@@ -250,7 +246,7 @@ void KmlExport::endTransfer() {
 }
 
 void KmlExport::stop() {
-  running_ = false;
+  run_.reset();
   work_.stop();
   endTransfer();
   answer_ = {};

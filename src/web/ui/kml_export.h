@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "core/context.h"
@@ -33,7 +34,7 @@ class KmlExport : public QObject {
   /// Gives the running export up without a word; temp.kml stays as it was.
   void cancel();
 
-  [[nodiscard]] bool isRunning() const { return running_; }
+  [[nodiscard]] bool isRunning() const { return run_ != nullptr; }
 
   /// How long the service may stay silent; 30 seconds unless set.
   void setSilenceLimit(std::chrono::milliseconds limit);
@@ -70,8 +71,7 @@ class KmlExport : public QObject {
   std::string host_;
   QByteArray form_;
   std::string answer_;
-  int run_ = 0;
-  bool running_ = false;
+  std::unique_ptr<QObject> run_;  // asks for the host; null while nothing runs
 };
 
 /// A larger answer is refused.

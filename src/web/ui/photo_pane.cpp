@@ -77,7 +77,7 @@ PhotoPane::PhotoPane(const Context& context, int searchIndex,
 
 void PhotoPane::showPhoto(const std::string& registration) {
   if (const auto file = photos_.find(registration)) {
-    decode(*file, {.ended = [this](const Status& decoded) { takePhoto(decoded.ok()); }});
+    decode(*file, {.ended = [this](const Status& decoded) { takePhoto(decoded); }});
   } else {
     showPlaceholder();
   }
@@ -100,7 +100,7 @@ QSize PhotoPane::trueSize() const {
   return liesOnItsSide(picture_.turn) ? stored.transposed() : stored;
 }
 
-void PhotoPane::takePhoto(bool decoded) {
+void PhotoPane::takePhoto(const Status& decoded) {
   if (decoded) {
     const QSize size = trueSize();
     photoSize_->setText(QStringLiteral("%1 x %2").arg(size.width()).arg(size.height()));

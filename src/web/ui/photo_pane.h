@@ -38,7 +38,7 @@ class PhotoPane : public QWidget {
 
  private:
   void decode(const std::filesystem::path& file, const JobSlot::Watch& watch);
-  void takePhoto(bool decoded);
+  void takePhoto(const Status& decoded);
   void showPlaceholder();
   void showDecoded();
   [[nodiscard]] QSize trueSize() const;

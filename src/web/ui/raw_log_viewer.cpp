@@ -12,6 +12,7 @@
 
 #include "core/file.h"
 #include "core/helpers.h"
+#include "core/ui/bring_to_front.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/twips.h"
@@ -29,7 +30,7 @@ constexpr int kTextTop = 7;  // pixels
 constexpr int kSmallestHeight = 3000;
 constexpr int kProgressWidth = 110;
 // The activation that follows a look-up comes within this time.
-constexpr int kShowMilliseconds = 1000;
+constexpr std::chrono::seconds kShowTime{1};
 // Further away no screen stands; keeps a damaged settings file from overflows.
 constexpr double kFarthest = 1'000'000;
 
@@ -126,12 +127,9 @@ void RawLogViewer::showLog(const std::filesystem::path& file) {
   path_ = file;
   if (!read()) return;
   // The file is being read already: the activation that follows need not.
-  sinceShowLog_.start();
+  shownAt_ = context_.desktop.moment();
   focus_ = Focus::here;
-  if (isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
-  show();
-  raise();
-  activateWindow();
+  bringToFront(*this);
 }
 
 void RawLogViewer::showMissingLog(const std::filesystem::path& folder, const std::string& name) {
@@ -215,25 +213,26 @@ void RawLogViewer::readAgain() {
 void RawLogViewer::layOutFrames() {
   const int height = outerTwips(*this).height();
   const int width = outerTwips(*this).width();
-  const int textWidth = toPixels(MaxOf(0, width - kTextWidthOffset));
-  const int side = MaxOf(0, (this->width() - textWidth) / 2);
+  const int textWidth = toPixels(std::max(0, width - kTextWidthOffset));
+  const int side = std::max(0, (this->width() - textWidth) / 2);
   // A desktop with a tall title bar leaves less below the button frame's top
   // than the buttons need: the frame, and the text with it, give way then.
   const int buttonsHeight = buttons_->sizeHint().height();
-  const int buttonsTop = MinOf(toPixels(height - kButtonsOffset), this->height() - buttonsHeight);
+  const int buttonsTop =
+      std::min(toPixels(height - kButtonsOffset), this->height() - buttonsHeight);
   const int raised = toPixels(height - kButtonsOffset) - buttonsTop;
   text_->setGeometry(side, kTextTop, textWidth,
-                     MaxOf(0, toPixels(height - kTextHeightOffset) - raised));
+                     std::max(0, toPixels(height - kTextHeightOffset) - raised));
   buttons_->setGeometry(side, buttonsTop, textWidth,
-                        MaxOf(buttonsHeight, this->height() - buttonsTop - kTextTop));
+                        std::max(buttonsHeight, this->height() - buttonsTop - kTextTop));
 }
 
 void RawLogViewer::recordPlace() {
   if (!isVisible() || isMinimized() || placement_->isSettling()) return;
   if (isNormal(*this)) {
-    normalPlace_.record(outerTwips(*this));
+    normalPlace_.record(outerTwips(*this), context_.desktop.moment());
   } else {
-    normalPlace_.windowMaximised(outerTwips(*this).size());
+    normalPlace_.windowMaximised(outerTwips(*this).size(), context_.desktop.moment());
   }
 }
 
@@ -285,8 +284,8 @@ void RawLogViewer::focusMoved(const QWindow* focused) {
   }
   const bool comingBack = focus_ == Focus::elsewhere;
   focus_ = Focus::here;
-  const bool justShown = sinceShowLog_.isValid() && sinceShowLog_.elapsed() < kShowMilliseconds;
-  sinceShowLog_.invalidate();
+  const bool justShown = shownAt_ && context_.desktop.moment() - *shownAt_ < kShowTime;
+  shownAt_.reset();
   if (comingBack && !justShown && isVisible()) {
     QMetaObject::invokeMethod(this, &RawLogViewer::readAgain, Qt::QueuedConnection);
   }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QWidget>
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <optional>
@@ -97,7 +97,7 @@ class RawLogViewer : public QWidget {
   OuterPlacement* placement_;
   NormalPlace normalPlace_;
   Focus focus_ = Focus::elsewhere;
-  QElapsedTimer sinceShowLog_;
+  std::optional<std::chrono::steady_clock::time_point> shownAt_;
 };
 
 }  // namespace vel

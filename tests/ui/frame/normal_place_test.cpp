@@ -1,4 +1,4 @@
-#include <QTest>
+#include <QRect>
 
 #include <gtest/gtest.h>
 
@@ -13,83 +13,92 @@ constexpr QRect kResized(600, 450, 14000, 8000);
 constexpr QRect kMaximised(0, 0, 21000, 15000);
 constexpr QSize kAlmostMaximised(20910, 14700);
 
-// In milliseconds: what stood longer was no report ahead of the maximised state.
-constexpr int kLongEnough = 300;
+// What stood longer was no report ahead of the maximised state.
+constexpr std::chrono::milliseconds kLongEnough{300};
 
 TEST(NormalPlace, IsTheLastOneRecorded) {
   NormalPlace place;
+  NormalPlace::Moment now{std::chrono::hours(1)};
   EXPECT_TRUE(place.latest().isNull());
-  place.record(kNormal);
-  place.record(kResized);
+  place.record(kNormal, now);
+  place.record(kResized, now);
   EXPECT_EQ(place.latest(), kResized);
 }
 
 TEST(NormalPlace, WithoutARecordMaximisingGivesNone) {
   NormalPlace place;
-  place.windowMaximised(kMaximised.size());
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.windowMaximised(kMaximised.size(), now);
   EXPECT_TRUE(place.latest().isNull());
 }
 
 TEST(NormalPlace, ASizeReportedAMomentBeforeTheMaximisedStateDoesNotCount) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(kMaximised);
-  place.windowMaximised(kMaximised.size());
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(kMaximised, now);
+  place.windowMaximised(kMaximised.size(), now);
   EXPECT_EQ(place.latest(), kNormal);
 }
 
 TEST(NormalPlace, NorDoesOneThatDiffersByAFrame) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(QRect(kMaximised.topLeft(), kAlmostMaximised));
-  place.windowMaximised(kMaximised.size());
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(QRect(kMaximised.topLeft(), kAlmostMaximised), now);
+  place.windowMaximised(kMaximised.size(), now);
   EXPECT_EQ(place.latest(), kNormal);
 }
 
 TEST(NormalPlace, AResizeAMomentBeforeMaximisingCounts) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(kResized);
-  place.windowMaximised(kMaximised.size());
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(kResized, now);
+  place.windowMaximised(kMaximised.size(), now);
   EXPECT_EQ(place.latest(), kResized);
 }
 
 TEST(NormalPlace, AResizeAMomentBeforeMaximisingCountsWhereTheStateComesBeforeTheSize) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(kResized);
-  place.windowMaximised(kResized.size());
-  place.windowMaximised(kMaximised.size());
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(kResized, now);
+  place.windowMaximised(kResized.size(), now);
+  place.windowMaximised(kMaximised.size(), now);
   EXPECT_EQ(place.latest(), kResized);
 }
 
 TEST(NormalPlace, ASizeThatStoodForAWhileCountsHoweverLarge) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(kMaximised);
-  QTest::qWait(kLongEnough);
-  place.windowMaximised(kMaximised.size());
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(kMaximised, now);
+  now += kLongEnough;
+  place.windowMaximised(kMaximised.size(), now);
   EXPECT_EQ(place.latest(), kMaximised);
 }
 
 TEST(NormalPlace, AnotherSizeOfTheMaximisedWindowLaterOnChangesNothing) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(kMaximised);
-  place.windowMaximised(kMaximised.size());
-  QTest::qWait(kLongEnough);
-  place.windowMaximised(kMaximised.size() / 2);
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(kMaximised, now);
+  place.windowMaximised(kMaximised.size(), now);
+  now += kLongEnough;
+  place.windowMaximised(kMaximised.size() / 2, now);
   EXPECT_EQ(place.latest(), kNormal);
 }
 
 TEST(NormalPlace, WhatWasDroppedStaysSoAfterTheWindowIsRestored) {
   NormalPlace place;
-  place.record(kNormal);
-  place.record(kMaximised);
-  place.windowMaximised(kMaximised.size());
-  place.record(kResized);
+  NormalPlace::Moment now{std::chrono::hours(1)};
+  place.record(kNormal, now);
+  place.record(kMaximised, now);
+  place.windowMaximised(kMaximised.size(), now);
+  place.record(kResized, now);
   EXPECT_EQ(place.latest(), kResized);
-  place.windowMaximised(kResized.size());
+  place.windowMaximised(kResized.size(), now);
   EXPECT_EQ(place.latest(), kNormal);
 }
 

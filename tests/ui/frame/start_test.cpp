@@ -3,9 +3,10 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/recording_desktop.h"
+#include "tests/support/unprivileged_user.h"
 #include "tests/ui/support/acars_window.h"
 #include "tests/ui/support/plain_browser.h"
-#include "tests/support/unprivileged_user.h"
 
 namespace vel {
 namespace {
@@ -105,7 +106,7 @@ TEST_F(ProgramStart, BothBrowsersLoadHiddenAndOnlyTheFirstIsShown) {
 
 TEST_F(ProgramStart, ASecondCopyIsRefusedAndTouchesNothing) {
   start();
-  test::WindowDesktop second;
+  test::RecordingDesktop second;
   Program again(second, base_.folders);
   again.setBrowsers(
       [this](BrowserFrame& owner) { return std::make_unique<AcarsBrowser>(owner, *web_); },
@@ -115,7 +116,7 @@ TEST_F(ProgramStart, ASecondCopyIsRefusedAndTouchesNothing) {
   EXPECT_THAT(second.messages, ElementsAre("既に起動されています。"));
   EXPECT_TRUE(second.ended);
   EXPECT_THAT(second.runLogLines, IsEmpty());
-  QTest::qWait(200);
+  QCoreApplication::processEvents();
   EXPECT_EQ(again.mainWindow(), nullptr);
   EXPECT_EQ(splash(), nullptr);
   EXPECT_EQ(listFolder(base_.folders.program).value(), files);
@@ -124,7 +125,7 @@ TEST_F(ProgramStart, ASecondCopyIsRefusedAndTouchesNothing) {
 TEST_F(ProgramStart, ACopyForAnotherProgramFolderStarts) {
   start();
   test::TemporaryBase other;
-  test::WindowDesktop second;
+  test::RecordingDesktop second;
   Program again(second, other.folders);
   again.setBrowsers([](BrowserFrame& owner) { return std::make_unique<test::PlainBrowser>(owner); },
                     nullptr);
@@ -155,7 +156,8 @@ TEST_F(ProgramStart, AnEndedStartDoesNotLoadTheOtherBrowser) {
   fs::remove(base_.folders.data / "airport.csv");
   startBoth();
   ASSERT_TRUE(QTest::qWaitFor([this] { return desktop_.ended; }));
-  QTest::qWait(200);
+  // Its next look ends the start.
+  ASSERT_TRUE(QTest::qWaitFor([] { return splash() == nullptr; }));
   auto* other = dynamic_cast<test::PlainBrowser*>(program_->otherWindow());
   ASSERT_NE(other, nullptr);
   EXPECT_THAT(other->loads, IsEmpty());

@@ -235,10 +235,9 @@ TEST_F(HfdlReading, AReadHidesTheDetailsAndShowsLoadingUntilItEnds) {
 TEST_F(HfdlReading, WhileLoadingIsSuppressedNothingIsRead) {
   start();
   const long before = reads();
-  window().suppressLoading = true;
-  window().GetLogData();
+  window().withoutReading([this] { window().GetLogData(); });
+  test::finishJobs();
   EXPECT_EQ(reads(), before);
-  window().suppressLoading = false;
   window().GetLogData();
   EXPECT_EQ(reads(), before + 1);
 }

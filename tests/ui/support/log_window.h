@@ -8,6 +8,7 @@
 
 #include "app/ui/program.h"
 #include "log/ui/log_browser.h"
+#include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 #include "tests/ui/support/window_driver.h"
 #include "web/ui/web_access.h"
@@ -62,7 +63,7 @@ class LogWindowTest : public testing::Test {
 
   /// Clicks a line of the list and lets its look-up run.
   void select(int shownIndex, int column = 1);
-  [[nodiscard]] xLView& list() const { return *browser_->list(); }
+  [[nodiscard]] LogListView& list() const { return *browser_->list(); }
 
   /// One column of the list from top to bottom.
   [[nodiscard]] std::vector<std::string> column(int column) const;
@@ -87,7 +88,7 @@ class LogWindowTest : public testing::Test {
   static void settle();
 
   TemporaryBase base_;
-  WindowDesktop desktop_;
+  RecordingDesktop desktop_;
   std::unique_ptr<Program> program_;
   std::unique_ptr<WebAccess> web_;
 

@@ -2,6 +2,7 @@
 
 #include "core/context.h"
 #include "core/ui/event_loop_jobs.h"
+#include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
 #include "tests/ui/support/window_driver.h"
 
@@ -25,7 +26,7 @@ class TestStation {
     drivenJobs = &jobs_;
   }
 
-  WindowDesktop desktop;
+  RecordingDesktop desktop;
   TemporaryBase base;
   Settings settings;
 

@@ -17,18 +17,8 @@
 #include <gtest/gtest.h>
 
 #include "core/job.h"
-#include "tests/support/recording_desktop.h"
 
 namespace vel::test {
-
-/// The recording host for tests on real windows: pending events really run.
-class WindowDesktop : public RecordingDesktop {
- public:
-  void processEvents() override {
-    RecordingDesktop::processEvents();
-    QCoreApplication::processEvents();
-  }
-};
 
 /// The jobs of the program under test; null while there is none. What a user
 /// does below waits until they are done, as a user waits for the window.

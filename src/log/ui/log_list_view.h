@@ -1,23 +1,19 @@
 #pragma once
 
-#include <QTableView>
-
+#include "core/ui/line_list.h"
 #include "log/ui/log_list_model.h"
 
 namespace vel {
 
 /// The list of messages of a browser: a click on a column title sorts, column
 /// widths can be dragged, odd rows have their own colour.
-class xLView : public QTableView {
+class LogListView : public LineList {
   Q_OBJECT
 
  public:
   /// Widths are those of the columns at first, in logical pixels. The model is
   /// not owned.
-  xLView(LogListModel* model, const QList<int>& widths, QWidget* parent);
-
-  /// The shown index of the selected line, -1 for none.
-  [[nodiscard]] int listIndex() const;
+  LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent);
 
   /// Selects a line and scrolls it into view; -1 clears the selection.
   void setListIndex(int shownIndex);
@@ -25,19 +21,11 @@ class xLView : public QTableView {
   /// A cell of the selected line, empty without one.
   [[nodiscard]] std::string selectedText(int column) const;
 
-  /// Puts the selected lines on the clipboard: cells joined by tabs.
-  void copyLines() const;
-  /// Puts the current cell on the clipboard.
-  void copyCell() const;
-
  Q_SIGNALS:
   /// The selected line is another one now, or none.
   void listIndexChanged();
-  /// Lines or a cell were asked for.
-  void copied(const QString& text) const;
 
  protected:
-  void keyPressEvent(QKeyEvent* event) override;
   /// Home and End go to the first and the last line.
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   /// Every key that goes to a line selects it, also with Ctrl.

@@ -1,4 +1,4 @@
-#include "log/ui/xlview.h"
+#include "log/ui/log_list_view.h"
 
 #include <QHeaderView>
 #include <QPainter>
@@ -32,7 +32,7 @@ class XlViewTest : public testing::Test {
   static void settle() { QCoreApplication::processEvents(); }
 
   LogListModel model_;
-  xLView view_;
+  LogListView view_;
 };
 
 TEST_F(XlViewTest, AtFirstNoLineIsSelected) {
@@ -41,7 +41,7 @@ TEST_F(XlViewTest, AtFirstNoLineIsSelected) {
 }
 
 TEST_F(XlViewTest, AClickSelectsItsLineAndTellsOnce) {
-  QSignalSpy changed(&view_, &xLView::listIndexChanged);
+  QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   clickRow(1);
   settle();
   EXPECT_EQ(changed.count(), 1);
@@ -57,7 +57,7 @@ TEST_F(XlViewTest, TheFirstLineCanBeClickedAfterTheListGotTheKeyboard) {
   view_.setFocus(Qt::TabFocusReason);
   settle();
   ASSERT_EQ(view_.listIndex(), -1);
-  QSignalSpy changed(&view_, &xLView::listIndexChanged);
+  QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   clickRow(0);
   settle();
   EXPECT_EQ(changed.count(), 1);
@@ -67,7 +67,7 @@ TEST_F(XlViewTest, TheFirstLineCanBeClickedAfterTheListGotTheKeyboard) {
 TEST_F(XlViewTest, ASortIsNoNewSelection) {
   clickRow(0);
   settle();
-  QSignalSpy changed(&view_, &xLView::listIndexChanged);
+  QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   model_.sort(1, Qt::AscendingOrder);
   settle();
   EXPECT_EQ(view_.listIndex(), 1);
@@ -79,7 +79,7 @@ TEST_F(XlViewTest, ASortIsNoNewSelection) {
 TEST_F(XlViewTest, ALineIsToldAgainAfterTheListWasReadAnew) {
   clickRow(1);
   settle();
-  QSignalSpy changed(&view_, &xLView::listIndexChanged);
+  QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   model_.clear();
   for (const char* row : {"b,1", "a,2"}) model_.rows().append(row);
   model_.publish();
@@ -89,7 +89,7 @@ TEST_F(XlViewTest, ALineIsToldAgainAfterTheListWasReadAnew) {
 }
 
 TEST_F(XlViewTest, SelectingByIndexTellsToo) {
-  QSignalSpy changed(&view_, &xLView::listIndexChanged);
+  QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   view_.setListIndex(2);
   settle();
   EXPECT_EQ(changed.count(), 1);
@@ -129,7 +129,7 @@ TEST_F(XlViewTest, TheSortsDirectionIsShownInTheTitle) {
 }
 
 TEST_F(XlViewTest, CopyingGivesTheCellOrTheLine) {
-  QSignalSpy copied(&view_, &xLView::copied);
+  QSignalSpy copied(&view_, &LogListView::copied);
   view_.copyCell();
   view_.copyLines();
   EXPECT_EQ(copied.count(), 0);
