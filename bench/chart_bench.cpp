@@ -17,6 +17,7 @@
 #include "hfdl/hfdl_lines.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
+#include "tests/ui/support/paint_watch.h"
 
 namespace {
 
@@ -32,19 +33,6 @@ constexpr const char* kScale = "QT_SCALE_FACTOR";
 double millisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
 }
-
-// Counts the paints of a chart.
-class PaintWatch : public QObject {
- public:
-  explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
-  int paints = 0;
-
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++paints;
-    return QObject::eventFilter(watched, event);
-  }
-};
 
 // Each message is one station's list of the frequencies that it has on air.
 void writeLog(const std::filesystem::path& file, std::chrono::local_days day) {
@@ -73,13 +61,13 @@ void writeLog(const std::filesystem::path& file, std::chrono::local_days day) {
 bool measureRedraw(const char* what, vel::ChartWindow& window, vel::ChartPicture* picture) {
   window.open();
   QTest::qWait(1500);
-  PaintWatch watch(picture);
+  vel::test::PaintWatch watch(picture);
   std::vector<double> times;
   for (int i = 0; i < 60; ++i) {
-    const int before = watch.paints;
+    const int before = watch.count;
     const auto start = Clock::now();
     window.resize(1200 - i % 12 * 20, 740 - i % 7 * 10);
-    while (watch.paints == before) QCoreApplication::processEvents();
+    while (watch.count == before) QCoreApplication::processEvents();
     times.push_back(millisecondsSince(start));
   }
   std::sort(times.begin(), times.end());

@@ -23,6 +23,7 @@
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_row.h"
 #include "hfdl/ui/hfdl_browser.h"
+#include "tests/ui/support/paint_watch.h"
 
 namespace {
 
@@ -60,19 +61,6 @@ void writeLog(const std::filesystem::path& file, int lines) {
   log.close();
   if (!log) qFatal("cannot write the log");
 }
-
-// Counts the paints of the list's viewport.
-class PaintWatch : public QObject {
- public:
-  explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
-  int paints = 0;
-
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++paints;
-    return QObject::eventFilter(watched, event);
-  }
-};
 
 // A station's folders, empty, and the program on them.
 class Folder {
@@ -155,14 +143,14 @@ bool measureKeystroke() {
   fill(browser);
   browser.show();
   auto* box = browser.findChild<QLineEdit*>(QStringLiteral("Text4(0)"));
-  PaintWatch watch(browser.list()->viewport());
+  vel::test::PaintWatch watch(browser.list()->viewport());
   std::vector<double> times;
   for (int i = 0; i < 40; ++i) {
     QTest::qWait(5);
-    const int before = watch.paints;
+    const int before = watch.count;
     const auto start = Clock::now();
     QTest::keyClick(box, i % 2 == 0 ? Qt::Key_J : Qt::Key_Backspace);
-    while (watch.paints == before) QCoreApplication::processEvents();
+    while (watch.count == before) QCoreApplication::processEvents();
     times.push_back(millisecondsSince(start));
   }
   return report("keystroke in the flight filter, 100,000 lines, median", median(times),
@@ -176,14 +164,14 @@ bool measureAirportKeystroke() {
   browser.show();
   auto* box = browser.findChild<QLineEdit*>(QStringLiteral("Text3"));
   auto* candidates = browser.findChild<QAbstractScrollArea*>(QStringLiteral("List1"));
-  PaintWatch watch(candidates->viewport());
+  vel::test::PaintWatch watch(candidates->viewport());
   std::vector<double> times;
   for (int i = 0; i < 60; ++i) {
     QTest::qWait(5);
-    const int before = watch.paints;
+    const int before = watch.count;
     const auto start = Clock::now();
     QTest::keyClick(box, i % 2 == 0 ? Qt::Key_A : Qt::Key_Backspace);
-    while (watch.paints == before) QCoreApplication::processEvents();
+    while (watch.count == before) QCoreApplication::processEvents();
     times.push_back(millisecondsSince(start));
   }
   return report("keystroke in the airport search, 6,293 airports, median", median(times),

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/ui/support/acars_window.h"
+#include "tests/ui/support/settled_places.h"
 
 namespace vel {
 namespace {
@@ -169,10 +170,10 @@ TEST_F(AirportDialogWindow, AMissingTableEndsTheProgramOnceAndClosesTheDialog) {
 
 TEST_F(AirportDialogWindow, ItDoesNotMoveTheWindowWhenItCloses) {
   // The window's place settles after it was shown.
-  QTest::qWait(700);
+  ASSERT_TRUE(test::placesSettle());
   const QRect before = window().frameGeometry();
   inAirportDialog("Label2(4)", [](QWidget& dialog) { pressIn(dialog, "CancelButton"); });
-  QTest::qWait(50);
+  ASSERT_TRUE(test::placesSettle());
   EXPECT_EQ(window().frameGeometry(), before);
 }
 

@@ -125,7 +125,8 @@ TEST_F(Conffig, TheChoosersShowANewNameOnlyWhenTheWindowIsLoadedAgain) {
     test::typeOver(boxIn(dialog, "Text1"), "Changed");
     pressIn(dialog, "OKButton");
   });
-  QTest::qWait(50);
+  test::finishJobs();
+  QCoreApplication::processEvents();
   EXPECT_EQ(find<QComboBox>("Combo2").itemText(0), QStringLiteral("Mine"));
 }
 

@@ -14,6 +14,7 @@
 
 #include "hfdl/activity_chart.h"
 #include "tests/ui/charts/chart_station.h"
+#include "tests/ui/support/paint_watch.h"
 
 namespace vel::test {
 namespace {

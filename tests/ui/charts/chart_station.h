@@ -33,24 +33,6 @@ inline QColor colourAt(const QImage& picture, double x, double y) {
   return picture.pixelColor(static_cast<int>(x * ratio), static_cast<int>(y * ratio));
 }
 
-/// Counts the paints of a widget, and may look at each.
-class PaintWatch : public QObject {
- public:
-  explicit PaintWatch(QWidget* watched) { watched->installEventFilter(this); }
-
-  int count = 0;
-  std::function<void()> onPaint;  ///< before the widget paints
-
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Paint) {
-      ++count;
-      if (onPaint) onPaint();
-    }
-    return QObject::eventFilter(watched, event);
-  }
-};
-
 /// Lets what is queued run until `done`, at most five seconds.
 template <typename Condition>
 bool waitFor(Condition done) {

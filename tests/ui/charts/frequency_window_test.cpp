@@ -20,6 +20,7 @@
 #include "hfdl/frequency_chart.h"
 #include "hfdl/ui/chart_painter.h"
 #include "tests/ui/charts/chart_station.h"
+#include "tests/ui/support/paint_watch.h"
 
 namespace vel::test {
 namespace {

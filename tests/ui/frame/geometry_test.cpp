@@ -5,6 +5,7 @@
 #include "core/ui/twips.h"
 #include "tests/ui/support/acars_window.h"
 #include "tests/ui/support/plain_browser.h"
+#include "tests/ui/support/settled_places.h"
 
 namespace vel {
 namespace {
@@ -12,7 +13,7 @@ namespace {
 class BrowserGeometry : public test::AcarsWindowTest {
  protected:
   // A place that stood for less may have been that of the next window state.
-  static constexpr int kLongEnough = 500;
+  static constexpr std::chrono::milliseconds kLongEnough{500};
 
   void saveGeometry(int top, int left, int height, int width, int state) const {
     test::writeBytes(base_.folders.program / "vel.env",
@@ -23,12 +24,20 @@ class BrowserGeometry : public test::AcarsWindowTest {
                          "\r\n");
   }
   /// Waits until the window's place has settled after it was shown.
-  static void letSettle() { QTest::qWait(700); }
+  static void letSettle() { ASSERT_TRUE(test::placesSettle()); }
 
   static QRect outerTwips(const BrowserWindow& window) {
     const QRect pixels = window.frameGeometry();
     return {toTwips(pixels.x()), toTwips(pixels.y()), toTwips(pixels.width()),
             toTwips(pixels.height())};
+  }
+  /// Waits until the common place is this one: a corner with the frame and a
+  /// size without it, in pixels.
+  [[nodiscard]] bool isRecorded(const BrowserWindow& window, const QRect& place) const {
+    return QTest::qWaitFor([&] {
+      return window.pos() == place.topLeft() && window.size() == place.size() &&
+             program_->place().normal() == outerTwips(window);
+    });
   }
   void closeAndStartAgain() {
     window().close();
@@ -91,7 +100,7 @@ TEST_F(BrowserGeometry, AResizeAndAMoveAreRecorded) {
   letSettle();
   window().resize(1010, 640);
   window().move(30, 45);
-  QTest::qWait(20);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return settings().env_Form1_Top == 45 * 15; }));
   const QRect place = outerTwips(window());
   EXPECT_EQ(settings().env_Form1_WinS, 0);
   EXPECT_EQ(settings().env_Form1_Left, place.x());
@@ -110,7 +119,8 @@ TEST_F(BrowserGeometry, NothingIsRecordedWhileTheSettingsAreLoaded) {
   program_->place().settingsLoading();
   window().resize(1010, 640);
   window().move(77, 88);
-  QTest::qWait(20);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return window().pos() == QPoint(77, 88); }));
+  QCoreApplication::processEvents();
   EXPECT_EQ(settings().env_Form1_Width, width);
   EXPECT_EQ(settings().env_Form1_Left, left);
 }
@@ -120,11 +130,10 @@ TEST_F(BrowserGeometry, AWindowClosedMinimisedComesBackAtItsLastNormalPlace) {
   letSettle();
   window().resize(1010, 640);
   window().move(30, 45);
-  QTest::qWait(kLongEnough);
+  desktop_.passed += kLongEnough;
   const QRect normal = outerTwips(window());
   window().showMinimized();
-  QTest::qWait(50);
-  ASSERT_EQ(settings().env_Form1_WinS, 1);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return settings().env_Form1_WinS == 1; }));
   EXPECT_EQ(settings().env_Form1_Height, normal.height());
   closeAndStartAgain();
   EXPECT_FALSE(window().isMinimized());
@@ -136,11 +145,10 @@ TEST_F(BrowserGeometry, AWindowClosedMaximisedOpensMaximised) {
   start();
   letSettle();
   window().resize(1010, 640);
-  QTest::qWait(kLongEnough);
+  desktop_.passed += kLongEnough;
   const int normalWidth = outerTwips(window()).width();
   window().showMaximized();
-  QTest::qWait(50);
-  EXPECT_EQ(settings().env_Form1_WinS, 2);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return settings().env_Form1_WinS == 2; }));
   EXPECT_EQ(settings().env_Form1_Width, normalWidth);
   closeAndStartAgain();
   EXPECT_TRUE(window().isMaximized());
@@ -150,12 +158,11 @@ TEST_F(BrowserGeometry, ASizeGivenAMomentBeforeMaximisingIsTheNormalOne) {
   start();
   letSettle();
   window().resize(1010, 640);
-  QTest::qWait(kLongEnough);
+  desktop_.passed += kLongEnough;
   window().resize(1030, 670);
   const QRect normal = outerTwips(window());
   window().showMaximized();
-  QTest::qWait(50);
-  EXPECT_EQ(settings().env_Form1_WinS, 2);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return settings().env_Form1_WinS == 2; }));
   EXPECT_EQ(settings().env_Form1_Width, normal.width());
   EXPECT_EQ(settings().env_Form1_Height, normal.height());
 }
@@ -218,26 +225,26 @@ TEST_F(BrowserGeometry, TheOtherBrowserTakesTheSamePlace) {
   BrowserWindow& second = *program_->otherWindow();
   first.resize(700, 500);
   first.move(20, 30);
-  QTest::qWait(20);
+  ASSERT_TRUE(isRecorded(first, QRect(20, 30, 700, 500)));
   const QRect place = first.frameGeometry();
   program_->switchBrowser(first);
   letSettle();
   EXPECT_EQ(second.frameGeometry(), place);
   second.resize(600, 400);
   second.move(60, 70);
-  QTest::qWait(20);
+  ASSERT_TRUE(isRecorded(second, QRect(60, 70, 600, 400)));
   const QRect moved = second.frameGeometry();
   program_->switchBrowser(second);
   letSettle();
   EXPECT_EQ(first.frameGeometry(), moved);
-  QTest::qWait(kLongEnough);
+  desktop_.passed += kLongEnough;
   first.showMaximized();
-  QTest::qWait(20);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return program_->place().state() == kMaximised; }));
   program_->switchBrowser(first);
   letSettle();
   EXPECT_TRUE(second.isMaximized());
   second.showNormal();
-  QTest::qWait(20);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return program_->place().state() == kNormal; }));
   program_->switchBrowser(second);
   letSettle();
   EXPECT_FALSE(first.isMaximized());

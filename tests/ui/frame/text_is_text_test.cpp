@@ -121,7 +121,7 @@ void rest(QWidget& widget, const QPoint& place) {
   QHelpEvent help(QEvent::ToolTip, place, widget.mapToGlobal(place));
   QApplication::sendEvent(&widget, &help);
   // A tip is laid out when it is painted.
-  QTest::qWait(1);
+  QCoreApplication::processEvents();
 }
 
 class TextIsText : public test::HfdlWindowTest {

@@ -5,6 +5,7 @@
 #include "core/ui/twips.h"
 #include "tests/ui/support/hfdl_window.h"
 #include "tests/ui/support/layout_checks.h"
+#include "tests/ui/support/settled_places.h"
 
 namespace vel {
 namespace {
@@ -15,7 +16,7 @@ class HfdlLayout : public test::HfdlWindowTest {
     font_ = std::make_unique<test::ScaledFont>(scale);
     start();
     select(0);
-    QTest::qWait(50);
+    ASSERT_TRUE(test::placesSettle());
   }
 
  private:
@@ -58,7 +59,7 @@ TEST_F(HfdlLayout, TheDesignedSizeIsThatOfTheAcarsBrowser) {
 
 TEST_F(HfdlLayout, TheListAndThePanelFollowTheWindow) {
   start();
-  QTest::qWait(150);
+  ASSERT_TRUE(test::placesSettle());
   for (const QSize size : {QSize(1000, 700), QSize(1100, 613), QSize(970, 500)}) {
     window().resize(size);
     const int height = toTwips(window().frameGeometry().height());
@@ -74,7 +75,7 @@ TEST_F(HfdlLayout, TheListAndThePanelFollowTheWindow) {
 
 TEST_F(HfdlLayout, NothingIsLaidOutOrRecordedWhileTheProgramStartsUp) {
   start();
-  QTest::qWait(150);
+  ASSERT_TRUE(test::placesSettle());
   const double width = settings().env_Form1_Width;
   const int listWidth = list().width();
   program_->place().settingsLoading();
@@ -87,7 +88,7 @@ TEST_F(HfdlLayout, ASavedPlaceOfLessThan2000By500TwipsCountsAsNone) {
   test::writeBytes(base_.folders.program / "vel.env",
                    "\"env_Form1_Height\",9000\r\n\"env_Form1_Width\",1999\r\n");
   start();
-  QTest::qWait(150);
+  ASSERT_TRUE(test::placesSettle());
   EXPECT_EQ(toTwips(window().frameGeometry().width()), window().designedSize().width());
   EXPECT_EQ(toTwips(window().frameGeometry().height()), window().designedSize().height());
 }
@@ -97,16 +98,16 @@ TEST_F(HfdlLayout, ASavedPlaceIsTaken) {
                    "\"env_Form1_Top\",600\r\n\"env_Form1_Left\",450\r\n"
                    "\"env_Form1_Height\",9000\r\n\"env_Form1_Width\",14700\r\n");
   start();
-  QTest::qWait(150);
+  ASSERT_TRUE(test::placesSettle());
   EXPECT_EQ(window().frameGeometry(), QRect(30, 40, 980, 600));
 }
 
 TEST_F(HfdlLayout, AResizeInNormalStateIsRecordedForBoth) {
   start();
-  QTest::qWait(150);
+  ASSERT_TRUE(test::placesSettle());
   window().resize(1100, 640);
   window().move(30, 45);
-  QTest::qWait(20);
+  EXPECT_TRUE(QTest::qWaitFor([this] { return settings().env_Form1_Top == toTwips(45); }));
   const QRect place = window().frameGeometry();
   EXPECT_EQ(settings().env_Form1_Left, toTwips(place.x()));
   EXPECT_EQ(settings().env_Form1_Top, toTwips(place.y()));

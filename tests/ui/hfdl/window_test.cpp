@@ -7,6 +7,7 @@
 #include "acars/ui/acars_browser.h"
 #include "tests/ui/support/hfdl_window.h"
 #include "tests/ui/support/layout_checks.h"
+#include "tests/ui/support/settled_places.h"
 
 namespace vel {
 namespace {
@@ -88,7 +89,7 @@ TEST_F(HfdlWindow, ClosingItEndsTheProgramAndSavesTheSettings) {
 
 TEST_F(HfdlWindow, TheFirstUnloadRecordsItsPlace) {
   start();
-  QTest::qWait(150);
+  ASSERT_TRUE(test::placesSettle());
   settings().env_Form1_Top = -1;
   settings().env_Form1_Left = -1;
   const QRect place = window().frameGeometry();

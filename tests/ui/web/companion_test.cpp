@@ -96,7 +96,9 @@ TEST_F(CompanionTest, AServiceThatHasEndedIsStartedAgain) {
   ASSERT_EQ(started.size(), 1u);
   ASSERT_EQ(kill(started[0], SIGKILL), 0);
   ASSERT_TRUE(serviceEnds());
-  QTest::qWait(50);
+  // The program knows of it as soon as it has collected the process.
+  ASSERT_TRUE(
+      waitFor([&] { return !std::filesystem::exists("/proc/" + std::to_string(started[0])); }));
   EXPECT_EQ(exportedKml(), first);
   EXPECT_EQ(services().size(), 1u);
 }

@@ -13,6 +13,7 @@
 #include "app/ui/browser_window.h"
 #include "core/helpers.h"
 #include "core/ui/twips.h"
+#include "tests/ui/support/settled_places.h"
 #include "tests/ui/web/web_fixture.h"
 
 namespace vel {
@@ -318,7 +319,7 @@ TEST_F(RawLogViewerTest, ItsPlaceIsTakenFromTheSettingsAndGivenBackOnClosing) {
   open("JA8089");
   ASSERT_TRUE(waitFor([this] { return outerTwips(*viewer()) == QRect(750, 600, 9000, 6000); }));
   // The place is kept up for a moment after the window was shown.
-  QTest::qWait(700);
+  ASSERT_TRUE(test::placesSettle());
   viewer()->move(80, 60);
   viewer()->resize(620, 420);
   ASSERT_TRUE(waitFor([this] { return viewer()->size() == QSize(620, 420); }));
@@ -335,10 +336,12 @@ TEST_F(RawLogViewerTest, ItsPlaceIsTakenFromTheSettingsAndGivenBackOnClosing) {
 TEST_F(RawLogViewerTest, AMaximisedWindowGivesItsNormalPlaceBack) {
   writeRawLog("JA8089", rawLine("HDR", "ONE") + "\r\n");
   open("JA8089");
-  QTest::qWait(700);
+  ASSERT_TRUE(test::placesSettle());
+  // What stood for less may have been the size of the maximised window.
+  desktop_.passed += std::chrono::seconds(1);
   viewer()->showMaximized();
   ASSERT_TRUE(waitFor([this] { return viewer()->isMaximized(); }));
-  QTest::qWait(50);
+  QCoreApplication::processEvents();
   press("Command2");
   const Settings& env = program_->settings();
   EXPECT_EQ(env.env_Form3_Width, 9975);
