@@ -40,7 +40,12 @@ void LogWindowTest::startMainWindow() {
 void LogWindowTest::startAndEnd() {
   launch();
   ASSERT_TRUE(QTest::qWaitFor([this] { return desktop_.ended; }));
-  QTest::qWait(150);
+  // The splash goes with its next look; no window comes in its place.
+  ASSERT_TRUE(QTest::qWaitFor([] {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::none_of(windows.begin(), windows.end(),
+                        [](const QWidget* window) { return window->isVisible(); });
+  }));
   EXPECT_TRUE(program_->mainWindow() == nullptr || !program_->mainWindow()->isVisible());
 }
 

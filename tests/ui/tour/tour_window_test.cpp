@@ -332,8 +332,9 @@ TEST_F(TourWindowTest, TheNextButtonReportsThePositionThatItLeaves) {
   EXPECT_EQ(state_.step, 2);
   press(previous());
   EXPECT_EQ(label()->text(), QStringLiteral("3705<-left top->90"));
+  const QPoint before = tour_->pos();
   host_.move(45, 30);
-  QTest::qWait(20);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return tour_->pos() != before; }));
   press(next());
   EXPECT_EQ(label()->text(), QStringLiteral("3705<-left top->90"));
 }
@@ -354,8 +355,7 @@ TEST_F(TourWindowTest, StepsMarkedPanelFollowTheDetailPanelOfAResizedWindow) {
   openAt(17);
   const QPoint before = tour_->pos();
   host_.resizeOuter(840, 640);
-  QTest::qWait(20);
-  EXPECT_EQ(tour_->pos(), before - QPoint(0, 60));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return tour_->pos() == before - QPoint(0, 60); }));
   EXPECT_EQ(tour_->pos(), expectedCorner(17, host_, *tour_));
   const QRect control = host_.controlsOf(17)[0];
   ASSERT_EQ(frames().size(), 1);
@@ -367,7 +367,7 @@ TEST_F(TourWindowTest, StepsMarkedPanelFollowTheDetailPanelOfAResizedWindow) {
   tour_->open();
   const QPoint top = tour_->pos();
   host_.resizeOuter(840, 690);
-  QTest::qWait(20);
+  QCoreApplication::processEvents();
   EXPECT_EQ(tour_->pos(), top);
 }
 
@@ -375,8 +375,7 @@ TEST_F(TourWindowTest, FollowsTheMainWindowWhenItIsMoved) {
   openAt(4);
   const QPoint before = tour_->pos();
   host_.move(host_.pos() + QPoint(60, 45));
-  QTest::qWait(20);
-  EXPECT_EQ(tour_->pos(), before + QPoint(60, 45));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return tour_->pos() == before + QPoint(60, 45); }));
 }
 
 TEST_F(TourWindowTest, ThePointerTurnsWhenTheTourWindowIsDraggedToTheOtherSide) {

@@ -379,7 +379,7 @@ TEST_F(RawLogViewerTest, ClosingABrowserClosesTheViewerBeforeTheSettingsAreSaved
   ClosingBrowser browser(*program_);
   browser.show();
   open("JA8089");
-  QTest::qWait(700);
+  ASSERT_TRUE(test::placesSettle());
   viewer()->resize(640, 480);
   viewer()->move(75, 45);
   ASSERT_TRUE(waitFor([this] { return viewer()->size() == QSize(640, 480); }));
@@ -398,7 +398,7 @@ TEST_F(RawLogViewerTest, ClosingABrowserClosesTheViewerBeforeTheSettingsAreSaved
 TEST_F(RawLogViewerTest, TheFramesFollowTheWindowsOuterSize) {
   writeRawLog("JA8089", rawLine("HDR", "ONE") + "\r\n");
   open("JA8089");
-  QTest::qWait(700);
+  ASSERT_TRUE(test::placesSettle());
   for (const QSize size : {QSize(665, 554), QSize(900, 700), QSize(600, 300)}) {
     viewer()->resize(size);
     ASSERT_TRUE(waitFor([this, size] { return viewer()->size() == size; }));
@@ -415,7 +415,7 @@ TEST_F(RawLogViewerTest, TheFramesFollowTheWindowsOuterSize) {
 TEST_F(RawLogViewerTest, AtTheSmallestSizeNothingOverlapsAndTheButtonsFit) {
   writeRawLog("JA8089", rawLine("HDR", "ONE") + "\r\n");
   open("JA8089");
-  QTest::qWait(700);
+  ASSERT_TRUE(test::placesSettle());
   viewer()->resize(10, 10);
   ASSERT_TRUE(waitFor([this] { return viewer()->size() == viewer()->minimumSize(); }));
   const QRect inside = viewer()->rect();
