@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <limits>
 #include <numbers>
+#include <utility>
 #include <vector>
 
 #include "core/twips.h"
@@ -13,7 +14,7 @@ namespace vel {
 namespace {
 
 /// Lines of text that are longer than this are hard to read. Twips.
-constexpr int kWidest = 9000;
+constexpr int kWidest = 12000;
 constexpr int kGrowth = toTwips(8);
 
 /// The place nearest to `wanted` at which `length` lies within the span.
@@ -108,12 +109,23 @@ class Room {
     }
   }
 
-  /// True when the window still stands well with this size.
-  [[nodiscard]] bool holds(const TourSize& size) const {
+  /// Where the window stands with this size.
+  [[nodiscard]] TourRect rectOf(const TourSize& size) const { return rectOf(placeOf(size), size); }
+
+  /// How far from the step's own place that is; 0 for a window that its least
+  /// size already keeps away from there.
+  [[nodiscard]] long long distance(const TourSize& size) const {
+    if (!standsAtOwnPlace_) return 0;
     const TourPoint place = placeOf(size);
-    const bool isCentred = tourStep(step_)->place == TourPlace::centred;
-    if (standsAtOwnPlace_ && place != (isCentred ? ownPlaceOf(size) : leastPlace_)) return false;
-    const TourRect rect = rectOf(place, size);
+    const TourPoint own = ownPlaceOf(size);
+    const long long dx = place.left - own.left;
+    const long long dy = place.top - own.top;
+    return dx * dx + dy * dy;
+  }
+
+  /// True when the window stands on a screen and clear of the controls.
+  [[nodiscard]] bool holds(const TourSize& size) const {
+    const TourRect rect = rectOf(size);
     const bool isOnScreen =
         screens_.empty() || std::any_of(screens_.begin(), screens_.end(), [&](const TourRect& s) {
           return rect.left >= s.left && rect.top >= s.top && rect.right() <= s.right() &&
@@ -149,6 +161,18 @@ class Room {
 double shapeOff(const TourSize& size, const TourSize& least) {
   return std::abs(std::log(static_cast<double>(size.width) * least.height /
                            (static_cast<double>(size.height) * least.width)));
+}
+
+/// The height at which a window of this width, no lower than given, shows the
+/// whole text. A higher one may stand elsewhere, with its arrow at another edge.
+int wholeHeight(const Room& room, TourSize size, const TourHeight& needed) {
+  constexpr int kMostPlaces = 4;
+  for (int places = 0; places < kMostPlaces; ++places) {
+    const int height = needed(room.rectOf(size));
+    if (height <= size.height) break;
+    size.height = height;
+  }
+  return size.height;
 }
 
 /// How far the control lies beyond each edge of the tour window; negative
@@ -342,23 +366,31 @@ TourSize tourSize(int step, const TourRect& mainWindow, int panelTop, const Tour
                   const TourHeight& needed) {
   if (tourStep(step) == nullptr) return least;
   const Room room(step, mainWindow, panelTop, least, screens, controls);
+  // Nearest to the step's own place first, then of the best shape.
+  using Merit = std::pair<long long, double>;
   std::optional<TourSize> whole;
+  Merit wholeMerit;
   TourSize most = least;
   double mostShown = 0;
   for (int width = least.width; width <= kWidest; width += kGrowth) {
-    const int height = std::max(least.height, needed(width));
-    TourSize size{width, height};
+    const TourSize size{width, wholeHeight(room, {width, least.height}, needed)};
     if (room.holds(size)) {
-      if (!whole || shapeOff(size, least) < shapeOff(*whole, least)) whole = size;
+      const Merit merit(room.distance(size), shapeOff(size, least));
+      if (!whole || merit < wholeMerit) {
+        whole = size;
+        wholeMerit = merit;
+      }
       continue;
     }
     if (whole) continue;
-    while (size.height > least.height && !room.holds(size)) {
-      size.height = std::max(least.height, size.height - kGrowth);
+    TourSize part = size;
+    const auto stays = [&room, &part] { return room.distance(part) == 0 && room.holds(part); };
+    while (part.height > least.height && !stays()) {
+      part.height = std::max(least.height, part.height - kGrowth);
     }
-    const double shown = static_cast<double>(size.height) / height;
-    if (room.holds(size) && shown > mostShown) {
-      most = size;
+    const double shown = static_cast<double>(part.height) / size.height;
+    if (stays() && shown > mostShown) {
+      most = part;
       mostShown = shown;
     }
   }

@@ -67,15 +67,17 @@ struct TourState {
                                                     std::span<const TourRect> screens,
                                                     std::span<const TourRect> controls);
 
-/// The outer height that the tour window needs, at an outer width, to show all
-/// of a text. Twips.
-using TourHeight = std::function<int(int width)>;
+/// The outer height that the tour window needs to show all of a text where it
+/// stands with its outer place and width; an arrow takes room at the edge that
+/// is nearest a control. Twips.
+using TourHeight = std::function<int(const TourRect& outer)>;
 
 /// The outer size of the tour window for a step of 1 to 29, in twips: `least`,
 /// or one that is larger in the same shape where the text needs it, as far as
 /// the window then still stands at the same place of the step, on a screen, and
 /// covers no more of `controls` than at its least size. Where no such size
-/// shows the whole text, the one that shows most of it. The rest as for
+/// shows the whole text, one that does at the nearest place on a screen; where
+/// none does at all, the one that shows most of it. The rest as for
 /// tourPosition, whose place this size is for.
 [[nodiscard]] TourSize tourSize(int step, const TourRect& mainWindow, int panelTop,
                                 const TourSize& least, std::span<const TourRect> screens,

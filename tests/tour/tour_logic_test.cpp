@@ -387,7 +387,9 @@ TEST(TourPointers, OfAnEmptySetAreNone) {
 
 /// A text of that many twips squared, whatever the width.
 TourHeight areaOf(int width, int height) {
-  return [=](int given) { return static_cast<int>(std::int64_t{width} * height / given) + 1; };
+  return [=](const TourRect& given) {
+    return static_cast<int>(std::int64_t{width} * height / given.width) + 1;
+  };
 }
 
 TEST(TourSizes, ATextThatFitsLeavesTheLeastSize) {

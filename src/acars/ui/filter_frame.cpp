@@ -4,12 +4,16 @@
 #include <QVBoxLayout>
 
 #include "core/ui/capitals.h"
+#include "core/ui/narrow_letters.h"
 
 namespace vel {
 namespace {
 
 // The guided tour stands right of the flight box: it ends left of 116 pixels.
 constexpr int kFlightBoxWidth = 60;
+constexpr int kTitleWidth = 39;
+// Beside a box's text.
+constexpr int kBoxFrame = 12;
 
 // The photo filter that shows lines with this mark; all where it is none.
 PhotoFilter photoFilterOf(const QString& mark) {
@@ -66,6 +70,7 @@ FilterFrame::FilterFrame(QWidget* parent) : QFrame(parent) {
   QFont bold = title->font();
   bold.setBold(true);
   title->setFont(bold);
+  narrowLetters(*title, title->sizeHint().width(), kTitleWidth);
   row->addWidget(title);
 
   addColumn(row, tr("Flight"),
@@ -147,9 +152,11 @@ QLineEdit* FilterFrame::makeBox(Box index, const QString& accessibleName, const 
   box->setAccessibleName(accessibleName);
   box->setToolTip(toolTip);
   if (width > 0) {
-    // The designed width is for the usual font; a larger font takes more.
-    const int text = box->fontMetrics().horizontalAdvance(longestText(index));
-    box->setFixedWidth(qMax(width, text + 12));
+    // The designed width is for the usual font; what larger letters need beyond
+    // their smallest size is added.
+    const auto text = [&] { return box->fontMetrics().horizontalAdvance(longestText(index)); };
+    narrowLetters(*box, text(), width - kBoxFrame);
+    box->setFixedWidth(qMax(width, text() + kBoxFrame));
   } else {
     box->setMinimumWidth(48);
   }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/text.h"
+#include "core/ui/narrow_letters.h"
 #include "core/ui/qt_desktop.h"
 #include "log/dated_logs.h"
 #include "log/ui/log_reading.h"
@@ -15,6 +16,9 @@ namespace {
 // Outer sizes in twips; the same for both, since they share one place.
 constexpr QSize kDesignedSize{15000, 10800};
 constexpr QSize kSmallestSize{14520, 4770};
+
+// In pixels: the guided tour stands right of the chooser.
+constexpr int kCaptionWidth = 78;
 
 }  // namespace
 
@@ -41,12 +45,15 @@ QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
   logFile_->setObjectName(QStringLiteral("Combo1"));
   logFile_->setAccessibleName(tr("Log file"));
   logFile_->setToolTip(tr("Log of a day\n日付別ログファイル"));
-  // The designed width is for the usual font; a larger font takes more.
+  // The designed width is for the usual font; what larger letters need beyond
+  // their smallest size is added.
   constexpr int kArrowWidth = 36;
-  const int nameWidth = logFile_->fontMetrics().horizontalAdvance(longestName) + kArrowWidth;
-  logFile_->setFixedWidth(qMax(designedWidth, nameWidth));
+  const auto nameWidth = [&] { return logFile_->fontMetrics().horizontalAdvance(longestName); };
+  narrowLetters(*logFile_, nameWidth(), designedWidth - kArrowWidth);
+  logFile_->setFixedWidth(qMax(designedWidth, nameWidth() + kArrowWidth));
   auto* caption = new QLabel(chooserCaption, row);
   caption->setBuddy(logFile_);
+  narrowLetters(*caption, caption->sizeHint().width(), kCaptionWidth);
   topRow_->addWidget(caption);
   topRow_->addWidget(logFile_);
   QPushButton* refresh =

@@ -7,6 +7,7 @@
 
 #include "core/text.h"
 #include "core/ui/elided_button.h"
+#include "core/ui/narrow_letters.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/small_title.h"
@@ -18,6 +19,10 @@ namespace {
 constexpr const char* kNoDeparture = "Departure airport not filled. 出発空港が記入されていません";
 constexpr const char* kNoDestination =
     "Destination airport not filled. 到着空港が記入されていません";
+
+// In pixels: the guided tour stands right of the button that follows them.
+constexpr int kRemarkLabelWidth = 47;
+constexpr int kRemarkWidth = 110;
 
 // As much of what was looked for is shown in a notice.
 constexpr qsizetype kLongestLookedFor = 24;
@@ -61,8 +66,8 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   const int codeWidth = fontMetrics().horizontalAdvance(QStringLiteral("WWWW")) + 16;
   departure_->setFixedWidth(codeWidth);
   destination_->setFixedWidth(codeWidth);
-  // The guided tour stands right of the button that follows this box.
-  remark_->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000000000")) + 16);
+  const int remarkWidth = fontMetrics().horizontalAdvance(QStringLiteral("000000000000")) + 16;
+  remark_->setFixedWidth(qMin(remarkWidth, kRemarkWidth));
   paste_ = new QPushButton(tr("Paste…"), this);
   paste_->setObjectName(QStringLiteral("Command13"));
   paste_->setAccessibleName(tr("Route from the clipboard"));
@@ -100,7 +105,9 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   }
   auto* remarkRow = new QHBoxLayout;
   remarkRow->setSpacing(4);
-  remarkRow->addWidget(new QLabel(tr("Remark"), this));
+  auto* remarkLabel = new QLabel(tr("Remark"), this);
+  remarkLabel->setBuddy(remark_);
+  remarkRow->addWidget(remarkLabel);
   remarkRow->addWidget(remark_);
   remarkRow->addWidget(enter_);
   remarkRow->addStretch();
@@ -110,6 +117,7 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
   QWidget::setTabOrder(remark_, enter_);
 
   useSmallTitle(*this);
+  narrowLetters(*remarkLabel, remarkLabel->sizeHint().width(), kRemarkLabelWidth);
 
   connect(departure_, &QLineEdit::textChanged, this,
           [this] { showAirportName(RouteEnd::departure); });

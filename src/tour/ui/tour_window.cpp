@@ -8,7 +8,8 @@
 #include <QShortcut>
 #include <QStyle>
 #include <algorithm>
-#include <functional>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "core/ui/twips.h"
@@ -21,8 +22,12 @@ namespace {
 constexpr QSize kDesignSize(toPixels(4230), toPixels(1900));
 
 constexpr int kMargin = 3;
-// Slightly smaller letters show more of a text without scrolling.
+// Slightly smaller letters show more of a text without scrolling; where a step
+// leaves too little room for a large font, they get as small as this.
 constexpr double kTextScale = 0.9;
+constexpr double kLeastTextScale = 0.75;
+constexpr double kTextScaleStep = 0.05;
+constexpr int kLeastLetters = 11;
 constexpr int kLeastTextLines = 4;
 
 QString textOf(int step) {
@@ -34,6 +39,30 @@ int nearestPixel(int twips) { return toPixels(static_cast<double>(twips)); }
 TourRect toRect(const QRect& rect) { return {rect.x(), rect.y(), rect.width(), rect.height()}; }
 
 TourRect toTwips(const QRect& rect) { return toRect(toTwipRect(rect)); }
+
+// The edge with an arrow makes room for it, so that it hides nothing.
+QMargins marginsFor(std::span<const std::optional<TourPointer>> arrows, int size) {
+  QMargins margins(kMargin, kMargin, kMargin, kMargin);
+  const int room = size + 1;
+  for (const std::optional<TourPointer>& arrow : arrows) {
+    if (!arrow) continue;
+    switch (arrow->edge) {
+      case TourEdge::left:
+        margins.setLeft(room);
+        break;
+      case TourEdge::top:
+        margins.setTop(room);
+        break;
+      case TourEdge::right:
+        margins.setRight(room);
+        break;
+      case TourEdge::bottom:
+        margins.setBottom(room);
+        break;
+    }
+  }
+  return margins;
+}
 
 }  // namespace
 
@@ -132,10 +161,14 @@ void TourWindow::fitToFont() {
   for (QPushButton* button : {previous_, next_, close_}) {
     button->setFixedSize(metrics.horizontalAdvance(button->text()) + 16, metrics.height() + 5);
   }
-  QFont small = font();
-  small.setPointSizeF(QFontInfo(small).pointSizeF() * kTextScale);
-  text_->setFont(small);
-  text_->setMinimumHeight(kLeastTextLines * QFontMetrics(small).lineSpacing() + 8);
+  useLetters(kTextScale);
+  text_->setMinimumHeight(kLeastTextLines * QFontMetrics(text_->font()).lineSpacing() + 8);
+}
+
+void TourWindow::useLetters(double scale) {
+  QFont letters = font();
+  letters.setPointSizeF(QFontInfo(letters).pointSizeF() * scale);
+  text_->setFont(letters);
 }
 
 QSize TourWindow::sizeHint() const { return kDesignSize.expandedTo(minimumSizeHint()); }
@@ -207,70 +240,74 @@ void TourWindow::moveToStep() {
   }
   // The frame around a control is to be seen whole, too.
   std::vector<TourRect> framed;
-  for (const QRect& control : host_.controlsOf(state_.step)) {
-    if (!control.isEmpty()) framed.push_back(toTwips(ControlFrame::around(control)));
+  for (const QRect& control : shownControls()) {
+    framed.push_back(toTwips(ControlFrame::around(control)));
   }
   const TourRect host = toTwips(host_.outerGeometry());
   const QSize frame = frameGeometry().size() - size();
   placedFrame_ = frame;
   const QSize least = sizeHint() + frame;
-  const TourSize outer = tourSize(state_.step, host, host_.panelTop(),
-                                  {toTwips(least.width()), toTwips(least.height())}, screens,
-                                  framed, [this](int width) { return neededHeight(width); });
+  const auto needed = [this](const TourRect& at) { return neededHeight(at); };
+  TourSize outer;
+  std::optional<TourPoint> place;
+  for (double scale = kTextScale; scale >= kLeastTextScale; scale -= kTextScaleStep) {
+    useLetters(scale);
+    outer = tourSize(state_.step, host, host_.panelTop(),
+                     {toTwips(least.width()), toTwips(least.height())}, screens, framed, needed);
+    place = tourPosition(state_.step, host, host_.panelTop(), outer, screens, framed);
+    if (!place) return;
+    const TourRect at{place->left, place->top, outer.width, outer.height};
+    const double smaller = (scale - kTextScaleStep) / scale;
+    if (needed(at) <= outer.height ||
+        QFontInfo(text_->font()).pixelSize() * smaller < kLeastLetters) {
+      break;
+    }
+  }
   resize(QSize(nearestPixel(outer.width), nearestPixel(outer.height)) - frame);
-  const std::optional<TourPoint> place =
-      tourPosition(state_.step, host, host_.panelTop(), outer, screens, framed);
-  if (place) move(nearestPixel(place->left), nearestPixel(place->top));
+  move(nearestPixel(place->left), nearestPixel(place->top));
 }
 
-int TourWindow::neededHeight(int outerWidth) const {
+int TourWindow::neededHeight(const TourRect& outer) const {
   const QSize frame = frameGeometry().size() - size();
-  // An arrow may take room at any edge, and another one at the next.
-  const bool isPointing = std::any_of(pointers_.begin(), pointers_.end(), std::identity());
-  const int margins = kMargin + (isPointing ? pointerSize() + 1 : kMargin);
-  const int width = nearestPixel(outerWidth) - frame.width() - margins;
-  const QString text = textOf(state_.step);
+  const QPoint corner = geometry().topLeft() - pos();
+  const TourRect inner{nearestPixel(outer.left) + corner.x(), nearestPixel(outer.top) + corner.y(),
+                       nearestPixel(outer.width) - frame.width(),
+                       nearestPixel(outer.height) - frame.height()};
+  const QMargins margins = marginsFor(arrowsOf(inner), pointerSize());
+  const int width = inner.width - margins.left() - margins.right();
   const int below = layout_->spacing() + next_->height();
-  return toTwips(text_->heightFor(text, width) + below + margins + frame.height());
+  return toTwips(text_->heightFor(textOf(state_.step), width) + below + margins.top() +
+                 margins.bottom() + frame.height());
+}
+
+QList<QRect> TourWindow::shownControls() const {
+  QList<QRect> controls = host_.controlsOf(state_.step);
+  controls.removeIf([](const QRect& control) { return control.isEmpty(); });
+  return controls;
+}
+
+std::array<std::optional<TourPointer>, kTourPointerCount> TourWindow::arrowsOf(
+    const TourRect& inner) const {
+  std::vector<TourRect> rects;
+  for (const QRect& control : shownControls()) rects.push_back(toRect(control));
+  return placePointers(pointers_, inner, rects, pointerSize());
 }
 
 void TourWindow::pointAtControls() {
-  QList<QRect> controls = host_.controlsOf(state_.step);
-  controls.removeIf([](const QRect& control) { return control.isEmpty(); });
-  std::vector<TourRect> rects;
-  for (const QRect& control : controls) rects.push_back(toRect(control));
-
   const int size = pointerSize();
-  const TourRect own{geometry().x(), geometry().y(), width(), height()};
-  const auto placed = placePointers(pointers_, own, rects, size);
-  QMargins margins(kMargin, kMargin, kMargin, kMargin);
+  const TourRect own = toRect(geometry());
+  const auto placed = arrowsOf(own);
   for (std::size_t i = 0; i < placed.size(); ++i) {
     if (!placed[i]) continue;
     const TourPoint middle = pointerMiddle(own, *placed[i], size);
     pictures_[i]->setGeometry(middle.left - own.left - size / 2, middle.top - own.top - size / 2,
                               size, size);
     pictures_[i]->setAngle(placed[i]->angle);
-    // The edge with an arrow makes room for it, so that it hides nothing.
-    const int room = size + 1;
-    switch (placed[i]->edge) {
-      case TourEdge::left:
-        margins.setLeft(room);
-        break;
-      case TourEdge::top:
-        margins.setTop(room);
-        break;
-      case TourEdge::right:
-        margins.setRight(room);
-        break;
-      case TourEdge::bottom:
-        margins.setBottom(room);
-        break;
-    }
   }
-  layout_->setContentsMargins(margins);
+  layout_->setContentsMargins(marginsFor(placed, size));
   layout_->activate();
   applyBlink();
-  frameControls(controls);
+  frameControls(shownControls());
 }
 
 void TourWindow::applyBlink() {

@@ -50,13 +50,20 @@ class TourWindow : public QDialog {
   void buildControls();
   void buildKeys();
   void fitToFont();
+  /// Gives the explanation letters of this size, as a part of the window's own.
+  void useLetters(double scale);
   void showStep();
   void followHost();
   /// Takes the step's size and place.
   void moveToStep();
   /// The outer height, in twips, at which all of the text is seen in a window
-  /// of this outer width.
-  [[nodiscard]] int neededHeight(int outerWidth) const;
+  /// that stands there, with that outer width.
+  [[nodiscard]] int neededHeight(const TourRect& outer) const;
+  /// What the step explains and is in sight, in pixels on the screen.
+  [[nodiscard]] QList<QRect> shownControls() const;
+  /// Where the arrows of a window with this inner place stand.
+  [[nodiscard]] std::array<std::optional<TourPointer>, kTourPointerCount> arrowsOf(
+      const TourRect& inner) const;
   void pointAtControls();
   void applyBlink();
   void frameControls(const QList<QRect>& controls);

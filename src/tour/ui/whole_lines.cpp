@@ -9,7 +9,7 @@
 namespace vel {
 namespace {
 
-constexpr int kTextMargin = 2;
+constexpr int kTextMargin = 1;
 
 }  // namespace
 
@@ -22,7 +22,8 @@ WholeLines::WholeLines(QWidget* parent) : QPlainTextEdit(parent) {
 int WholeLines::heightFor(const QString& text, int width) const {
   const int frame = 2 * frameWidth();
   const double lineWidth = width - frame - 2 * kTextMargin;
-  double height = 2 * kTextMargin;
+  // Above the text, below it, and what the text box keeps free of lines.
+  double height = 3 * kTextMargin + 1;
   QTextOption option;
   option.setWrapMode(wordWrapMode());
   for (const QString& paragraph : text.split(QLatin1Char('\n'))) {
