@@ -112,7 +112,10 @@ Result<std::string_view> LineBlocks::next() {
       const std::size_t found = text.find_first_of(kLineEnds, unfinished);
       const std::size_t lineEnd = std::min(found, text.size() - 1) + 1;
       if (skipping_ || lineEnd > kLongestLine) {
-        if (longerLines_ == LongerLines::fail) return ErrorNumber::deviceIo;
+        if (longerLines_ == LongerLines::fail) {
+          metLongerLine_ = true;
+          return ErrorNumber::deviceIo;
+        }
         begin = lineEnd;
         skipping_ = found == std::string_view::npos;
       }

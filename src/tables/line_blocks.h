@@ -37,7 +37,7 @@ class LineBlocks {
 
   enum class LongerLines {
     passOver,  ///< they are left out
-    fail,      ///< next() gives ErrorNumber::deviceIo
+    fail,      ///< next() gives ErrorNumber::deviceIo; see metLongerLine()
   };
 
   /// Bytes equal to `byteOrderMark` at the beginning of the file are left out.
@@ -55,6 +55,10 @@ class LineBlocks {
 
   /// True when the file began with the byte order mark; known after next().
   [[nodiscard]] bool hadByteOrderMark() const { return hadByteOrderMark_; }
+
+  /// True when next() failed because of a longer line: the one that follows
+  /// the lines handed out.
+  [[nodiscard]] bool metLongerLine() const { return metLongerLine_; }
 
  private:
   [[nodiscard]] char* readPlace() const;
@@ -74,6 +78,7 @@ class LineBlocks {
   bool skipping_ = false;  // within a line that is passed over
   bool atBeginning_ = true;
   bool hadByteOrderMark_ = false;
+  bool metLongerLine_ = false;
 };
 
 /// The first place in [begin, end) with CR or LF, or `end`. Up to 15 bytes

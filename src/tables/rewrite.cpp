@@ -69,7 +69,8 @@ class EditedCopy {
       place += line.raw.size();
       ++lineNumber_;
       const Carried carried = carry(line.text);
-      if (carried.incomplete) return incompleteRecord(table_, lineNumber_);
+      if (carried.incomplete)
+        return errorInLine(ErrorNumber::incompleteRecord, table_, lineNumber_);
       const bool asItIs = carried.written && carried.text.data() == line.text.data() &&
                           carried.text.size() == line.text.size() &&
                           line.raw.size() == line.text.size() + kLineEnd.size();
@@ -83,6 +84,11 @@ class EditedCopy {
       if (!status) return status;
     }
     return to_.write(unchanged);
+  }
+
+  /// The error of the line that follows those that were added.
+  [[nodiscard]] Error errorInNextLine(ErrorNumber number) const {
+    return errorInLine(number, table_, lineNumber_ + 1);
   }
 
   /// Adds the record of a key that no line had.
@@ -150,6 +156,7 @@ Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& 
   EditedCopy copy(edit, encoding, record, files.named, file);
   for (bool first = true;; first = false) {
     const Result<std::string_view> block = lines.next();
+    if (!block && lines.metLongerLine()) return copy.errorInNextLine(block.error().number);
     if (!block) return block.error();
     if (first && lines.hadByteOrderMark()) {
       if (const Status status = file.write(byteOrderMarkOf(encoding)); !status) return status;

@@ -64,8 +64,8 @@ TableFiles filesOf(const Folders& folders, Table table) {
   return files;
 }
 
-Error incompleteRecord(const std::filesystem::path& table, std::size_t line) {
-  Error error{ErrorNumber::incompleteRecord};
+Error errorInLine(ErrorNumber number, const std::filesystem::path& table, std::size_t line) {
+  Error error{number};
   error.message =
       error.text() + "\n\n" + toUtf8(table.filename()) + ", line " + std::to_string(line);
   return error;

@@ -35,9 +35,11 @@ struct TableFiles {
 
 [[nodiscard]] TableFiles filesOf(const Folders& folders, Table table);
 
-/// What is wrong with a line that lacks a field: "ERROR #9", a blank line, the
-/// table's file name and the line's number, counted from 1.
-[[nodiscard]] Error incompleteRecord(const std::filesystem::path& table, std::size_t line);
+/// What is wrong with a line that lacks a field or is too long: "ERROR #" and
+/// the number, a blank line, the table's file name and the line's number,
+/// counted from 1.
+[[nodiscard]] Error errorInLine(ErrorNumber number, const std::filesystem::path& table,
+                                std::size_t line);
 
 /// Finishes, for every table, a rewrite that was cut off between its two
 /// renames: where `<name>.csv` is missing while both `<name>.$$$` and

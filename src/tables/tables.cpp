@@ -65,7 +65,7 @@ class TableReading {
       }
     }
     if (!status || last != Seen::incomplete) return status;
-    return incompleteRecord(file_, numberOfLast(see));
+    return errorInLine(ErrorNumber::incompleteRecord, file_, numberOfLast(see));
   }
 
  private:

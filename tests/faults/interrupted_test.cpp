@@ -14,6 +14,7 @@
 
 #include "core/file.h"
 #include "core/platform.h"
+#include "tables/rewrite.h"
 #include "tests/support/test_files.h"
 
 namespace {
@@ -179,6 +180,31 @@ TEST_F(Interrupted, BothLocksAreAskedForAgain) {
   EXPECT_TRUE(locked);
   EXPECT_GE(calls.seen["flock"], 2);
   EXPECT_GE(calls.seen["fcntl"], 2);
+}
+
+TEST_F(Interrupted, AWholeRewriteOfATableIsMade) {
+  const test::TemporaryBase base;
+  base.writeData("FLIGHT.csv", {"JL0001,RJTTKSFO,-", "NH0002,RJAAKLAX,old"});
+  writeBytes(base.folders.data / "FLIGHT.bak", "older");
+  const TableEdit edit = {
+      .table = Table::flight, .key = "NH0002", .newRecord = "NH0002,RJTTKLAX,-"};
+  calls.interrupts = true;
+  const RewriteOutcome outcome = listening([&] {
+    ReferenceTableRewrite rewrite(base.folders, Encoding::codePage932(), edit);
+    RewriteOutcome last = rewrite.next();
+    while (last == RewriteOutcome::more) last = rewrite.next();
+    return last;
+  });
+  EXPECT_EQ(outcome, RewriteOutcome::done);
+  EXPECT_EQ(readBytes(base.folders.data / "FLIGHT.csv"),
+            "JL0001,RJTTKSFO,-\r\nNH0002,RJTTKLAX,-\r\n");
+  EXPECT_EQ(readBytes(base.folders.data / "FLIGHT.bak"),
+            "JL0001,RJTTKSFO,-\r\nNH0002,RJAAKLAX,old\r\n");
+  EXPECT_THAT(listFolder(base.folders.data).value(), ElementsAre("FLIGHT.bak", "FLIGHT.csv"));
+  for (const char* call : {"open", "read", "write", "fsync", "close", "unlink", "renameat2",
+                           "flock", "fchown", "fchmod"}) {
+    EXPECT_GE(calls.seen[call], 2) << call;
+  }
 }
 
 TEST_F(Interrupted, AFolderWithoutLocksIsUsedWithout) {

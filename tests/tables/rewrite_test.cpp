@@ -288,9 +288,19 @@ TEST_F(RewriteTest, AShortLineOfTheEditedKeyIsReplacedLikeAnyOther) {
 TEST_F(RewriteTest, AnEndlessLineEndsTheProgramWithTheTableUntouched) {
   const std::string endless(std::size_t{17} << 20, 'x');
   writeRaw("ICAO24.csv", endless);
-  expectFatal({.table = Table::icao24, .key = "A", .newRecord = "A,1,2,3,4"}, "ERROR #57");
+  expectFatal({.table = Table::icao24, .key = "A", .newRecord = "A,1,2,3,4"},
+              "ERROR #57\n\nICAO24.csv, line 1");
   EXPECT_EQ(raw("ICAO24.csv"), endless);
   EXPECT_FALSE(exists("ICAO24.$$$"));
+}
+
+TEST_F(RewriteTest, TheErrorOfAnEndlessLineNamesItsTableAndItsNumber) {
+  std::string table;
+  for (int line = 1; line <= 40'000; ++line) table += std::to_string(line) + ",RJTTKLAX,-\r\n";
+  writeRaw("FLIGHT.csv", table + std::string(std::size_t{17} << 20, 'x') + "\r\nA,RJTTKLAX,-\r\n");
+  expectFatal({.table = Table::flight, .key = "A", .newRecord = "A,KLAXRJTT,-"},
+              "ERROR #57\n\nFLIGHT.csv, line 40001");
+  EXPECT_FALSE(exists("FLIGHT.$$$"));
 }
 
 TEST_F(RewriteTest, AMissingTableEndsTheProgram) {
