@@ -84,8 +84,9 @@ std::string reportOf(const std::vector<LogProblem>& problems) {
 
 HistorySearch::HistorySearch(const Folders& folders, const Encoding& encoding,
                              const HistoryQuery& query, FoundMessages& found)
-    : folders_(folders), query_(query), match_(query, encoding), found_(found) {
+    : folders_(folders), query_(query), match_(query, Tables(folders, encoding)), found_(found) {
   for (const std::string& bytes : match_.text().scanBytes()) patterns_.emplace_back(bytes);
+  for (const std::string& bytes : match_.text().hfdlScanBytes()) hfdlPatterns_.emplace_back(bytes);
 }
 
 void HistorySearch::listLogs() {
@@ -218,8 +219,10 @@ void HistorySearch::scan(std::string_view block) {
     searched = {copy, block.size()};
   }
   const char* const searchedEnd = searched.data() + searched.size();
+  std::vector<BytePattern>& patterns =
+      logs_[next_].source == HistorySource::hfdl ? hfdlPatterns_ : patterns_;
   std::vector<const char*> hits;
-  for (BytePattern& pattern : patterns_) {
+  for (BytePattern& pattern : patterns) {
     pattern.prepare(searched);
     hits.push_back(pattern.find(searched.data(), searchedEnd));
   }
@@ -230,7 +233,7 @@ void HistorySearch::scan(std::string_view block) {
     takePlace(block, place);
     const char* const behind = searched.data() + (place - block.data());
     for (std::size_t i = 0; i < hits.size(); ++i) {
-      if (hits[i] < behind) hits[i] = patterns_[i].find(behind, searchedEnd);
+      if (hits[i] < behind) hits[i] = patterns[i].find(behind, searchedEnd);
     }
   }
 }

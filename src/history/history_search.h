@@ -69,6 +69,7 @@ class HistorySearch : public Job {
   MessageMatch match_;
   FoundMessages& found_;
   std::vector<BytePattern> patterns_;
+  std::vector<BytePattern> hfdlPatterns_;
   bool listed_ = false;
   std::vector<Log> logs_;
   std::size_t next_ = 0;  // of logs_

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "hfdl/hfdl_row.h"
 #include "web/raw_log.h"
 
 namespace vel {
@@ -14,6 +15,8 @@ constexpr std::size_t kLongestListLine = std::size_t{1} << 20;
 constexpr std::size_t kTimeLength = 8;
 constexpr std::size_t kDateLength = 10;
 constexpr std::string_view kHeader = "Flight No.";
+// Characters of a flight that is given by its number.
+constexpr std::size_t kCompletedNumber = 4;
 
 std::string_view withoutLineEnd(std::string_view line) {
   if (line.ends_with('\n')) line.remove_suffix(1);
@@ -78,8 +81,12 @@ void HfdlParts::aircraftEnded(const HfdlMessage& message, const HfdlAircraft& ai
   complete_ = true;
 }
 
-MessageMatch::MessageMatch(const HistoryQuery& query, const Encoding& encoding)
-    : query_(query), encoding_(encoding), text_(query, encoding), parts_(encoding) {}
+MessageMatch::MessageMatch(const HistoryQuery& query, const Tables& tables)
+    : query_(query),
+      encoding_(tables.encoding()),
+      text_(query, encoding_),
+      parts_(encoding_),
+      tables_(tables) {}
 
 std::string_view MessageMatch::decoded(std::string_view bytes, std::string& keep) const {
   if (isAscii(bytes)) return bytes;
@@ -125,12 +132,29 @@ void MessageMatch::takeListLine(std::string_view line, std::uint64_t offset,
                   .offset = offset});
 }
 
-bool MessageMatch::fits(const HfdlPart& part, std::string_view message) const {
+// The list shows such a flight by its number, and its panel by the whole ID.
+bool MessageMatch::isCompletedFlight(const HfdlRecord& record) {
+  constexpr std::size_t kMostKept = 10'000;
+  const std::string_view received = Trim(record.flightId);
+  const std::string number = completedFlight(received, {});
+  if (number == received && length(received) > kCompletedNumber) return false;
+  if (received.empty() || !text_.canEndIn(number)) return false;
+  const auto known = aircraft_.find(record.address);
+  if (known != aircraft_.end()) {
+    return text_.isDecodedField(completedFlight(received, known->second));
+  }
+  const Result<Icao24Record> aircraft = tables_.aircraftOfAddressIfPresent(record.address);
+  if (!aircraft) return false;
+  if (aircraft_.size() < kMostKept) aircraft_.emplace(record.address, *aircraft);
+  return text_.isDecodedField(completedFlight(received, *aircraft));
+}
+
+bool MessageMatch::fits(const HfdlPart& part, std::string_view message) {
   switch (query_.meaning) {
     case SearchMeaning::registration:
       return text_.isDecodedField(part.record.registration);
     case SearchMeaning::flight:
-      return text_.isDecodedField(part.record.flightId);
+      return text_.isDecodedField(part.record.flightId) || isCompletedFlight(part.record);
     case SearchMeaning::airport:
       return false;
     case SearchMeaning::address:

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,7 @@
 #include "hfdl/hfdl_log.h"
 #include "history/found_messages.h"
 #include "history/query.h"
+#include "tables/tables.h"
 
 namespace vel {
 
@@ -51,7 +53,9 @@ class HfdlParts : private HfdlListener {
 /// is searched for, and hands it over.
 class MessageMatch {
  public:
-  MessageMatch(const HistoryQuery& query, const Encoding& encoding);
+  /// The tables tell the airline of an aircraft whose flight is given by its
+  /// number alone; without them such a flight is known as received only.
+  MessageMatch(const HistoryQuery& query, const Tables& tables);
 
   [[nodiscard]] const SearchText& text() const { return text_; }
 
@@ -72,13 +76,16 @@ class MessageMatch {
 
  private:
   [[nodiscard]] bool fits(const ListFields& fields, std::string_view line) const;
-  [[nodiscard]] bool fits(const HfdlPart& part, std::string_view message) const;
+  [[nodiscard]] bool fits(const HfdlPart& part, std::string_view message);
+  [[nodiscard]] bool isCompletedFlight(const HfdlRecord& record);
   std::string_view decoded(std::string_view bytes, std::string& keep) const;
 
   HistoryQuery query_;
   Encoding encoding_;
   SearchText text_;
   HfdlParts parts_;
+  Tables tables_;
+  std::map<std::string, Icao24Record> aircraft_;  // looked up during this search
   std::string kept_[6];
   std::string time_;
 };

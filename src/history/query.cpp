@@ -89,7 +89,8 @@ SearchText::SearchText(const HistoryQuery& query, const Encoding& encoding)
                                                     : Trim(query.text)),
       ascii_(isAscii(text_)),
       ignoreCase_(query.ignoreCase),
-      isRegistration_(query.meaning == SearchMeaning::registration) {
+      isRegistration_(query.meaning == SearchMeaning::registration),
+      isFlight_(query.meaning == SearchMeaning::flight) {
   if (ignoreCase_) text_ = toLower(text_);
   std::vector<std::string_view> pieces{text_};
   if (isRegistration_) {
@@ -106,6 +107,29 @@ SearchText::SearchText(const HistoryQuery& query, const Encoding& encoding)
     }
     scanBytes_.push_back(bytes);
   }
+}
+
+std::vector<std::string> SearchText::hfdlScanBytes() const {
+  constexpr std::size_t kNumber = 4;
+  if (!isFlight_ || scanBytes_.empty() || length(text_) < kNumber) return scanBytes_;
+  std::vector<std::string> all = scanBytes_;
+  const auto add = [&](std::string_view behind, std::string_view number) {
+    all.push_back(sureBytes(encoding_, std::string(behind) + std::string(number), ignoreCase_));
+  };
+  // As it stands behind its label: filled with zeros, with fewer of them, or
+  // after more blanks.
+  std::string_view number = Right(text_, kNumber);
+  add("= ", number);
+  while (number.size() > 1 && number.starts_with('0')) {
+    number.remove_prefix(1);
+    add("= ", number);
+  }
+  add("  ", number);
+  return all;
+}
+
+bool SearchText::canEndIn(std::string_view utf8) const {
+  return std::string_view(text_).ends_with(ignoreCase_ ? toLower(utf8) : std::string(utf8));
 }
 
 bool SearchText::isField(std::string_view bytes) const {

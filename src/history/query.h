@@ -71,10 +71,17 @@ class SearchText {
   [[nodiscard]] const std::vector<std::string>& scanBytes() const { return scanBytes_; }
   [[nodiscard]] bool ignoresCase() const { return ignoreCase_; }
 
+  /// The same for formatted logs, where a flight of fewer than five characters
+  /// stands for the one that its aircraft's airline completes.
+  [[nodiscard]] std::vector<std::string> hfdlScanBytes() const;
+
   /// True when the bytes of a field are the text.
   [[nodiscard]] bool isField(std::string_view bytes) const;
   /// The same for a field that has been decoded.
   [[nodiscard]] bool isDecodedField(std::string_view utf8) const;
+  /// True when the text can be what an airline's code and the end that is given
+  /// make together.
+  [[nodiscard]] bool canEndIn(std::string_view utf8) const;
   /// True when the text occurs in the bytes of some lines.
   [[nodiscard]] bool isIn(std::string_view bytes) const;
   [[nodiscard]] bool isInDecoded(std::string_view utf8) const;
@@ -85,6 +92,7 @@ class SearchText {
   bool ascii_;
   bool ignoreCase_;
   bool isRegistration_;
+  bool isFlight_;
   std::vector<std::string> scanBytes_;
 };
 

@@ -91,6 +91,7 @@ Status TableGaps::lookFlight(const Name& name) {
     same->count += name.count;
   } else {
     miss(GapKind::flight, flight, heardAs, name.count);
+    if (address != std::string::npos) gaps_.back().address = name.text.substr(address + 1);
   }
   return {};
 }

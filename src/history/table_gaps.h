@@ -23,6 +23,8 @@ struct TableGap {
   std::string name;     ///< the key of the record to write
   std::string heardAs;  ///< what stands in the log's lines instead, mostly the same
   std::size_t count;    ///< how often it was heard
+  /// The aircraft whose airline completes a flight; empty for everything else.
+  std::string address = {};
   friend bool operator==(const TableGap&, const TableGap&) = default;
 };
 

@@ -89,6 +89,46 @@ TEST_F(HistorySearchTest, TheOtherMeaningsLookAtTheirOwnFields) {
   EXPECT_THAT(registrations("アジ", SearchMeaning::anyText), ElementsAre("JA8089"));
 }
 
+TEST_F(HistorySearchTest, AShortFlightOfHfdlIsFoundUnderItsAirlineToo) {
+  base.writeData("ICAO24.csv",
+                 {"000001,JAL,JL,JA1,B789", "000002,BAW,BA,G-A,B744", "000003,XXX,XY,N1,B77W"});
+  std::string log;
+  const auto add = [&log](const std::string& address, const std::string& flight) {
+    log += "[2]------------------------[2026/11/18 00:04:19]\r\n   ICAO24 ADDRESS = " + address +
+           "\r\n   FLIGHT ID      = " + flight + "\r\n";
+  };
+  for (const char* address : {"000001", "000002", "00000F"}) {
+    for (const char* flight : {"7", "007", "0007", "  7 ", "123", "12A", "JL0007", "17"}) {
+      add(address, flight);
+    }
+  }
+  test::writeBytes(base.folders.logs / "202611180000_HFDL_FMT.log", log);
+  const auto flights = [this](const std::string& text, bool ignoreCase = false) {
+    HistoryQuery asked = query(text, SearchMeaning::flight);
+    asked.ignoreCase = ignoreCase;
+    asked.lists = asked.rawLogs = false;
+    const Finding finding = findIn(base.folders, asked);
+    std::vector<std::string> found;
+    for (std::size_t i = 0; i < finding.found.size(); ++i) {
+      const std::string text_ = finding.found.cell(i, kFoundText);
+      found.push_back(text_.substr(text_.size() - 1) + " " + finding.found.cell(i, kFoundFlight));
+    }
+    return found;
+  };
+  EXPECT_THAT(flights("JL0007"),
+              ElementsAre("1 7", "1 007", "1 0007", "1 7", "1 JL0007", "2 JL0007", "F JL0007"));
+  EXPECT_THAT(flights("jl0007", true), SizeIs(7));
+  EXPECT_THAT(flights("jl0007"), IsEmpty());
+  EXPECT_THAT(flights("BA0123"), ElementsAre("2 123"));
+  EXPECT_THAT(flights("BA012A"), ElementsAre("2 12A"));
+  EXPECT_THAT(flights("0123"), ElementsAre("F 123"));
+  EXPECT_THAT(flights("123"), ElementsAre("1 123", "2 123", "F 123"));
+  EXPECT_THAT(flights("XY0007"), IsEmpty());
+  std::filesystem::remove(base.folders.data / "ICAO24.csv");
+  EXPECT_THAT(flights("BA0123"), IsEmpty());
+  EXPECT_THAT(flights("JL0007"), SizeIs(3));
+}
+
 TEST_F(HistorySearchTest, CaseCountsUnlessItIsSwitchedOff) {
   HistoryQuery asked = query("riverHEAD", SearchMeaning::anyText);
   EXPECT_THAT(findIn(base.folders, asked).lines(), IsEmpty());
