@@ -78,14 +78,15 @@ bool FrequencyLoad::readPiece() {
   return true;
 }
 
+std::string FrequencyLoad::overflowText() const {
+  if (!tables_.overflowed()) return {};
+  return "データ量が多く一部のデータを処理できませんでした。（" +
+         std::to_string(tables_.largestTimePointCount()) + "件）サポートまでお問い合わせください。";
+}
+
 std::vector<std::string> FrequencyLoad::messages() const {
   std::vector<std::string> messages;
   if (firstError_) messages.push_back(firstError_->text());
-  if (tables_.overflowed()) {
-    messages.push_back("データ量が多く一部のデータを処理できませんでした。（" +
-                       std::to_string(tables_.largestTimePointCount()) +
-                       "件）サポートまでお問い合わせください。");
-  }
   std::string excess = excessMessage(tables_.excessStations(), tables_.excessFrequencies());
   if (!excess.empty()) messages.push_back(std::move(excess));
   return messages;

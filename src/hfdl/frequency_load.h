@@ -40,8 +40,12 @@ class FrequencyLoad : public Job {
   /// that is read, "." for one of other dates.
   [[nodiscard]] const std::string& progressText() const { return progressText_; }
 
-  /// What the user is told after the load: the first log that could not be
-  /// read, time points that were lost, stations and frequencies without place.
+  /// What the user is told of time points that were lost, before the chart is
+  /// drawn; empty for none.
+  [[nodiscard]] std::string overflowText() const;
+
+  /// What the user is told once the chart is drawn: the first log that could not
+  /// be read, stations and frequencies without place.
   [[nodiscard]] std::vector<std::string> messages() const;
 
  private:

@@ -35,6 +35,7 @@ class FrequencyLoadTest : public ::testing::Test {
     }
     progress.push_back(load.progressText());
     messages_ = load.messages();
+    if (!load.overflowText().empty()) messages_.insert(messages_.begin(), load.overflowText());
     return progress;
   }
 

@@ -190,7 +190,11 @@ void AcarsBrowser::takeFiltersBack() { filters_->clearAll(); }
 
 int AcarsBrowser::registrationColumn() const { return kListRegistration; }
 
-int AcarsBrowser::flightColumn() const { return kListFlight; }
+std::string AcarsBrowser::flightToFind() { return list()->selectedText(kListFlight); }
+
+void AcarsBrowser::readyEditor(LineEditor editor, const std::string& key) {
+  panel_->readyEditor(editor, key);
+}
 
 void AcarsBrowser::searchPhoto() {
   ShellOpen(desktop(), photoAddress(context().services, settings(),

@@ -47,7 +47,8 @@ class AcarsBrowser : public LogBrowser {
   void addFilterActions(QMenu& menu, const QModelIndex& clicked) override;
   void takeFiltersBack() override;
   [[nodiscard]] int registrationColumn() const override;
-  [[nodiscard]] int flightColumn() const override;
+  [[nodiscard]] std::string flightToFind() override;
+  void readyEditor(LineEditor editor, const std::string& key) override;
   void searchPhoto() override;
   void searchFlight() override;
   void openPhoto() override;

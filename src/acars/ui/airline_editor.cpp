@@ -68,12 +68,17 @@ bool AirlineEditor::AirLineLoad(const std::string& prefix) {
   const Airline airline = editing_.valueOrEnd(editing_.tables().airlineOf(prefix));
   if (editing_.desktop().isEnding()) return false;
   if (airline.found) {
-    showInBox(*threeLetter_, toQString(airline.threeLetter));
-    showInBox(*display_, toQString(airline.display));
-    showInBox(*company_, toQString(airline.company));
+    threeLetter_->setValue(toQString(airline.threeLetter));
+    display_->setValue(toQString(airline.display));
+    company_->setValue(toQString(airline.company));
   }
   setFourFields(airline.fourFields);
   return true;
+}
+
+void AirlineEditor::takeKeys() {
+  threeLetter_->setFocus();
+  threeLetter_->selectAll();
 }
 
 void AirlineEditor::setFourFields(bool fourFields) {
@@ -94,14 +99,14 @@ void AirlineEditor::saveAirline() {
     editing_.refuse(kNoLineSelected);
     return;
   }
-  if (!editing_.acceptTexts({threeLetter_->text(), display_->text()})) return;
+  if (!editing_.acceptTexts({threeLetter_->value(), display_->value()})) return;
   // A comma in the company name is let through: only what cannot be stored is not.
-  if (!editing_.canStore(company_->text())) return;
+  if (!editing_.canStore(company_->value())) return;
   if (!editing_.acceptKey(toQString(prefix_))) return;
   Airline edited;
-  edited.threeLetter = threeLetter_->text().toStdString();
-  edited.display = display_->text().toStdString();
-  edited.company = company_->text().toStdString();
+  edited.threeLetter = threeLetter_->value().toStdString();
+  edited.display = display_->value().toStdString();
+  edited.company = company_->value().toStdString();
   edited.fourFields = fourFields_;
   editing_.rewrite(*enter_, airlineEdit(prefix_, edited), rowUpdate_());
 }

@@ -28,6 +28,9 @@ class AirlineEditor : public QGroupBox {
   /// table could not be read and the program ends.
   bool AirLineLoad(const std::string& prefix);
 
+  /// Gives the keys to the box that is filled first.
+  void takeKeys();
+
   /// Writes the boxes to letter.csv.
   void saveAirline();
 
@@ -39,9 +42,9 @@ class AirlineEditor : public QGroupBox {
   RowUpdate rowUpdate_;
   std::string prefix_;
   bool fourFields_ = false;
-  QLineEdit* threeLetter_;  // Text2(3)
-  QLineEdit* display_;      // Text2(4)
-  QLineEdit* company_;      // Text2(7)
+  EditorBox* threeLetter_;  // Text2(3)
+  EditorBox* display_;      // Text2(4)
+  EditorBox* company_;      // Text2(7)
   QLabel* companyLabel_;
   QPushButton* enter_;  // Command6
 };

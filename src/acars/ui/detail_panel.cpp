@@ -185,6 +185,7 @@ void DetailPanel::showSelectionAgain() {
 }
 
 void DetailPanel::showSelection() {
+  readied_ = LineEditor::none;
   if (list_->listIndex() < 0) return;
   const auto photoAndAircraft = [this]() -> Result<JobProgress> {
     // The selection may have been given up again.
@@ -199,7 +200,7 @@ void DetailPanel::showSelection() {
     equipment_->clear();
     const auto equipment = editing_.tables().equipmentOfLastLine(registration_);
     if (!equipment) return equipment.error();
-    showInBox(*equipment_, toQString(*equipment));
+    equipment_->setValue(toQString(*equipment));
     return JobProgress::more;
   };
   const auto route = [this]() -> Result<JobProgress> {
@@ -212,9 +213,39 @@ void DetailPanel::showSelection() {
   };
   const auto airline = [this]() -> Result<JobProgress> {
     if (airline_->AirLineLoad(std::string(Left(flightToShow_, 2)))) showFrames();
+    focusEditor();
     return JobProgress::done;
   };
   lookUp_.start({photoAndAircraft, route, airline});
+}
+
+void DetailPanel::readyEditor(LineEditor editor, const std::string& key) {
+  readied_ = editor;
+  readiedKey_ = key;
+  if (!lookUp_.isRunning()) focusEditor();
+}
+
+void DetailPanel::focusEditor() {
+  switch (std::exchange(readied_, LineEditor::none)) {
+    case LineEditor::aircraft:
+      equipment_->setFocus();
+      equipment_->selectAll();
+      break;
+    case LineEditor::flight:
+      flight_->takeKeys();
+      break;
+    case LineEditor::airline:
+      airline_->takeKeys();
+      break;
+    case LineEditor::airport:
+      airportEditor_->takeKeys(readiedKey_);
+      break;
+    case LineEditor::photo:
+      photo_->search()->button()->setFocus();
+      break;
+    case LineEditor::none:
+      break;
+  }
 }
 
 void DetailPanel::showFrames() {
@@ -236,7 +267,7 @@ void DetailPanel::saveEquipment() {
     editing_.refuse(kNoLineSelected);
     return;
   }
-  const QString typed = equipment_->text();
+  const QString typed = equipment_->value();
   if (!editing_.acceptTexts({typed})) return;
   // A line that was selected a moment ago may not be the one shown yet.
   const std::string registration = registration_;

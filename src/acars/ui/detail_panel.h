@@ -2,7 +2,6 @@
 
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QWidget>
 #include <functional>
@@ -12,6 +11,7 @@
 #include "core/context.h"
 #include "core/ui/busy_labels.h"
 #include "core/ui/line_look_up.h"
+#include "log/ui/line_editor.h"
 #include "log/ui/log_list_model.h"
 #include "log/ui/log_list_view.h"
 #include "tables/ui/airport_group.h"
@@ -52,6 +52,9 @@ class DetailPanel : public QWidget {
 
   /// Opens the airport dialog for a shown airport name.
 
+  /// Gives an editor the keys, once the look-up under way, if any, has ended.
+  void readyEditor(LineEditor editor, const std::string& key);
+
   [[nodiscard]] AirportGroup* airports() const { return airports_; }
   [[nodiscard]] EngineRow* photoSearch() const { return photo_->search(); }
   [[nodiscard]] EngineRow* flightSearch() const { return flightSearch_; }
@@ -61,6 +64,8 @@ class DetailPanel : public QWidget {
   [[nodiscard]] QWidget* makePhotoColumn();
   [[nodiscard]] QWidget* makeFlightColumn();
 
+  void focusEditor();
+
   const Context& context_;
   LogListView* list_;
   LogListModel* model_;
@@ -69,7 +74,7 @@ class DetailPanel : public QWidget {
   TableEditing editing_;
   PhotoPane* photo_;          // Image1, Label1, Combo2, Command7(0)
   QGroupBox* aircraftFrame_;  // Frame1
-  QLineEdit* equipment_;      // Text1
+  EditorBox* equipment_;      // Text1
   QPushButton* enter_;        // Command1
   FlightEditor* flight_;      // Frame2
   QLabel* title_;             // stands in the frames' place
@@ -77,9 +82,11 @@ class DetailPanel : public QWidget {
   QPushButton* rawLog_;       // Command7(3)
   AirportGroup* airports_;
   AirportEditor* airportEditor_;
-  AirlineEditor* airline_;    // Frame3
-  std::string registration_;  // in the aircraft frame
-  std::string flightToShow_;  // of the look-up under way
+  AirlineEditor* airline_;                 // Frame3
+  std::string registration_;               // in the aircraft frame
+  std::string flightToShow_;               // of the look-up under way
+  LineEditor readied_ = LineEditor::none;  // when the look-up has ended
+  std::string readiedKey_;
 };
 
 }  // namespace vel

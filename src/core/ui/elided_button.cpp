@@ -20,6 +20,8 @@ void ElidedButton::setHint(const QString& hint) { hint_ = hint; }
 
 void ElidedButton::showText(const QString& text) {
   setText(text);
+  // A screen reader reads the fixed name, and then this.
+  setAccessibleDescription(shownText(text, kLongestEntry));
   // The letter behind an ampersand has become one.
   setShortcut({});
 }

@@ -18,7 +18,7 @@ class LineList : public QTableView {
   [[nodiscard]] int listIndex() const;
 
   /// Asks for the selected lines: cells joined by tabs.
-  void copyLines();
+  virtual void copyLines();
   /// Asks for the current cell of the selected line.
   void copyCell();
 

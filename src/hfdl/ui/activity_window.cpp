@@ -14,6 +14,7 @@
 #include "core/text.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/screen_room.h"
 #include "hfdl/activity_chart.h"
 
 namespace vel {
@@ -24,6 +25,8 @@ using std::chrono::local_seconds;
 
 constexpr QSize kDesignedSize(960, 560);
 constexpr QSize kLeastPicture(620, 240);
+// What the window has beside and above the chart, about.
+constexpr QSize kControls(20, 60);
 
 // A name that came over the air may be wider than the screen.
 constexpr int kWidestName = 240;
@@ -73,7 +76,7 @@ void ActivityWindow::buildControls() {
   picture_ = new ChartPicture(desktop(), QStringLiteral("ground_stations.png"), this);
   picture_->setAccessibleName(tr("Chart of the ground stations' activity"));
   picture_->setContextMenuPolicy(Qt::ActionsContextMenu);
-  picture_->setMinimumSize(kLeastPicture);
+  picture_->setMinimumSize(kLeastPicture.boundedTo(screenRoom(*this) - kControls));
   picture_->installEventFilter(this);
 
   auto* row = new QHBoxLayout;

@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 
 #include "core/ui/bring_to_front.h"
+#include "core/ui/screen_room.h"
 
 namespace vel {
 
@@ -12,6 +13,7 @@ void ChartWindow::open() {
   if (!open_) {
     open_ = true;
     whenOpened();
+    fitToScreen(*this);
   }
   bringToFront(*this);
 }

@@ -16,6 +16,7 @@
 
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/screen_room.h"
 #include "hfdl/frequency_chart.h"
 
 namespace vel {
@@ -25,6 +26,8 @@ using std::chrono::local_days;
 
 constexpr QSize kDesignedSize(1120, 680);
 constexpr QSize kLeastFrame(700, 260);
+// What the window has beside and above the chart, about.
+constexpr QSize kControls(40, 60);
 constexpr int kPointStep = 6;  // about an hour
 
 QToolButton* makeButton(QAction* action, QWidget* parent) {
@@ -59,7 +62,7 @@ FrequencyWindow::FrequencyWindow(const Context& context)
 void FrequencyWindow::buildControls() {
   frame_ = new QWidget(this);
   frame_->setObjectName(QStringLiteral("Frame1"));
-  frame_->setMinimumSize(kLeastFrame);
+  frame_->setMinimumSize(kLeastFrame.boundedTo(screenRoom(*this) - kControls));
   frame_->installEventFilter(this);
   picture_ = new ChartPicture(desktop(), QStringLiteral("frequencies.png"), frame_);
   picture_->setAccessibleName(tr("Chart of the frequencies of a week"));
@@ -168,13 +171,19 @@ void FrequencyWindow::load(local_days start, std::optional<QPoint> enlarged) {
 
 void FrequencyWindow::finishLoad(std::optional<QPoint> enlarged) {
   const std::vector<std::string> messages = week_->messages();
-  for (const std::string& message : messages) {
-    desktop().showMessage(message);
+  if (const std::string overflow = week_->overflowText(); !overflow.empty()) {
+    desktop().showMessage(overflow);
     // The window was closed meanwhile, and perhaps opened again.
     if (!week_ || weekJob_.isRunning()) return;
   }
   week_.reset();
   DrawGraph();
+  // A message follows: the chart is there before it.
+  if (!messages.empty()) picture_->repaint();
+  for (const std::string& message : messages) {
+    desktop().showMessage(message);
+    if (week_ || !isVisible()) return;
+  }
   if (enlarged) showMagnifier(*enlarged);
 }
 

@@ -150,7 +150,16 @@ void HfdlBrowser::jumpToAddressService() {
 
 int HfdlBrowser::registrationColumn() const { return kHfdlRegistration; }
 
-int HfdlBrowser::flightColumn() const { return kHfdlFlight; }
+std::string HfdlBrowser::flightToFind() {
+  // A short one is that of its airline.
+  const std::string received = list()->selectedText(kHfdlFlight);
+  const auto aircraft = tables_.aircraftOfAddressIfPresent(list()->selectedText(kHfdlAddress));
+  return aircraft ? completedFlight(received, *aircraft) : received;
+}
+
+void HfdlBrowser::readyEditor(LineEditor editor, const std::string& key) {
+  panel_->readyEditor(editor, key);
+}
 
 void HfdlBrowser::searchPhoto() {
   ShellOpen(desktop(), photoAddress(context().services, settings(),

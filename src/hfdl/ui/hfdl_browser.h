@@ -38,7 +38,8 @@ class HfdlBrowser : public LogBrowser {
   void lineKept() override { panel_->showSelectionAgain(); }
   void addFilterActions(QMenu&, const QModelIndex&) override {}
   [[nodiscard]] int registrationColumn() const override;
-  [[nodiscard]] int flightColumn() const override;
+  [[nodiscard]] std::string flightToFind() override;
+  void readyEditor(LineEditor editor, const std::string& key) override;
   void searchPhoto() override;
   void searchFlight() override;
   void openPhoto() override;

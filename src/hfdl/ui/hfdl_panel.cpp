@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "core/text.h"
 #include "core/ui/panel_layout.h"
@@ -132,6 +133,7 @@ void HfdlPanel::showSelectionAgain() {
 }
 
 void HfdlPanel::showSelection() {
+  readied_ = LineEditor::none;
   if (list_->listIndex() < 0) return;
   aircraft_->hide();
   hint_->hide();
@@ -154,15 +156,47 @@ void HfdlPanel::showSelection() {
     const std::string flight = completedFlight(receivedFlight_, foundAircraft_);
     flight_->setFlight(flight);
     flight_->setVisible(!flight.empty());
-    if (flight.empty()) return JobProgress::done;
+    if (flight.empty()) {
+      focusEditor();
+      return JobProgress::done;
+    }
     flight_->setRoute(std::nullopt);
     const auto found = routeIfPresent(editing_.tables(), flight);
     if (!found) return found.error();
     flight_->setRoute(*found);
     return JobProgress::more;
   };
-  const auto drawn = []() -> Result<JobProgress> { return JobProgress::done; };
+  const auto drawn = [this]() -> Result<JobProgress> {
+    focusEditor();
+    return JobProgress::done;
+  };
   lookUp_.start({photoAndAircraft, route, drawn});
+}
+
+void HfdlPanel::readyEditor(LineEditor editor, const std::string& key) {
+  readied_ = editor;
+  readiedKey_ = key;
+  if (!lookUp_.isRunning()) focusEditor();
+}
+
+void HfdlPanel::focusEditor() {
+  switch (std::exchange(readied_, LineEditor::none)) {
+    case LineEditor::aircraft:
+      aircraft_->takeKeys();
+      break;
+    case LineEditor::flight:
+      flight_->takeKeys();
+      break;
+    case LineEditor::airport:
+      airportEditor_->takeKeys(readiedKey_);
+      break;
+    case LineEditor::photo:
+      photo_->search()->button()->setFocus();
+      break;
+    case LineEditor::airline:  // edited in the other browser
+    case LineEditor::none:
+      break;
+  }
 }
 
 void HfdlPanel::updateAircraftRows(const Icao24Record& written) {

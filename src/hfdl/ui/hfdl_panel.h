@@ -10,6 +10,7 @@
 #include "core/ui/busy_labels.h"
 #include "core/ui/line_look_up.h"
 #include "hfdl/ui/icao24_editor.h"
+#include "log/ui/line_editor.h"
 #include "log/ui/log_list_model.h"
 #include "log/ui/log_list_view.h"
 #include "tables/ui/airport_group.h"
@@ -46,6 +47,9 @@ class HfdlPanel : public QWidget {
 
   [[nodiscard]] Icao24Editor* aircraft() const { return aircraft_; }
   [[nodiscard]] FlightEditor* flight() const { return flight_; }
+  /// Gives an editor the keys, once the look-up under way, if any, has ended.
+  void readyEditor(LineEditor editor, const std::string& key);
+
   [[nodiscard]] AirportGroup* airports() const { return airports_; }
   [[nodiscard]] EngineRow* addressSearch() const { return addressSearch_; }
   [[nodiscard]] EngineRow* photoSearch() const { return photo_->search(); }
@@ -58,6 +62,8 @@ class HfdlPanel : public QWidget {
   [[nodiscard]] QWidget* makeAirportColumn();
   void updateAircraftRows(const Icao24Record& written);
   [[nodiscard]] std::function<void()> flightRowsUpdate();
+
+  void focusEditor();
 
   const Context& context_;
   LogListView* list_;
@@ -77,6 +83,8 @@ class HfdlPanel : public QWidget {
   QPersistentModelIndex shownLine_;
   std::string receivedFlight_;  // of the look-up under way
   Icao24Record foundAircraft_;
+  LineEditor readied_ = LineEditor::none;  // when the look-up has ended
+  std::string readiedKey_;
 };
 
 }  // namespace vel

@@ -79,7 +79,7 @@ void Icao24Editor::addBox(QGridLayout* grid, Box box, const QString& caption,
                           const QString& accessibleName, const QString& toolTip,
                           const QString& widestText) {
   constexpr int kBoxFrame = 12;
-  QLineEdit* edit = makeEditorBox(this, QStringLiteral("Text1(%1)").arg(static_cast<int>(box)),
+  EditorBox* edit = makeEditorBox(this, QStringLiteral("Text1(%1)").arg(static_cast<int>(box)),
                                   accessibleName, toolTip, enter_);
   edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(widestText) + kBoxFrame);
   auto* label = new QLabel(caption, this);
@@ -92,11 +92,11 @@ void Icao24Editor::addBox(QGridLayout* grid, Box box, const QString& caption,
   connect(edit, &QLineEdit::textChanged, this, [this, box] { boxChanged(box); });
 }
 
-std::string Icao24Editor::text(Box box) const { return boxes_[box]->text().toStdString(); }
+std::string Icao24Editor::text(Box box) const { return boxes_[box]->value().toStdString(); }
 
 void Icao24Editor::write(std::initializer_list<std::pair<Box, std::string>> texts) {
   const bool before = std::exchange(writing_, true);
-  for (const auto& [box, text] : texts) boxes_[box]->setText(toQString(text));
+  for (const auto& [box, text] : texts) boxes_[box]->setValue(toQString(text));
   writing_ = before;
 }
 
@@ -118,6 +118,11 @@ void Icao24Editor::setAircraft(const Icao24Record& record) {
          {kEquipment, record[kEquipment]}});
 }
 
+void Icao24Editor::takeKeys() {
+  boxes_[kThreeLetter]->setFocus();
+  boxes_[kThreeLetter]->selectAll();
+}
+
 void Icao24Editor::boxChanged(Box changed) {
   if (writing_) return;
   writing_ = true;
@@ -137,14 +142,14 @@ void Icao24Editor::boxChanged(Box changed) {
 
 void Icao24Editor::saveAircraft() {
   const bool accepted = editing_.acceptTexts(
-      {boxes_[kAddress]->text(), boxes_[kThreeLetter]->text(), boxes_[kTwoLetter]->text(),
-       boxes_[kRegistration]->text(), boxes_[kEquipment]->text()});
+      {boxes_[kAddress]->value(), boxes_[kThreeLetter]->value(), boxes_[kTwoLetter]->value(),
+       boxes_[kRegistration]->value(), boxes_[kEquipment]->value()});
   if (!accepted) return;
-  if (boxes_[kAddress]->text().isEmpty()) {
+  if (boxes_[kAddress]->value().isEmpty()) {
     editing_.refuse(kNoAddress);
     return;
   }
-  if (!editing_.acceptKey(boxes_[kAddress]->text())) return;
+  if (!editing_.acceptKey(boxes_[kAddress]->value())) return;
   Icao24Record record;
   for (std::size_t i = 0; i < record.size(); ++i) record[i] = text(static_cast<Box>(i));
   editing_.rewrite(*enter_, aircraftEdit(record), [this, record] { rowUpdate_(record); });

@@ -2,7 +2,6 @@
 
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QLineEdit>
 #include <QPushButton>
 #include <array>
 #include <functional>
@@ -36,6 +35,9 @@ class Icao24Editor : public QGroupBox {
 
   [[nodiscard]] std::string text(Box box) const;
 
+  /// Gives the keys to the box behind the address.
+  void takeKeys();
+
   /// Writes the boxes to ICAO24.csv; no line needs to be selected.
   void saveAircraft();
 
@@ -52,7 +54,7 @@ class Icao24Editor : public QGroupBox {
 
   const TableEditing& editing_;
   RowUpdate rowUpdate_;
-  std::array<QLineEdit*, kBoxes> boxes_{};
+  std::array<EditorBox*, kBoxes> boxes_{};
   QPushButton* enter_;  // Command1
   QPushButton* paste_;  // Command4
   bool writing_ = false;

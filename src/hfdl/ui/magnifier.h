@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QPoint>
 #include <functional>
+#include <optional>
 
 #include "hfdl/shapes.h"
 
@@ -11,7 +12,8 @@ namespace vel {
 
 /// Shows a square of 150 x 150 pixels of a picture four times enlarged, and
 /// below it the axis of that part. It is taken anew each time the window is
-/// shown; clicks do nothing.
+/// shown; clicks do nothing. On a screen that is too small for it, the window
+/// shows a part and scrolls.
 class Magnifier : public QDialog {
   Q_OBJECT
 
@@ -40,7 +42,6 @@ class Magnifier : public QDialog {
   [[nodiscard]] QPoint origin() const { return origin_; }
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
@@ -48,9 +49,10 @@ class Magnifier : public QDialog {
 
   Sampler picture_;
   Axis axis_;
+  class Surface;
+
   QPoint origin_;
-  QImage square_;
-  Drawing shownAxis_;
+  Surface* surface_ = nullptr;
 };
 
 }  // namespace vel

@@ -1,6 +1,8 @@
 #include "history/ui/found_list.h"
 
 #include <QHeaderView>
+#include <algorithm>
+#include <utility>
 
 namespace vel {
 
@@ -18,6 +20,25 @@ FoundList::FoundList(FoundModel* model, QWidget* parent) : LineList(model, paren
     setColumnWidth(column, kCharacters[column] * character + 12);
   }
   connect(header, &QHeaderView::sectionClicked, this, &FoundList::sortAsked);
+}
+
+std::vector<int> FoundList::selectedLines(std::size_t most) const {
+  // A million lines are a few ranges.
+  std::vector<std::pair<int, int>> ranges;
+  for (const QItemSelectionRange& range : selectionModel()->selection()) {
+    ranges.emplace_back(range.top(), range.bottom());
+  }
+  std::sort(ranges.begin(), ranges.end());
+  std::vector<int> lines;
+  for (const auto& [top, bottom] : ranges) {
+    const int from = lines.empty() ? top : std::max(top, lines.back() + 1);
+    for (int row = from; row <= bottom && lines.size() < most; ++row) lines.push_back(row);
+  }
+  return lines;
+}
+
+void FoundList::copyLines() {
+  if (listIndex() >= 0) Q_EMIT copyAsked();
 }
 
 }  // namespace vel

@@ -4,6 +4,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "core/ui/editor_box.h"
+
 namespace vel {
 namespace {
 
@@ -51,6 +53,7 @@ void HistoryForm::addSearchRow() {
   describe(meaning_, "Meaning", tr("Meaning of the text"),
            tr("What the text is taken for\n検索する項目"));
   text_->setMaxLength(kLongestTyped);
+  refuseLongerTexts(*text_);
   describe(text_, "SearchText", tr("Text to search for"),
            tr("Text as it stands in the logs; the hyphen of a registration may be left out\n"
               "検索する文字（機体番号のハイフンは省略可）"));

@@ -14,6 +14,8 @@
 #include "core/ui/bring_to_front.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/screen_room.h"
+#include "history/line_copy.h"
 #include "history/log_place.h"
 
 namespace vel {
@@ -27,6 +29,7 @@ constexpr std::size_t kLarge = 100'000;
 constexpr qint64 kLargeInterval = 200;
 constexpr qint64 kWordsInterval = 300;
 constexpr int kLongestMenuText = 40;
+constexpr std::chrono::milliseconds kCopySlice{10};
 
 StripChoice choiceOf(std::chrono::local_days first, std::chrono::local_days last) {
   return {static_cast<int>(first.time_since_epoch().count()),
@@ -56,7 +59,8 @@ HistoryWindow::HistoryWindow(const Context& context)
       problems_(new QLabel(this)),
       search_(context.jobs),
       ordering_(context.jobs),
-      opening_(context.jobs) {
+      opening_(context.jobs),
+      copying_(context.jobs) {
   setObjectName(QStringLiteral("HistoryWindow"));
   setWindowTitle(tr("Find in all logs 全日検索"));
   auto* rows = new QVBoxLayout(this);
@@ -89,8 +93,11 @@ HistoryWindow::HistoryWindow(const Context& context)
   connect(words_, &HistoryWords::dayAsked, this, &HistoryWindow::restrictToDay);
   connect(list_, &FoundList::sortAsked, this, &HistoryWindow::sortBy);
   connect(list_, &FoundList::lineOpened, this, &HistoryWindow::openLine);
-  connect(list_, &FoundList::copied, this,
-          [this](const QString& text) { context_.desktop.setClipboardText(text.toStdString()); });
+  connect(list_, &FoundList::copyAsked, this, &HistoryWindow::copyLines);
+  connect(list_, &FoundList::copied, this, [this](const QString& text) {
+    copying_.stop();
+    context_.desktop.setClipboardText(text.toStdString());
+  });
   connect(list_, &FoundList::customContextMenuRequested, this, &HistoryWindow::showMenu);
   connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, form_,
           &HistoryForm::focusText);
@@ -134,6 +141,7 @@ QWidget* HistoryWindow::makeFilterRow() {
 }
 
 void HistoryWindow::open() {
+  if (!isVisible()) fitToScreen(*this);
   bringToFront(*this);
   form_->focusText();
 }
@@ -150,6 +158,7 @@ void HistoryWindow::find() {
   search_.stop();
   ordering_.stop();
   opening_.stop();
+  copying_.stop();
   model_->beginClear();
   found_.clear();
   model_->endClear();
@@ -325,7 +334,9 @@ void HistoryWindow::showMenu(const QPoint& place) {
   menu.addAction(tr("Copy cell"), list_, &FoundList::copyCell);
   menu.addAction(tr("Copy line\tCtrl+C"), list_, &FoundList::copyLines);
   menu.addSeparator();
-  menu.addAction(tr("Only \"%1\"").arg(menuText(text)), this, [this, column, text] {
+  QAction* only = menu.addAction(tr("Only \"%1\"").arg(menuText(text)));
+  only->setObjectName(QStringLiteral("OnlyThis"));
+  connect(only, &QAction::triggered, this, [this, column, text] {
     FoundFilter filter = filter_;
     std::erase_if(filter.values, [column](const auto& value) { return value.column == column; });
     filter.values.push_back({column, text.toStdString()});
@@ -341,6 +352,29 @@ void HistoryWindow::showMenu(const QPoint& place) {
   addSearch(tr("All days of this aircraft"), kFoundRegistration, SearchMeaning::registration);
   addSearch(tr("All days of this flight"), kFoundFlight, SearchMeaning::flight);
   menu.exec(list_->viewport()->mapToGlobal(place));
+}
+
+void HistoryWindow::copyLines() {
+  std::vector<std::size_t> messages;
+  for (const int row : list_->selectedLines(LineCopy::kMostLines + 1)) {
+    messages.push_back(model_->messageAt(row));
+  }
+  auto job = std::make_unique<LineCopy>(found_, std::move(messages));
+  // The slot keeps the job for as long as it calls.
+  const LineCopy* const copy = job.get();
+  const auto taken = [this](const LineCopy& copied) {
+    context_.desktop.setClipboardText(copied.text());
+    if (!copied.isCut()) return;
+    say(tr("Copied the first %1 lines. 先頭の%1行をコピーしました。").arg(LineCopy::kMostLines));
+  };
+  copying_.stop();
+  // A few lines are there at once.
+  const auto progress = job->step(Job::Clock::now() + kCopySlice);
+  if (progress && *progress == JobProgress::done) {
+    taken(*copy);
+    return;
+  }
+  copying_.start(std::move(job), {.ended = [taken, copy](const Status&) { taken(*copy); }});
 }
 
 void HistoryWindow::openLine(int shownIndex) {
@@ -378,6 +412,7 @@ void HistoryWindow::closeEvent(QCloseEvent* event) {
   cancel();
   ordering_.stop();
   opening_.stop();
+  copying_.stop();
   QWidget::closeEvent(event);
 }
 

@@ -60,6 +60,7 @@ class HistoryWindow : public QWidget {
   void restrictToHour(const StripBar& bar);
   void showFilter();
   void showMenu(const QPoint& place);
+  void copyLines();
   void openLine(int shownIndex);
   void say(const QString& text);
 
@@ -85,6 +86,7 @@ class HistoryWindow : public QWidget {
   JobSlot search_;
   JobSlot ordering_;
   JobSlot opening_;
+  JobSlot copying_;
 };
 
 }  // namespace vel

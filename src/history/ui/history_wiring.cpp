@@ -26,20 +26,41 @@ LogBrowser* broughtToFront(Program& program, bool isHfdl) {
 
 LogBrowser::LineText lineTextOf(ReportKind kind, GapKind gap, const std::string& heardAs) {
   const bool isList = kind == ReportKind::list;
+  LogBrowser::LineText wanted;
+  wanted.text = heardAs;
   switch (gap) {
     case GapKind::aircraft:
-      return {{isList ? int{kListRegistration} : int{kHfdlAddress}}, heardAs};
-    case GapKind::flight:
-      return {{isList ? int{kListFlight} : int{kHfdlFlight}}, heardAs};
+      wanted.columns = {isList ? int{kListRegistration} : int{kHfdlAddress}};
+      wanted.editor = LineEditor::aircraft;
+      break;
+    case GapKind::flight: {
+      wanted.columns = {isList ? int{kListFlight} : int{kHfdlFlight}};
+      wanted.editor = LineEditor::flight;
+      // A short flight is that of the aircraft whose address stands behind it.
+      const std::size_t address = heardAs.find('\n');
+      if (address == std::string::npos) break;
+      wanted.text = heardAs.substr(0, address);
+      wanted.otherColumn = kHfdlAddress;
+      wanted.otherText = heardAs.substr(address + 1);
+      break;
+    }
     case GapKind::prefix:
-      return {{isList ? int{kListFlight} : int{kHfdlFlight}}, heardAs, true};
+      wanted.columns = {isList ? int{kListFlight} : int{kHfdlFlight}};
+      wanted.begins = true;
+      wanted.editor = LineEditor::airline;
+      break;
     case GapKind::airport:
-      if (isList) return {{kListDeparture, kListDestination}, heardAs};
-      return {{kHfdlOrigin, kHfdlDestination}, heardAs};
+      wanted.columns = {kHfdlOrigin, kHfdlDestination};
+      if (isList) wanted.columns = {kListDeparture, kListDestination};
+      wanted.editor = LineEditor::airport;
+      wanted.key = heardAs;
+      break;
     case GapKind::photo:
+      wanted.columns = {isList ? int{kListRegistration} : int{kHfdlRegistration}};
+      wanted.editor = LineEditor::photo;
       break;
   }
-  return {{isList ? int{kListRegistration} : int{kHfdlRegistration}}, heardAs};
+  return wanted;
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "core/ui/bring_to_front.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/screen_room.h"
 #include "hfdl/hfdl_lines.h"
 
 namespace vel {
@@ -45,7 +46,10 @@ std::vector<std::string> namesOf(const NameCounts& counts) {
 std::vector<ReportListModel::Line> linesOf(const std::vector<TableGap>& gaps) {
   std::vector<ReportListModel::Line> lines;
   lines.reserve(gaps.size());
-  for (const TableGap& gap : gaps) lines.push_back({gap.name, gap.heardAs, gap.count});
+  for (const TableGap& gap : gaps) {
+    const std::string address = gap.address.empty() ? "" : '\n' + gap.address;
+    lines.push_back({gap.name, gap.heardAs + address, gap.count});
+  }
   return lines;
 }
 
@@ -184,6 +188,7 @@ void ReportWindow::open(ReportKind kind, const std::string& log) {
   report_.kind = kind;
   report_.log = log;
   showPlainText(*title_, shownText(log));
+  if (!isVisible()) fitToScreen(*this);
   bringToFront(*this);
   looking_.stop();
   firstHeard_.stop();

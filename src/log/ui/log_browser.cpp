@@ -2,10 +2,12 @@
 
 #include <QLabel>
 #include <QShortcut>
+#include <algorithm>
 #include <utility>
 
 #include "core/text.h"
 #include "core/ui/narrow_letters.h"
+#include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "log/dated_logs.h"
 #include "log/ui/log_reading.h"
@@ -127,14 +129,18 @@ void LogBrowser::GetLogFileList() {
   listing_.start(makeJob(list), {.ended = [this, names](const Status&) { offerLogs(*names); }});
 }
 
+void LogBrowser::addLog(const std::string& name) {
+  logFile_->addItem(shownText(name, kLongestEntry), toQString(name));
+}
+
 void LogBrowser::offerLogs(const std::vector<std::string>& names) {
-  const std::string remembered = logFile_->currentText().toStdString();
+  const std::string remembered = shownLog();
   int chosen = chooseLog(names, remembered);
   if (chosen < 0 && kind_.newestWhenGone) chosen = chooseLog(names, {});
   {
     const QSignalBlocker blocker(logFile_);
     logFile_->clear();
-    for (const std::string& name : names) logFile_->addItem(toQString(name));
+    for (const std::string& name : names) addLog(name);
     logFile_->setCurrentIndex(chosen);
   }
   if (chosen < 0) desktop().showMessage(kind_.noLogMessage);
@@ -250,15 +256,11 @@ void LogBrowser::finishRead() {
 }
 
 void LogBrowser::readUnfiltered(const std::string& log, std::function<void()> thenDo) {
-  const QString name = toQString(log);
   {
     const QSignalBlocker blocker(logFile_);
     // A log that came since the logs were listed.
-    if (logFile_->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive) < 0) {
-      logFile_->addItem(name);
-    }
-    logFile_->setCurrentIndex(
-        logFile_->findText(name, Qt::MatchFixedString | Qt::MatchCaseSensitive));
+    if (logFile_->findData(toQString(log)) < 0) addLog(log);
+    logFile_->setCurrentIndex(logFile_->findData(toQString(log)));
   }
   withoutReading([this] { takeFiltersBack(); });
   whenRead_ = [this, log, thenDo = std::move(thenDo)] {
@@ -271,17 +273,26 @@ void LogBrowser::showLine(const std::string& log, std::size_t row) {
   readUnfiltered(log, [this, row] { list_->setListIndex(model_->shownIndexOf(row)); });
 }
 
-bool LogBrowser::selectLineWith(const LineText& wanted) {
-  for (int row = 0; row < model_->rowCount(); ++row) {
-    for (const int column : wanted.columns) {
-      const std::string cell = model_->cell(row, column);
-      const std::string_view text = Trim(cell);
-      if (wanted.begins ? !text.starts_with(wanted.text) : text != wanted.text) continue;
-      list_->setListIndex(row);
-      return true;
-    }
+bool LogBrowser::hasText(int row, const LineText& wanted) const {
+  if (wanted.otherColumn >= 0 && model_->cell(row, wanted.otherColumn) != wanted.otherText) {
+    return false;
   }
-  return false;
+  return std::any_of(wanted.columns.begin(), wanted.columns.end(), [&](int column) {
+    const std::string cell = model_->cell(row, column);
+    const std::string_view text = Trim(cell);
+    return wanted.begins ? text.starts_with(wanted.text) : text == wanted.text;
+  });
+}
+
+bool LogBrowser::selectLineWith(const LineText& wanted) {
+  int row = 0;
+  while (row < model_->rowCount() && !hasText(row, wanted)) ++row;
+  if (row == model_->rowCount()) return false;
+  list_->setListIndex(row);
+  // The list follows its selection a moment later.
+  QMetaObject::invokeMethod(
+      this, [this, wanted] { readyEditor(wanted.editor, wanted.key); }, Qt::QueuedConnection);
+  return true;
 }
 
 void LogBrowser::showLineWith(const std::string& log, const LineText& wanted) {
@@ -290,14 +301,14 @@ void LogBrowser::showLineWith(const std::string& log, const LineText& wanted) {
 }
 
 void LogBrowser::addHistoryActions(QMenu& menu) {
-  const auto add = [&](const QString& text, int column,
+  const auto add = [&](const QString& text, std::string_view name,
                        const std::function<void(const std::string&)>& find) {
     if (!find) return;
-    const std::string name(Trim(list_->selectedText(column)));
-    menu.addAction(text, this, [find, name] { find(name); })->setEnabled(!name.empty());
+    menu.addAction(text, this, [find, found = std::string(Trim(name))] { find(found); })
+        ->setEnabled(!Trim(name).empty());
   };
-  add(tr("All days of this aircraft"), registrationColumn(), findAircraft);
-  add(tr("All days of this flight"), flightColumn(), findFlight);
+  add(tr("All days of this aircraft"), list_->selectedText(registrationColumn()), findAircraft);
+  if (findFlight) add(tr("All days of this flight"), flightToFind(), findFlight);
 }
 
 void LogBrowser::showContextMenu(const QPoint& position) {

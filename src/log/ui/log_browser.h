@@ -17,6 +17,7 @@
 #include "core/job.h"
 #include "core/ui/menu_button.h"
 #include "log/log_reader.h"
+#include "log/ui/line_editor.h"
 #include "log/ui/log_list_model.h"
 #include "log/ui/log_list_view.h"
 #include "log/ui/log_reading.h"
@@ -65,7 +66,9 @@ class LogBrowser : public BrowserWindow {
   void readFiltered();
 
   /// The name of the selected log, empty when none is.
-  [[nodiscard]] std::string shownLog() const { return logFile_->currentText().toStdString(); }
+  [[nodiscard]] std::string shownLog() const {
+    return logFile_->currentData().toString().toStdString();
+  }
 
   /// What shows the raw log of that name; set before load(). Without it the
   /// raw log is not offered.
@@ -95,9 +98,16 @@ class LogBrowser : public BrowserWindow {
     std::vector<int> columns;
     std::string text;
     bool begins = false;  ///< the column begins with the text
+    /// What another column holds, where that matters.
+    int otherColumn = -1;
+    std::string otherText = {};
+    /// What is to be edited then, and its key where the line is not that.
+    LineEditor editor = LineEditor::none;
+    std::string key = {};
   };
-  /// Selects the first shown line of a log with that text; reads the log without
-  /// any filter where it does not show such a line.
+  /// Selects the first shown line of a log with that text, and makes the editor
+  /// ready once its details are shown; reads the log without any filter where
+  /// it does not show such a line.
   void showLineWith(const std::string& log, const LineText& wanted);
 
   /// Makes a change of the controls that asks for no read: GetLogData does
@@ -145,7 +155,11 @@ class LogBrowser : public BrowserWindow {
   virtual void takeFiltersBack() {}
   /// The columns by which all days are searched.
   [[nodiscard]] virtual int registrationColumn() const = 0;
-  [[nodiscard]] virtual int flightColumn() const = 0;
+  /// The flight of the selected line by which all days are searched.
+  [[nodiscard]] virtual std::string flightToFind() = 0;
+
+  /// Gives an editor the keys once the selected line's details are shown.
+  virtual void readyEditor(LineEditor editor, const std::string& key) = 0;
 
   /// Adds to the list's menu, between the copies and the look-ups.
   virtual void addFilterActions(QMenu& menu, const QModelIndex& clicked) = 0;
@@ -157,9 +171,11 @@ class LogBrowser : public BrowserWindow {
 
  private:
   void readUnfiltered(const std::string& log, std::function<void()> thenDo);
+  [[nodiscard]] bool hasText(int row, const LineText& wanted) const;
   bool selectLineWith(const LineText& wanted);
   void addHistoryActions(QMenu& menu);
   void fillMenu();
+  void addLog(const std::string& name);
   void offerLogs(const std::vector<std::string>& names);
   void finishListing();
   void tell(const LogReading::Message& message);

@@ -35,10 +35,10 @@ AirportDialog::AirportDialog(const TableEditing& editing, const QString& callerT
   search->setAccessibleName(tr("Web search for the code"));
   search->setToolTip(tr("Searches the web for this code\n空港コードをWebで検索"));
   search->setAutoDefault(false);
-  code_ = new QLineEdit(this);
+  code_ = new EditorBox(this);
   code_->setObjectName(QStringLiteral("Text1(0)"));
   code_->setAccessibleName(tr("4-letter airport code"));
-  name_ = new QLineEdit(this);
+  name_ = new EditorBox(this);
   name_->setObjectName(QStringLiteral("Text1(1)"));
   name_->setAccessibleName(tr("Airport name and 3-letter code"));
   name_->setMinimumWidth(fontMetrics().averageCharWidth() * 50);
@@ -81,24 +81,24 @@ AirportDialog::AirportDialog(const TableEditing& editing, const QString& callerT
 void AirportDialog::showEvent(QShowEvent* event) {
   QDialog::showEvent(event);
   // The user types the 3-letter code behind the blank.
-  showInBox(*name_, callerText_ + QLatin1Char(' '));
+  name_->setValue(callerText_ + QLatin1Char(' '));
   code_->setFocus();
 }
 
 void AirportDialog::showNameOfCode() {
   makeCapitals(*code_);
   const auto name =
-      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(code_->text().toStdString()));
+      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(code_->value().toStdString()));
   if (editing_.desktop().isEnding()) {
     reject();
     return;
   }
-  if (name) showInBox(*name_, toQString(*name));
+  if (name) name_->setValue(toQString(*name));
 }
 
 void AirportDialog::saveAirport() {
   TableEdit edit;
-  if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
+  if (!acceptAirport(editing_, code_->value(), name_->value(), edit)) return;
   isWriting_ = true;
   editing_.rewrite(
       *enter_, edit,
@@ -122,7 +122,7 @@ void AirportDialog::reject() {
 }
 
 void AirportDialog::searchWeb() {
-  ShellOpen(editing_.desktop(), searchAddress_(code_->text().toStdString()));
+  ShellOpen(editing_.desktop(), searchAddress_(code_->value().toStdString()));
 }
 
 void joinAirports(FlightEditor& flight, AirportGroup& candidates, AirportEditor& editor,

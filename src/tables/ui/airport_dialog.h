@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QLineEdit>
 #include <QPushButton>
 #include <functional>
 #include <string>
@@ -47,8 +46,8 @@ class AirportDialog : public QDialog {
   const TableEditing& editing_;
   QString callerText_;
   SearchAddress searchAddress_;
-  QLineEdit* code_;  // Text1(0)
-  QLineEdit* name_;  // Text1(1)
+  EditorBox* code_;  // Text1(0)
+  EditorBox* name_;  // Text1(1)
   QPushButton* enter_;
   bool isWriting_ = false;
 };

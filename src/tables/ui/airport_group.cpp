@@ -144,15 +144,23 @@ AirportEditor::AirportEditor(const TableEditing& editing, QWidget* parent)
   connect(enter_, &QPushButton::clicked, this, &AirportEditor::saveAirport);
 }
 
+void AirportEditor::takeKeys(const std::string& code) {
+  const bool isKey = length(code) == kAirportCodeLength;
+  if (isKey) code_->setValue(toQString(code));
+  EditorBox* box = isKey ? name_ : code_;
+  box->setFocus();
+  box->selectAll();
+}
+
 void AirportEditor::showNameOfCode() {
-  if (length(code_->text().toStdString()) != kAirportCodeLength) {
+  if (length(code_->value().toStdString()) != kAirportCodeLength) {
     name_->clear();
     return;
   }
   makeCapitals(*code_);
   const auto name =
-      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(code_->text().toStdString()));
-  showInBox(*name_, toQString(name.value_or("")));
+      editing_.valueOrEnd(editing_.tables().airportNameOfFirstLine(code_->value().toStdString()));
+  name_->setValue(toQString(name.value_or("")));
 }
 
 bool acceptAirport(const TableEditing& editing, const QString& code, const QString& name,
@@ -165,7 +173,7 @@ bool acceptAirport(const TableEditing& editing, const QString& code, const QStri
 
 void AirportEditor::saveAirport() {
   TableEdit edit;
-  if (!acceptAirport(editing_, code_->text(), name_->text(), edit)) return;
+  if (!acceptAirport(editing_, code_->value(), name_->value(), edit)) return;
   editing_.rewrite(*enter_, edit, [this] { Q_EMIT written(); });
 }
 

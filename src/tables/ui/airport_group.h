@@ -48,6 +48,10 @@ class AirportEditor : public QWidget {
  public:
   AirportEditor(const TableEditing& editing, QWidget* parent);
 
+  /// Puts a 4-letter code into its box and gives the keys to the name's; for
+  /// any other code to the code's box.
+  void takeKeys(const std::string& code);
+
   /// Writes the record to airport.csv; an empty name deletes the code.
   void saveAirport();
 
@@ -59,8 +63,8 @@ class AirportEditor : public QWidget {
   void showNameOfCode();
 
   const TableEditing& editing_;
-  QLineEdit* code_;     // Text2(5)
-  QLineEdit* name_;     // Text2(6)
+  EditorBox* code_;     // Text2(5)
+  EditorBox* name_;     // Text2(6)
   QPushButton* enter_;  // Command8
 };
 

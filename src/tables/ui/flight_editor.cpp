@@ -130,22 +130,25 @@ FlightEditor::FlightEditor(const TableEditing& editing, IsLineSelected isLineSel
 void FlightEditor::setFlight(const std::string& flight) {
   flight_ = flight;
   setTitle(frameTitle(flight));
+  // A screen reader reads a frame's name and not its title.
+  setAccessibleName(flight.empty() ? tr("Flight")
+                                   : tr("Flight: %1").arg(shownText(flight, kLongestEntry)));
 }
 
 void FlightEditor::setRoute(const std::optional<FlightRoute>& route) {
   const FlightRoute shown = route.value_or(FlightRoute());
   for (QLabel* notice : notices_) notice->hide();
-  showInBox(*departure_, toQString(shown.departure));
-  showInBox(*destination_, toQString(shown.destination));
-  showInBox(*remark_, toQString(shown.remark));
+  departure_->setValue(toQString(shown.departure));
+  destination_->setValue(toQString(shown.destination));
+  remark_->setValue(toQString(shown.remark));
 }
 
 FlightRoute FlightEditor::route() const {
-  return {departure_->text().toStdString(), destination_->text().toStdString(),
-          remark_->text().toStdString()};
+  return {departure_->value().toStdString(), destination_->value().toStdString(),
+          remark_->value().toStdString()};
 }
 
-QLineEdit& FlightEditor::boxOf(RouteEnd end) const {
+EditorBox& FlightEditor::boxOf(RouteEnd end) const {
   return end == RouteEnd::departure ? *departure_ : *destination_;
 }
 
@@ -162,7 +165,12 @@ void FlightEditor::setAirport(RouteEnd end, const std::string& code, const std::
     notice.setToolTip(plainToolTip(notice.text()));
     return;
   }
-  showInBox(boxOf(end), toQString(code));
+  boxOf(end).setValue(toQString(code));
+}
+
+void FlightEditor::takeKeys() {
+  departure_->setFocus();
+  departure_->selectAll();
 }
 
 void FlightEditor::showAirportNames() {
@@ -173,7 +181,7 @@ void FlightEditor::showAirportNames() {
 
 void FlightEditor::showAirportName(RouteEnd end) {
   noticeOf(end).hide();
-  const std::string code = boxOf(end).text().toStdString();
+  const std::string code = boxOf(end).value().toStdString();
   const std::string name = editing_.valueOrEnd(editing_.tables().airportNameOfLastLine(code));
   names_[static_cast<std::size_t>(end)]->showText(toQString(name));
 }
@@ -192,7 +200,7 @@ void FlightEditor::saveRoute() {
     editing_.refuse(kNoDestination);
     return;
   }
-  if (!editing_.acceptTexts({departure_->text(), destination_->text(), remark_->text()})) return;
+  if (!editing_.acceptTexts({departure_->value(), destination_->value(), remark_->value()})) return;
   if (!editing_.acceptKey(toQString(flight_))) return;
   if (edited.remark.empty()) remark_->setText(QString::fromLatin1(kNoRemark));
   editing_.rewrite(*enter_, flightEdit(flight_, edited), rowUpdate_());

@@ -2,7 +2,6 @@
 
 #include <QGroupBox>
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
 #include <array>
 #include <functional>
@@ -47,6 +46,9 @@ class FlightEditor : public QGroupBox {
   /// Looks the names of both airports up again, after airport.csv has changed.
   void showAirportNames();
 
+  /// Gives the keys to the box that is filled first.
+  void takeKeys();
+
   /// Writes the boxes to FLIGHT.csv.
   void saveRoute();
 
@@ -59,7 +61,7 @@ class FlightEditor : public QGroupBox {
 
  private:
   void showAirportName(RouteEnd end);
-  [[nodiscard]] QLineEdit& boxOf(RouteEnd end) const;
+  [[nodiscard]] EditorBox& boxOf(RouteEnd end) const;
   [[nodiscard]] QLabel& noticeOf(RouteEnd end) const;
   void takeRoute(std::string_view pair);
 
@@ -67,9 +69,9 @@ class FlightEditor : public QGroupBox {
   IsLineSelected isLineSelected_;
   RowUpdate rowUpdate_;
   std::string flight_;
-  QLineEdit* departure_;                  // Text2(0)
-  QLineEdit* destination_;                // Text2(1)
-  QLineEdit* remark_;                     // Text2(2)
+  EditorBox* departure_;                  // Text2(0)
+  EditorBox* destination_;                // Text2(1)
+  EditorBox* remark_;                     // Text2(2)
   std::array<ElidedButton*, 2> names_{};  // Label2(4), Label2(5)
   std::array<QLabel*, 2> notices_{};      // beside the names
   QPushButton* enter_;                    // Command2

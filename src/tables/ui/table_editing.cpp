@@ -1,5 +1,7 @@
 #include "tables/ui/table_editing.h"
 
+#include <QApplication>
+#include <QMessageBox>
 #include <QPointer>
 #include <chrono>
 #include <optional>
@@ -14,6 +16,11 @@ namespace {
 // How long another program's rewrite is waited for before the user is asked.
 constexpr std::chrono::milliseconds kPatience{1000};
 constexpr std::chrono::milliseconds kShortWait{2};
+
+// One question at a time: whichever window's box is open, it is answered first.
+bool isQuestionOpen() {
+  return qobject_cast<QMessageBox*>(QApplication::activeModalWidget()) != nullptr;
+}
 
 }  // namespace
 
@@ -67,6 +74,8 @@ class TableEditing::Rewriting {
 
  private:
   JobProgress step() {
+    // Held, but not asked about yet.
+    if (outcome_ == RewriteOutcome::held) std::this_thread::sleep_for(kShortWait);
     outcome_ = rewrite_.next();
     if (outcome_ == RewriteOutcome::busy) {
       waitForOther();
@@ -92,7 +101,7 @@ class TableEditing::Rewriting {
   }
 
   void askIfHeld() {
-    if (outcome_ != RewriteOutcome::held) return;
+    if (outcome_ != RewriteOutcome::held || isQuestionOpen()) return;
     if (!editing_.desktop().isEnding()) {
       if (editing_.desktop().askRetry(kTableHeld)) return;
       editing_.desktop().endProgram(1);
@@ -179,14 +188,9 @@ void TableEditing::end(Rewriting& rewriting) const {
   if (over->whenGivenUp) over->whenGivenUp();
 }
 
-void showInBox(QLineEdit& box, const QString& text) {
-  box.setText(text);
-  box.home(false);
-}
-
-QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
+EditorBox* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
                          const QString& toolTip, QPushButton* enter) {
-  auto* box = new QLineEdit(parent);
+  auto* box = new EditorBox(parent);
   box->setObjectName(name);
   box->setAccessibleName(accessibleName);
   box->setToolTip(toolTip);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QLineEdit>
 #include <QPushButton>
 #include <functional>
 #include <initializer_list>
@@ -9,6 +8,7 @@
 
 #include "core/context.h"
 #include "core/ui/busy_labels.h"
+#include "core/ui/editor_box.h"
 #include "tables/rewrite.h"
 #include "tables/tables.h"
 
@@ -68,11 +68,8 @@ class TableEditing {
   mutable std::list<std::unique_ptr<Rewriting>> rewritings_;
 };
 
-/// Puts a text into a box, of which a long one shows its beginning.
-void showInBox(QLineEdit& box, const QString& text);
-
 /// A box of an editor: Enter presses its button.
-QLineEdit* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
+EditorBox* makeEditorBox(QWidget* parent, const QString& name, const QString& accessibleName,
                          const QString& toolTip, QPushButton* enter);
 
 /// An [Ent] button.

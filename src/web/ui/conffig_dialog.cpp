@@ -17,18 +17,18 @@ namespace vel {
 namespace {
 
 struct EngineBoxes {
-  QLineEdit* name;
-  QLineEdit* address;
+  EditorBox* name;
+  EditorBox* address;
   QGridLayout* grid;
 };
 
 // One frame: a name, an address and a Test button.
 EngineBoxes addEngine(QGroupBox* frame, int index, const QString& addressLabel, QPushButton* test) {
   auto* grid = new QGridLayout(frame);
-  auto* name = new QLineEdit(frame);
+  auto* name = new EditorBox(frame);
   name->setObjectName(QStringLiteral("Text%1").arg(2 * index + 1));
   name->setAccessibleName(frame->title() + QStringLiteral(" name"));
-  auto* address = new QLineEdit(frame);
+  auto* address = new EditorBox(frame);
   address->setObjectName(QStringLiteral("Text%1").arg(2 * index + 2));
   address->setAccessibleName(frame->title() + QStringLiteral(" address"));
   address->setMinimumWidth(address->fontMetrics().averageCharWidth() * 60);
@@ -99,10 +99,10 @@ ConffigDialog::ConffigDialog(const Context& context, OwnSite& site, QWidget* par
   rows->addWidget(keepCursor_);
   rows->addWidget(buttons);
 
-  registrationName_->setText(toQString(env.env_regDefName0));
-  registrationAddress_->setText(toQString(env.env_regDefUrl0));
-  flightName_->setText(toQString(env.env_FltDefName0));
-  flightAddress_->setText(toQString(env.env_FltDefUrl0));
+  registrationName_->setValue(toQString(env.env_regDefName0));
+  registrationAddress_->setValue(toQString(env.env_regDefUrl0));
+  flightName_->setValue(toQString(env.env_FltDefName0));
+  flightAddress_->setValue(toQString(env.env_FltDefUrl0));
   zeroSuppress_->setChecked(env.env_fltSchZsp == 1);
   keepCursor_->setChecked(env.env_keepCsrPos == 1);
 
@@ -113,18 +113,18 @@ ConffigDialog::ConffigDialog(const Context& context, OwnSite& site, QWidget* par
 }
 
 void ConffigDialog::store() {
-  const std::string typed = (registrationName_->text() + registrationAddress_->text() +
-                             flightName_->text() + flightAddress_->text())
+  const std::string typed = (registrationName_->value() + registrationAddress_->value() +
+                             flightName_->value() + flightAddress_->value())
                                 .toStdString();
   if (!canBeStored(context_.encoding, typed)) {
     context_.desktop.showMessage(kIllegalCharacter);
     return;
   }
   Settings& env = context_.settings;
-  env.env_regDefName0 = registrationName_->text().toStdString();
-  env.env_regDefUrl0 = registrationAddress_->text().toStdString();
-  env.env_FltDefName0 = flightName_->text().toStdString();
-  env.env_FltDefUrl0 = flightAddress_->text().toStdString();
+  env.env_regDefName0 = registrationName_->value().toStdString();
+  env.env_regDefUrl0 = registrationAddress_->value().toStdString();
+  env.env_FltDefName0 = flightName_->value().toStdString();
+  env.env_FltDefUrl0 = flightAddress_->value().toStdString();
   env.env_fltSchZsp = zeroSuppress_->isChecked() ? 1 : 0;
   env.env_keepCsrPos = keepCursor_->isChecked() ? 1 : 0;
   // Nothing is shown for any trouble with the settings.
@@ -133,11 +133,11 @@ void ConffigDialog::store() {
 }
 
 void ConffigDialog::testRegistration() {
-  openSample(registrationSample(registrationAddress_->text().toStdString()));
+  openSample(registrationSample(registrationAddress_->value().toStdString()));
 }
 
 void ConffigDialog::testFlight() {
-  const std::string prefix = flightAddress_->text().toStdString();
+  const std::string prefix = flightAddress_->value().toStdString();
   const auto zeros = zeroSuppress_->isChecked() ? LeadingZeros::dropped : LeadingZeros::kept;
   const auto openAt = [this, prefix, zeros](const std::string& homepage) {
     openSample(flightSample(prefix, zeros, homepage));

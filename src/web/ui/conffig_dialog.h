@@ -2,9 +2,9 @@
 
 #include <QCheckBox>
 #include <QDialog>
-#include <QLineEdit>
 
 #include "core/context.h"
+#include "core/ui/editor_box.h"
 #include "web/address.h"
 #include "web/ui/own_site.h"
 
@@ -25,10 +25,10 @@ class ConffigDialog : public QDialog {
 
   const Context& context_;
   OwnSite& site_;
-  QLineEdit* registrationName_;
-  QLineEdit* registrationAddress_;
-  QLineEdit* flightName_;
-  QLineEdit* flightAddress_;
+  EditorBox* registrationName_;
+  EditorBox* registrationAddress_;
+  EditorBox* flightName_;
+  EditorBox* flightAddress_;
   QCheckBox* zeroSuppress_;
   QCheckBox* keepCursor_;
 };

@@ -43,6 +43,15 @@ class Conffig : public test::AcarsWindowTest {
   }
 };
 
+TEST_F(Conffig, AnAddressOfAnyLengthIsKeptWhole) {
+  const std::string address = "http://p.example/" + std::string(40'000, 'x');
+  startWithConfig();
+  settings().env_regDefUrl0 = address;
+  inConffig([&](QWidget& dialog) { pressIn(dialog, "OKButton"); });
+  EXPECT_EQ(settings().env_regDefUrl0, address);
+  EXPECT_THAT(saved(), HasSubstr("\"env_regDefUrl0\",\"" + address + "\"\r\n"));
+}
+
 TEST_F(Conffig, ItsButtonIsHiddenUnlessTheOptionIsSet) {
   start();
   EXPECT_FALSE(button("Command10").isVisible());

@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QLabel>
 #include <filesystem>
 
@@ -12,6 +13,7 @@ namespace {
 namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class AcarsDetails : public test::AcarsWindowTest {
  protected:
@@ -238,6 +240,28 @@ TEST_F(AcarsDetails, AScreenReaderIsToldTheShownAircraftAndTheNumberOfLines) {
   select(0);
   EXPECT_EQ(find<QWidget>("Frame1").accessibleName(), QStringLiteral("Aircraft: JA8089"));
   EXPECT_EQ(find<QWidget>("Label3").accessibleName(), QStringLiteral("Number of shown lines: 4"));
+}
+
+TEST_F(AcarsDetails, AScreenReaderIsToldEveryValueThatIsShown) {
+  test::writePhoto(base_.folders.pics / "JA8089.jpg", 150, 100);
+  start();
+  const auto read = [this](const char* name) {
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&find<QWidget>(name));
+    if (accessible == nullptr) return std::string("nothing");
+    return (accessible->text(QAccessible::Name) + QLatin1Char('|') +
+            accessible->text(QAccessible::Description))
+        .toStdString();
+  };
+  select(0);
+  EXPECT_THAT(read("Frame1"), StartsWith("Aircraft: JA8089|"));
+  EXPECT_THAT(read("Frame2"), StartsWith("Flight: JL0012|"));
+  EXPECT_EQ(read("Label2(4)"), "Departure airport name|Tokyo Haneda HND");
+  EXPECT_EQ(read("Label2(5)"), "Destination airport name|Los Angeles LAX");
+  EXPECT_EQ(read("Label1"), "Photo size|150 x 100");
+  EXPECT_THAT(read("Label3"), StartsWith("Number of shown lines: 4|"));
+  select(1);
+  EXPECT_THAT(read("Frame2"), StartsWith("Flight: NH0105|"));
+  EXPECT_EQ(read("Label2(5)"), "Destination airport name|Honolulu HNL");
 }
 
 TEST_F(AcarsDetails, TabGoesFromTheEquipmentToItsButton) {

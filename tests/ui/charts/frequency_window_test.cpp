@@ -272,6 +272,24 @@ TEST_F(FrequencyWindowTest, StationsAndFrequenciesPastTheTablesAreToldOnce) {
       ElementsAre("1 station and 1 frequency are not shown. 1局と1周波数は表示されません。"));
 }
 
+TEST_F(FrequencyWindowTest, OnlyLostTimePointsAreToldBeforeTheChartIsDrawn) {
+  std::string log;
+  char stamp[64];
+  for (int i = 0; i < 10001; ++i) {
+    std::snprintf(stamp, sizeof stamp, "2026/11/15 %02d:%02d:%02d", i / 3600, i / 60 % 60, i % 60);
+    log += header(stamp) + frequencies("2998", "Molokai");
+  }
+  log += frequencies("1 2 3 4 5 6 7 8 9 10 11 12", "Agana");
+  write(log);
+  std::vector<bool> drawn;
+  station_.desktop.onMessage = [&](const std::string&) {
+    drawn.push_back(scroll()->isEnabled() &&
+                    colourAt(painted(), std::floor(x(15, 1, 0) + 0.5), rowMiddle(0)) == kMark);
+  };
+  open();
+  EXPECT_THAT(drawn, ElementsAre(false, true));
+}
+
 TEST_F(FrequencyWindowTest, ScrollBarSlidesTheSurfaceUp) {
   writeManyStations(20);
   open();

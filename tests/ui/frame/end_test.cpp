@@ -93,6 +93,31 @@ TEST_F(ProgramEnd, ClosingTheOtherBrowserEndsTheProgramToo) {
   EXPECT_FALSE(program_->mainWindow()->isVisible());
 }
 
+TEST_F(ProgramEnd, ARewriteUnderWayIsFinishedWhereTheSystemEndsTheProgram) {
+  const std::string before = test::readBytes(base_.folders.data / "aircraft.csv");
+  for (const int stepsBefore : {0, 1, 2}) {
+    SCOPED_TRACE(stepsBefore);
+    desktop_.ended = false;
+    test::writeBytes(base_.folders.data / "aircraft.csv", before);
+    fs::remove(envFile());
+    start();
+    select(0);
+    test::typeOver(box("Text1"), "B748");
+    clickOnly("Command1");
+    for (int step = 0; step < stepsBefore; ++step) jobs().turn();
+    program_->endBySystem();
+    EXPECT_TRUE(desktop_.ended);
+    EXPECT_EQ(desktop_.exitStatus, 0);
+    EXPECT_TRUE(fileExists(envFile()));
+    program_.reset();
+    EXPECT_THAT(test::readBytes(base_.folders.data / "aircraft.csv"),
+                testing::StartsWith("JA8089,B748\r\n"));
+    EXPECT_EQ(test::readBytes(base_.folders.data / "aircraft.bak"), before);
+    EXPECT_FALSE(fileExists(base_.folders.data / "aircraft.$$$"));
+    EXPECT_THAT(desktop_.messages, IsEmpty());
+  }
+}
+
 TEST_F(ProgramEnd, SettingsThatCannotBeWrittenEndTheProgramSilently) {
   start();
   fs::remove_all(base_.folders.program);

@@ -5,8 +5,10 @@
 #include <QImage>
 #include <QLabel>
 #include <QMenu>
+#include <QTabWidget>
 #include <QTextDocument>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolTip>
 #include <filesystem>
 
@@ -19,6 +21,8 @@
 #include "core/ui/qt_desktop.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
+#include "history/ui/history_window.h"
+#include "history/ui/report_window.h"
 #include "tests/ui/support/hfdl_window.h"
 
 namespace vel {
@@ -248,6 +252,74 @@ TEST_F(TextIsText, InTheCharts) {
     }
     expectPlainWidgets();
   }
+}
+
+TEST_F(TextIsText, InTheWindowsOverAllDays) {
+  startBrowser();
+  HistoryWindow found(program_->context());
+  found.openWith(SearchMeaning::registration, kMarkup);
+  test::finishJobs();
+  auto& list = test::control<QTableView>(found, "FoundList");
+  ASSERT_GE(list.model()->rowCount(), 2);
+  QTimer::singleShot(0, [] {
+    QWidget* menu = QApplication::activePopupWidget();
+    ASSERT_NE(menu, nullptr);
+    expectPlainWidgets();
+    auto* entry = menu->findChild<QAction*>(QStringLiteral("OnlyThis"));
+    ASSERT_NE(entry, nullptr);
+    entry->trigger();
+    menu->close();
+  });
+  const QPoint cell = list.visualRect(list.model()->index(0, kFoundFlight)).center();
+  Q_EMIT list.customContextMenuRequested(cell);
+  test::finishJobs();
+  ReportWindow report(program_->context());
+  report.open(ReportKind::list, "20260102_list.csv");
+  test::finishJobs();
+  auto& pages = test::control<QTabWidget>(report, "Pages");
+  for (int page = 0; page < pages.count(); ++page) {
+    pages.setCurrentIndex(page);
+    for (QWidget* window : {static_cast<QWidget*>(&found), static_cast<QWidget*>(&report)}) {
+      ASSERT_TRUE(QTest::qWaitForWindowExposed(window));
+      for (QWidget* child : window->findChildren<QWidget*>()) {
+        if (child->isVisible()) rest(*child, child->rect().center());
+      }
+    }
+    for (int column = 0; column < kFoundColumns; ++column) {
+      rest(*list.viewport(), list.visualRect(list.model()->index(0, column)).center());
+    }
+    // The value in the words, in the filter's line, and in the lists.
+    EXPECT_GE(expectPlainWidgets(), 3);
+  }
+  report.open(ReportKind::list, "20260102" + kMarkup);
+  test::finishJobs();
+  EXPECT_GE(expectPlainWidgets(), 3);
+}
+
+TEST_F(TextIsText, InTheChooserOfTheLogs) {
+  const std::string longName = "2026" + std::string(200, 'x') + "_list.csv";
+  const std::string marked = "20260101" + kMarkup + "\x01_list.csv";
+  for (const std::string& name : {longName, marked}) {
+    base_.writeLog(name, {"JL0012,O,JA8089,RJTT,KLAX,B744," + name.substr(0, 8) + ",9:05:00"});
+  }
+  startBrowser();
+  QComboBox& chooser = logs();
+  logs().showPopup();
+  expectPlainWidgets();
+  logs().hidePopup();
+  for (int entry = 0; entry < chooser.count(); ++entry) {
+    EXPECT_LE(chooser.itemText(entry).size(), kLongestEntry);
+    EXPECT_EQ(chooser.itemText(entry), shownText(chooser.itemText(entry)));
+    test::choose(chooser, entry);
+    EXPECT_EQ(browser().shownLog(), chooser.itemData(entry).toString().toStdString());
+  }
+  test::choose(chooser, chooser.findData(QString::fromStdString(longName)));
+  EXPECT_EQ(browser().shownLog(), longName);
+  EXPECT_EQ(line(0).substr(0, 12), "0001|JL0012|");
+  test::choose(chooser, chooser.findData(QString::fromStdString(marked)));
+  EXPECT_EQ(browser().shownLog(), marked);
+  test::pressKey(browser(), Qt::Key_F5);
+  EXPECT_EQ(browser().shownLog(), marked);
 }
 
 TEST_F(TextIsText, InAMessageBox) {

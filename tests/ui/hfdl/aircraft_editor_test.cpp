@@ -101,6 +101,21 @@ TEST_F(AircraftEditor, ACommaOrAQuoteInAnyBoxIsRefused) {
   }
 }
 
+TEST_F(AircraftEditor, AnAddressOfAnyLengthIsWrittenWhole) {
+  for (const std::size_t length : {std::size_t{32'767}, std::size_t{40'000}}) {
+    SCOPED_TRACE(length);
+    const std::string address(length, 'A');
+    writeAircraftLog(kLog, {address + " N9 -"});
+    test::pressKey(browser(), Qt::Key_F5);
+    select(0);
+    ASSERT_EQ(list().selectedText(kHfdlAddress), address);
+    type("Text1(3)", "N123");
+    click("Command1");
+    EXPECT_THAT(desktop_.messages, IsEmpty());
+    EXPECT_TRUE(table().ends_with("\r\n" + address + ",,,N123,\r\n"));
+  }
+}
+
 TEST_F(AircraftEditor, WhatTheTableCannotHoldIsRefused) {
   type("Text1(4)", "B744 ✈");
   click("Command1");

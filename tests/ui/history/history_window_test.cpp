@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/text.h"
 #include "tests/ui/support/test_station.h"
 
 namespace vel::test {
@@ -316,6 +317,23 @@ TEST_F(HistoryWindowTest, CtrlCCopiesTheLine) {
   EXPECT_EQ(station_.desktop.clipboard, "B789");
 }
 
+TEST_F(HistoryWindowTest, SeveralLinesAreCopiedFromTopToBottom) {
+  search("JA8089");
+  clickCell(3, kFoundTime);
+  QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    list().visualRect(list().model()->index(0, kFoundTime)).center());
+  QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    list().visualRect(list().model()->index(1, kFoundTime)).center());
+  QTest::keyClick(&list(), Qt::Key_C, Qt::ControlModifier);
+  finishJobs();
+  std::vector<std::string> cells = column(kFoundTime);
+  std::string copied;
+  for (const std::string_view line : split(station_.desktop.clipboard, '\n')) {
+    copied += std::string(split(line, '\t')[kFoundTime]) + "|";
+  }
+  EXPECT_EQ(copied, cells[0] + "|" + cells[1] + "|" + cells[3] + "|");
+}
+
 TEST_F(HistoryWindowTest, AValueInTheWordsIsSearchedWhenClicked) {
   search("JA8089");
   QTest::mouseClick(&find<QToolButton>("Route(0)"), Qt::LeftButton);
@@ -394,6 +412,15 @@ TEST_F(HistoryWindowTest, TheWindowNeverStandsStillForLong) {
   };
   run([&] { title(kFoundFlight); });
   run([&] { title(kFoundDate); });
+  // More than is copied at once.
+  QTest::keyClick(&list(), Qt::Key_Home, Qt::ControlModifier);
+  run([&] {
+    QTest::keyClick(&list(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&list(), Qt::Key_C, Qt::ControlModifier);
+  });
+  const std::string& copied = station_.desktop.clipboard;
+  EXPECT_EQ(std::count(copied.begin(), copied.end(), '\n'), 199'999);
+  EXPECT_EQ(state(), "Copied the first 200000 lines. 先頭の200000行をコピーしました。");
   RecordProperty("longest_ms", static_cast<int>(longest));
   EXPECT_LE(longest, 50);
   EXPECT_EQ(column(kFoundDate).front(), "2026/11/17");

@@ -149,6 +149,119 @@ TEST_F(HistoryWiringTest, TheReportOfTheShownDaySelectsALineThatLacksARecord) {
   EXPECT_TRUE(find<QGroupBox>("Frame1").isVisible());
 }
 
+/// The day's work list: what is missing is written where the keys are at once.
+class WorkListTest : public HistoryWiringTest {
+ protected:
+  /// Chooses a kind of what is missing and double-clicks its first line; gives
+  /// the object name of the control that has the keys in the browser.
+  std::string openFirst(GapKind kind, const std::string& name) {
+    ReportWindow& report = windows_->report();
+    report.activateWindow();
+    control<QTabWidget>(report, "Pages").setCurrentIndex(1);
+    choose(control<QComboBox>(report, "GapChooser"), static_cast<int>(kind));
+    auto& missing = control<QTableView>(report, "GapList");
+    for (int row = 0; row < missing.model()->rowCount(); ++row) {
+      const QModelIndex cell = missing.model()->index(row, 0);
+      if (cell.data().toString().toStdString() != name) continue;
+      const QPoint place = missing.visualRect(cell).center();
+      QTest::mouseClick(missing.viewport(), Qt::LeftButton, {}, place);
+      QTest::mouseDClick(missing.viewport(), Qt::LeftButton, {}, place);
+      finishJobs();
+      settle();
+      finishJobs();
+      const QWidget* focused = browser().focusWidget();
+      return focused == nullptr ? "none" : focused->objectName().toStdString();
+    }
+    ADD_FAILURE() << name << " is not in the list";
+    return {};
+  }
+
+  [[nodiscard]] int missing(GapKind kind) {
+    auto& chooser = control<QComboBox>(windows_->report(), "GapChooser");
+    const QString text = chooser.itemText(static_cast<int>(kind));
+    return text.section(QLatin1Char('('), 1).section(QLatin1Char(')'), 0, 0).toInt();
+  }
+
+  void openReport() {
+    QTest::keyClick(&browser(), Qt::Key_R, Qt::ControlModifier);
+    finishJobs();
+  }
+};
+
+TEST_F(WorkListTest, TheEditorOfTheBrowserIsReadyAndTheListShrinks) {
+  base_.writeLog(
+      kLog, {kHeaderLine, "ZZ0001,X,N777,QQQQ,RJTT,,,1:00:00", "YY0002,X,N778,RJTT,XXX,,,2:00:00"});
+  start();
+  openReport();
+  EXPECT_EQ(missing(GapKind::aircraft), 2);
+  EXPECT_EQ(openFirst(GapKind::aircraft, "N778"), "Text1");
+  EXPECT_EQ(list().selectedText(kListRegistration), "N778");
+  QTest::keyClicks(browser().focusWidget(), QStringLiteral("B77W"));
+  QTest::keyClick(browser().focusWidget(), Qt::Key_Return);
+  finishJobs();
+  EXPECT_THAT(base_.data("aircraft.csv"), ::testing::HasSubstr("N778,B77W\r\n"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return missing(GapKind::aircraft) == 1; }));
+
+  EXPECT_EQ(missing(GapKind::flight), 2);
+  EXPECT_EQ(openFirst(GapKind::flight, "ZZ0001"), "Text2(0)");
+  QTest::keyClicks(browser().focusWidget(), QStringLiteral("RJTT"));
+  QTest::keyClick(browser().focusWidget(), Qt::Key_Tab);
+  QTest::keyClicks(browser().focusWidget(), QStringLiteral("RJAA"));
+  QTest::keyClick(browser().focusWidget(), Qt::Key_Return);
+  finishJobs();
+  EXPECT_THAT(base_.data("FLIGHT.csv"), ::testing::HasSubstr("ZZ0001,RJTTRJAA,-\r\n"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return missing(GapKind::flight) == 1; }));
+
+  EXPECT_EQ(missing(GapKind::prefix), 2);
+  EXPECT_EQ(openFirst(GapKind::prefix, "YY"), "Text2(3)");
+  EXPECT_EQ(list().selectedText(kListFlight), "YY0002");
+  QTest::keyClicks(browser().focusWidget(), QStringLiteral("YYY"));
+  QTest::keyClick(browser().focusWidget(), Qt::Key_Return);
+  finishJobs();
+  EXPECT_TRUE(QTest::qWaitFor([this] { return missing(GapKind::prefix) == 1; }));
+
+  EXPECT_EQ(missing(GapKind::airport), 2);
+  EXPECT_EQ(openFirst(GapKind::airport, "XXX"), "Text2(5)");
+  EXPECT_EQ(openFirst(GapKind::airport, "QQQQ"), "Text2(6)");
+  EXPECT_EQ(text("Text2(5)"), "QQQQ");
+  QTest::keyClicks(browser().focusWidget(), QStringLiteral("Somewhere QQQ"));
+  QTest::keyClick(browser().focusWidget(), Qt::Key_Return);
+  finishJobs();
+  EXPECT_THAT(base_.data("airport.csv"), ::testing::HasSubstr("QQQQ,Somewhere QQQ\r\n"));
+  EXPECT_TRUE(QTest::qWaitFor([this] { return missing(GapKind::airport) == 1; }));
+
+  EXPECT_EQ(openFirst(GapKind::photo, "N777"), "Command7(0)");
+}
+
+TEST_F(WorkListTest, AShortFlightOfHfdlIsEditedAtItsOwnAircraft) {
+  base_.writeData("ICAO24.csv", {"000001,BAW,BA,G-A,B744", "3482D8,JAL,JL,JA8089,B789"});
+  const auto lines = [](const char* address, const char* flight) {
+    return std::string("[2]------------------------[2026/01/02 00:04:19]\r\n") +
+           "   ICAO24 ADDRESS = " + address + "\r\n   FLIGHT ID      = " + flight + "\r\n";
+  };
+  base_.writeData("FLIGHT.csv", {"BA0123,EGLLRJTT,-"});
+  writeBytes(base_.folders.logs / "202601020000_HFDL_FMT.log",
+             lines("000001", "123") + lines("3482D8", "123") + lines("00000F", "JL0555"));
+  start();
+  click("Command11");
+  driveBrowser(program_->otherWindow());
+  openReport();
+  EXPECT_EQ(openFirst(GapKind::flight, "JL0123"), "Text2(0)");
+  EXPECT_EQ(list().selectedText(kHfdlAddress), "3482D8");
+  EXPECT_EQ(find<QGroupBox>("Frame2").title().toStdString(), "JL0123");
+  EXPECT_EQ(openFirst(GapKind::aircraft, "00000F"), "Text1(1)");
+  EXPECT_EQ(list().selectedText(kHfdlAddress), "00000F");
+  // Its menu searches for the whole flight, which the list shows by its number.
+  select(1);
+  chooseFromMenu(1, kHfdlFlight, "All days of this flight");
+  finishJobs();
+  EXPECT_EQ(control<QLineEdit>(finder(), "SearchText").text().toStdString(), "JL0123");
+  ASSERT_EQ(found().model()->rowCount(), 1);
+  EXPECT_EQ(found().model()->index(0, kFoundFlight).data().toString().toStdString(), "123");
+  openFound(0);
+  EXPECT_EQ(list().selectedText(kHfdlAddress), "3482D8");
+}
+
 TEST_F(HistoryWiringTest, BothBrowsersOfferBothWindowsByButton) {
   start();
   click("FindInAllLogs");

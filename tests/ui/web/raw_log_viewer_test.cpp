@@ -361,6 +361,37 @@ TEST_F(RawLogViewerTest, DamagedPlacesInTheSettingsDoNoHarm) {
   }
 }
 
+TEST_F(RawLogViewerTest, ExtremeSizesOfTheSettingsFileKeepTheTitleBarInSight) {
+  writeRawLog("JA8089", rawLine("HDR", "ONE") + "\r\n");
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  for (const char* size : {"0", "-1", "1", "999999999", "1E+38", "-1E+38"}) {
+    for (const char* place : {"0", "-999999999", "999999999"}) {
+      SCOPED_TRACE(std::string(size) + " at " + place);
+      const std::string s = size;
+      const std::string p = place;
+      test::writeBytes(base_.folders.program / "vel.env",
+                       "\"env_Form3_Top\"," + p + "\r\n\"env_Form3_Left\"," + p +
+                           "\r\n\"env_Form3_Height\"," + s + "\r\n\"env_Form3_Width\"," + s +
+                           "\r\n");
+      Settings& env = program_->settings();
+      ASSERT_TRUE(LoadEnv(desktop_, base_.folders.program / "vel.env", program_->context().encoding,
+                          program_->context().services.defaultSearches(), env)
+                      .ok());
+      open("JA8089");
+      const QRect outer = viewer()->frameGeometry();
+      EXPECT_GE(outer.width(), viewer()->minimumWidth());
+      EXPECT_GE(outer.height(), viewer()->minimumHeight());
+      EXPECT_LE(outer.width(), screen.width());
+      EXPECT_LE(outer.height(), screen.height());
+      EXPECT_GE(outer.top(), screen.top());
+      EXPECT_LE(outer.top() + 20, screen.bottom());
+      EXPECT_LT(outer.left(), screen.right());
+      EXPECT_GT(outer.right(), screen.left());
+      press("Command2");
+    }
+  }
+}
+
 class ClosingBrowser : public BrowserWindow {
  public:
   explicit ClosingBrowser(BrowserFrame& frame)
