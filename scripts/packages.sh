@@ -15,3 +15,4 @@ test_packages=(
 windows_test_packages=(
   cmake ninja-build googletest g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev
 )
+fuzz_packages=(clang libclang-rt-dev cmake ninja-build ccache pkg-config libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev)

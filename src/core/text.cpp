@@ -166,6 +166,41 @@ class CodePage932 : public platform::Transcoder {
   std::unique_ptr<platform::Transcoder> platforms_;
 };
 
+// UTF-8 by its strict rules: the platform's own converter may take more for a
+// character than is one.
+class Utf8 : public platform::Transcoder {
+ public:
+  std::string decode(std::string_view bytes) override {
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+      const Character character = firstCharacter(bytes);
+      if (character.wellFormed) {
+        text += bytes.substr(0, character.size);
+      } else {
+        appendCharacter(text, character.code);
+      }
+      bytes.remove_prefix(character.size);
+    }
+    return text;
+  }
+
+  std::optional<std::string> encode(std::string_view utf8) override {
+    for (std::string_view rest = utf8; !rest.empty();) {
+      const Character character = firstCharacter(rest);
+      if (!character.wellFormed) return std::nullopt;
+      rest.remove_prefix(character.size);
+    }
+    return std::string(utf8);
+  }
+};
+
+// True for a converter between UTF-8 and itself, whatever its name.
+bool isUtf8(platform::Transcoder& transcoder) {
+  constexpr std::string_view kSample = "\u00E9\u3042\U0001F600";
+  return transcoder.encode(kSample) == kSample;
+}
+
 constexpr const char* kNoCodePage932 =
     "Code page 932 is not available: the system's text converter does not know it, or cannot "
     "open its part for it (iconv's module CP932 on Linux)."
@@ -184,6 +219,7 @@ Result<Encoding> Encoding::named(const std::string& name) {
   std::unique_ptr<platform::Transcoder> made = platform::makeTranscoder(is932 ? "CP932" : name);
   if (made == nullptr) return ErrorNumber::typeMismatch;
   if (is932) made = std::make_unique<CodePage932>(std::move(made));
+  if (isUtf8(*made)) made = std::make_unique<Utf8>();
   const std::shared_ptr<platform::Transcoder> transcoder = std::move(made);
   // Files are cut at these bytes before anything is decoded.
   constexpr std::string_view kCuts = ",\"\r\n A0";

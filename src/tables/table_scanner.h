@@ -36,11 +36,16 @@ class TableScanner {
   /// this returns; an Error when it could not be opened or read.
   template <typename Visit>
   static Status forEachLine(const std::filesystem::path& file, std::string_view bytes,
-                            Anchor anchor, Visit visit, const Source& source = {}) {
+                            Anchor anchor, Visit visit, const Source& source) {
     return scan(
         file, bytes, anchor, source,
         [](void* context, std::string_view line) { return (*static_cast<Visit*>(context))(line); },
         &visit);
+  }
+  template <typename Visit>
+  static Status forEachLine(const std::filesystem::path& file, std::string_view bytes,
+                            Anchor anchor, Visit visit) {
+    return forEachLine(file, bytes, anchor, visit, Source{});
   }
 
  private:

@@ -35,6 +35,12 @@ Found pairInField(TextScan scan, std::size_t fieldSize) {
 // Behind fields of letters and digits the first two numbers with a point, if
 // they are a signed pair.
 Found firstDecimals(TextScan scan) {
+  // Digits right behind the mark are a time: with a point among them, the mark's
+  // own digit may be the first one of a number.
+  if (scan.nextIsDigit() &&
+      scan.rest().substr(0, scan.rest().find(',')).find('.') != std::string_view::npos) {
+    return std::nullopt;
+  }
   while (true) {
     TextScan next = scan;
     const auto field = next.takeField();

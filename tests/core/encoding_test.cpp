@@ -122,6 +122,18 @@ TEST(Encoding, Utf8IsAccepted) {
   EXPECT_FALSE(encoding->isCodePage932());
 }
 
+TEST(Encoding, WhatIsNoCharacterOfUtf8IsNoneThoughTheSystemsConverterTakesIt) {
+  for (const char* name : {"UTF-8", "utf8"}) {
+    const Result<Encoding> encoding = Encoding::named(name);
+    ASSERT_TRUE(encoding.ok());
+    EXPECT_EQ(encoding->decode("\xFA\x90\x90\x90\x90"), "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(encoding->decode("\xF4\x90\x80\x80"), "\uFFFD\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(encoding->decode("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(encoding->decode("\xC0\x80"), "\uFFFD\uFFFD");
+    EXPECT_EQ(encoding->encode("\xFA\x90\x90\x90\x90"), std::nullopt);
+  }
+}
+
 TEST(Encoding, Windows1252IsAccepted) {
   const Result<Encoding> encoding = Encoding::named("windows-1252");
   ASSERT_TRUE(encoding.ok());
