@@ -2,7 +2,6 @@
 #include <QDateTime>
 #include <QGuiApplication>
 #include <chrono>
-#include <ctime>
 #include <filesystem>
 #include <iostream>
 #include <map>
@@ -43,15 +42,8 @@ struct Request {
 };
 
 Moment localNow() {
-  const std::time_t now = std::time(nullptr);
-  std::tm local{};
-  localtime_r(&now, &local);
-  const std::chrono::year_month_day date(
-      std::chrono::year(local.tm_year + 1900),
-      std::chrono::month(static_cast<unsigned>(local.tm_mon) + 1),
-      std::chrono::day(static_cast<unsigned>(local.tm_mday)));
-  return Day(date) + std::chrono::hours(local.tm_hour) + std::chrono::minutes(local.tm_min) +
-         std::chrono::seconds(local.tm_sec);
+  const QDateTime now = QDateTime::currentDateTime();
+  return Moment(std::chrono::seconds(now.toSecsSinceEpoch() + now.offsetFromUtc()));
 }
 
 /// The folders of a base folder, created where they are missing.

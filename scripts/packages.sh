@@ -12,7 +12,12 @@ test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
   libxml2-utils ripgrep mawk xvfb xauth openbox xdotool x11-utils
 )
+# For Windows programs: what builds them, and what runs them here besides.
+windows_packages=(
+  "${build_packages[@]}"
+  g++-mingw-w64-x86-64-posix dpkg-dev make nasm zip
+)
 windows_test_packages=(
-  cmake ninja-build googletest g++-mingw-w64-x86-64-posix wine wine64 dpkg-dev
+  "${windows_packages[@]}" googletest wine wine64 xvfb unzip
 )
 fuzz_packages=(clang libclang-rt-dev cmake ninja-build ccache pkg-config libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev)

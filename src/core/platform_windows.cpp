@@ -6,9 +6,9 @@
 #include <limits>
 #include <utility>
 
+#include <windows.h>
 #include <aclapi.h>
 #include <sddl.h>
-#include <windows.h>
 
 #include "core/platform.h"
 

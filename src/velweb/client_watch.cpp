@@ -1,24 +1,16 @@
 #include "velweb/client_watch.h"
 
-#include <sys/socket.h>
-
 namespace vel {
 namespace {
 
 constexpr std::chrono::milliseconds kLook(100);
-
-// True when the client sends nothing more and all that it sent was read.
-bool hasGone(int socket) {
-  char next = 0;
-  return ::recv(socket, &next, 1, MSG_PEEK | MSG_DONTWAIT) == 0;
-}
 
 }  // namespace
 
 ClientWatch::ClientWatch(const ClientLimits& limits)
     : limits_(limits), thread_([this](const std::stop_token& stop) { watch(stop); }) {}
 
-void ClientWatch::began(Key client, int socket) {
+void ClientWatch::began(Key client, sockets::Socket socket) {
   const std::lock_guard lock(mutex_);
   clients_.insert_or_assign(client, Client{socket, Clock::now()});
 }
@@ -65,11 +57,11 @@ void ClientWatch::watch(const std::stop_token& stop) {
       // The connection's own thread sees the end and closes the socket; where
       // it is shut already, there is nothing to do.
       if (isOverLimit(client, now)) {
-        static_cast<void>(::shutdown(client.socket, SHUT_RDWR));
-      } else if (client.stage != Stage::answer && hasGone(client.socket)) {
+        sockets::shutDown(client.socket, true);
+      } else if (client.stage != Stage::answer && sockets::hasEnded(client.socket)) {
         // The library misses an end that came with the last bytes before it
         // first looked; shutting what has ended makes it look again.
-        static_cast<void>(::shutdown(client.socket, SHUT_RD));
+        sockets::shutDown(client.socket, false);
       }
     }
     woken_.wait_for(lock, stop, kLook, [] { return false; });

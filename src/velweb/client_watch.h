@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "velweb/http_server.h"
+#include "velweb/sockets.h"
 
 namespace vel {
 
@@ -23,7 +24,7 @@ class ClientWatch {
   ClientWatch& operator=(const ClientWatch&) = delete;
   ~ClientWatch() = default;
 
-  void began(Key client, int socket);
+  void began(Key client, sockets::Socket socket);
   void sentHeader(Key client);
   void sentBody(Key client, std::size_t bytes);
   void sentAll(Key client);
@@ -35,7 +36,7 @@ class ClientWatch {
   using Clock = std::chrono::steady_clock;
   enum class Stage { header, body, answer };
   struct Client {
-    int socket;
+    sockets::Socket socket;
     Clock::time_point start;
     Stage stage = Stage::header;
     Clock::time_point bodyStart = {};

@@ -12,12 +12,10 @@
 #include <vector>
 
 #include <microhttpd.h>
-#include <netdb.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "core/file.h"
 #include "velweb/client_watch.h"
+#include "velweb/sockets.h"
 
 namespace vel {
 namespace {
@@ -36,43 +34,6 @@ constexpr std::array<std::pair<const char*, const char*>, 5> kHeaders = {{
     {MHD_HTTP_HEADER_CACHE_CONTROL, "no-store"},
     {MHD_HTTP_HEADER_CONNECTION, "close"},
 }};
-
-// A socket that listens on the address, or -1.
-int listeningSocket(const std::string& host, int port) {
-  constexpr int kBacklog = 256;
-  addrinfo hints{};
-  hints.ai_family = AF_UNSPEC;
-  hints.ai_socktype = SOCK_STREAM;
-  hints.ai_flags = AI_NUMERICSERV;
-  addrinfo* found = nullptr;
-  if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) return -1;
-  const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(found, ::freeaddrinfo);
-  for (const addrinfo* address = found; address != nullptr; address = address->ai_next) {
-    const int socket = ::socket(address->ai_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (socket < 0) continue;
-    const int on = 1;
-    if (::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) == 0 &&
-        ::bind(socket, address->ai_addr, address->ai_addrlen) == 0 &&
-        ::listen(socket, kBacklog) == 0) {
-      return socket;
-    }
-    static_cast<void>(::close(socket));
-  }
-  return -1;
-}
-
-// The port on which a socket listens, or -1.
-int portOf(int socket) {
-  sockaddr_storage address{};
-  socklen_t size = sizeof address;
-  std::array<char, NI_MAXSERV> port{};
-  if (::getsockname(socket, reinterpret_cast<sockaddr*>(&address), &size) != 0 ||
-      ::getnameinfo(reinterpret_cast<const sockaddr*>(&address), size, nullptr, 0, port.data(),
-                    port.size(), NI_NUMERICSERV) != 0) {
-    return -1;
-  }
-  return std::stoi(port.data());
-}
 
 // One request and what became of it.
 struct Exchange {
@@ -188,12 +149,12 @@ class HttpServer::Daemon {
   }
 
   int start(const std::string& host, int port) {
-    const int socket = listeningSocket(host, port);
-    if (socket < 0) return -1;
+    const sockets::Socket socket = sockets::listenOn(host, port);
+    if (socket == sockets::kNone) return -1;
     // Read before the library owns the socket.
-    const int bound = portOf(socket);
+    const int bound = sockets::portOf(socket);
     daemon_ = MHD_start_daemon(
-        MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, onRequest,
+        MHD_USE_AUTO_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, onRequest,
         this, MHD_OPTION_LISTEN_SOCKET, socket, MHD_OPTION_CONNECTION_MEMORY_LIMIT, limits_.memory,
         MHD_OPTION_CONNECTION_LIMIT, limits_.connections, MHD_OPTION_CONNECTION_TIMEOUT,
         static_cast<unsigned>(limits_.silence.count()),
@@ -202,7 +163,7 @@ class HttpServer::Daemon {
         MHD_OPTION_NOTIFY_COMPLETED, onCompleted, this, MHD_OPTION_NOTIFY_CONNECTION, onConnection,
         this, MHD_OPTION_END);
     if (daemon_ == nullptr) {
-      static_cast<void>(::close(socket));
+      sockets::close(socket);
       return -1;
     }
     return bound;
@@ -251,7 +212,7 @@ class HttpServer::Daemon {
     try {
       watch.began(connection, info->connect_fd);
     } catch (...) {
-      static_cast<void>(::shutdown(info->connect_fd, SHUT_RDWR));
+      sockets::shutDown(info->connect_fd, true);
     }
   }
 

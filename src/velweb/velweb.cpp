@@ -1,16 +1,10 @@
-#include <array>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <string>
 #include <system_error>
-#include <thread>
 #include <utility>
-
-#include <poll.h>
-#include <unistd.h>
 
 #include "core/file.h"
 #include "core/folders.h"
@@ -18,6 +12,7 @@
 #include "core/program_files.h"
 #include "core/services.h"
 #include "velweb/http_server.h"
+#include "velweb/process.h"
 #include "velweb/velweb_options.h"
 #include "velweb/velweb_service.h"
 
@@ -37,25 +32,6 @@ Folders foldersOf(const VelwebOptions& options) {
     folders.program = std::move(program);
   }
   return folders;
-}
-
-// Ends the process with the program that started it: the system closes the
-// other end of the pipe even when that program is killed. Where a third program
-// holds that end open, the process has another parent then.
-void endWithParent() {
-  const pid_t parent = ::getppid();
-  std::thread([parent] {
-    constexpr int kLookMilliseconds = 1000;
-    std::array<char, 64> ignored{};
-    while (::getppid() == parent) {
-      pollfd input{STDIN_FILENO, POLLIN, 0};
-      const int ready = ::poll(&input, 1, kLookMilliseconds);
-      if (ready == 0 || (ready < 0 && errno == EINTR)) continue;
-      const ssize_t count = ::read(STDIN_FILENO, ignored.data(), ignored.size());
-      if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN)) break;
-    }
-    std::_Exit(EXIT_SUCCESS);
-  }).detach();
 }
 
 int fail(const std::string& message) {
@@ -87,14 +63,14 @@ int run(const VelwebOptions& options) {
     return EXIT_FAILURE;
   }
   if (options.parentPipe) endWithParent();
-  while (true) ::pause();
+  waitForever();
 }
 
 }  // namespace
 }  // namespace vel
 
 int main(int count, char** arguments) {
-  const vel::VelwebCommand command = vel::velwebCommand(count, arguments);
+  const vel::VelwebCommand command = vel::velwebCommand(vel::processArguments(count, arguments));
   if (std::fputs(command.output.c_str(), stdout) < 0) return EXIT_FAILURE;
   static_cast<void>(std::fputs(command.message.c_str(), stderr));
   if (!command.options) return command.exitStatus;

@@ -1,6 +1,8 @@
 #include "velweb/velweb_options.h"
 
+#include <algorithm>
 #include <sstream>
+#include <utility>
 
 #include <CLI/CLI.hpp>
 
@@ -17,7 +19,7 @@ std::string versionText() {
 
 }  // namespace
 
-VelwebCommand velwebCommand(int count, const char* const* arguments) {
+VelwebCommand velwebCommand(std::vector<std::string> arguments) {
   VelwebOptions options;
   CLI::App app("The companion service of VEL: flight pages and KML conversion.", "velweb");
   app.option_defaults()->multi_option_policy(CLI::MultiOptionPolicy::Throw);
@@ -41,7 +43,9 @@ VelwebCommand velwebCommand(int count, const char* const* arguments) {
   app.footer("The address is printed as one line on standard output.");
   VelwebCommand command;
   try {
-    app.parse(count, arguments);
+    // The library takes them from the end.
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(std::move(arguments));
     command.options = options;
   } catch (const CLI::Success& ending) {
     std::ostringstream output;

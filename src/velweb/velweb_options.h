@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace vel {
 
@@ -23,6 +24,7 @@ struct VelwebCommand {
   std::string message = {};  ///< for standard error
 };
 
-[[nodiscard]] VelwebCommand velwebCommand(int count, const char* const* arguments);
+/// Takes the arguments in UTF-8, without the program's own name.
+[[nodiscard]] VelwebCommand velwebCommand(std::vector<std::string> arguments);
 
 }  // namespace vel

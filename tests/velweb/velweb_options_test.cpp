@@ -12,10 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-VelwebCommand commandOf(std::vector<const char*> words) {
-  words.insert(words.begin(), "velweb");
-  return velwebCommand(static_cast<int>(words.size()), words.data());
-}
+VelwebCommand commandOf(const std::vector<std::string>& words) { return velwebCommand(words); }
 
 TEST(VelwebOptions, WithoutAnyTheDefaultsHold) {
   const VelwebCommand command = commandOf({});

@@ -2,17 +2,18 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <sys/types.h>
+#include "velweb/sockets.h"
 
 namespace vel::test {
 
 /// The built velweb, started on a free port of 127.0.0.1 and ended with the
-/// object.
+/// object. One implementation for each platform.
 class VelwebProcess {
  public:
   /// Starts it with --parent-pipe and these options besides.
@@ -32,6 +33,9 @@ class VelwebProcess {
   /// How many files and sockets it has open.
   [[nodiscard]] std::size_t openFiles() const;
 
+  /// The end of the pipe that a parent holds.
+  [[nodiscard]] std::intptr_t pipe() const { return pipe_; }
+
   /// Closes the pipe that a parent holds.
   void closePipe();
   /// True when it ended within the time; status() is then its exit status.
@@ -39,8 +43,9 @@ class VelwebProcess {
   [[nodiscard]] int status() const { return status_; }
 
  private:
-  pid_t process_ = -1;
-  int pipe_ = -1;
+  // As the system has them, -1 for none.
+  std::intptr_t process_ = -1;
+  std::intptr_t pipe_ = -1;
   std::string line_;
   int port_ = 0;
   int status_ = -1;
@@ -65,7 +70,7 @@ class RawClient {
   std::string receiveAll(std::chrono::milliseconds most);
 
  private:
-  int socket_ = -1;
+  sockets::Socket socket_ = sockets::kNone;
   bool connected_ = false;
 };
 

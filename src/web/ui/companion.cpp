@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QStandardPaths>
 #include <utility>
 
 #include "core/file.h"
@@ -33,7 +34,10 @@ Companion::~Companion() {
 }
 
 QString Companion::defaultExecutable() {
-  return QDir(QCoreApplication::applicationDirPath()).filePath(QStringLiteral("velweb"));
+  const QString folder = QCoreApplication::applicationDirPath();
+  // Finds the name's ending too, where programs have one.
+  const QString found = QStandardPaths::findExecutable(QStringLiteral("velweb"), {folder});
+  return found.isEmpty() ? QDir(folder).filePath(QStringLiteral("velweb")) : found;
 }
 
 bool Companion::isUp() const {

@@ -1,5 +1,3 @@
-#include "tests/velweb/velweb_process.h"
-
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -16,6 +14,8 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include "tests/velweb/velweb_process.h"
 
 namespace vel::test {
 namespace {
@@ -39,12 +39,13 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  process_ = ::fork();
-  if (process_ == 0) {
+  const pid_t child = ::fork();
+  if (child == 0) {
     if (::dup2(input[0], STDIN_FILENO) < 0 || ::dup2(output[1], STDOUT_FILENO) < 0) ::_exit(126);
     ::execv(VEL_VELWEB, arguments.data());
     ::_exit(127);
   }
+  process_ = child;
   ::close(input[0]);
   ::close(output[1]);
   pipe_ = input[1];
@@ -64,8 +65,8 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
 VelwebProcess::~VelwebProcess() {
   closePipe();
   if (process_ > 0 && !endsWithin(milliseconds(5000))) {
-    ::kill(process_, SIGKILL);
-    ::waitpid(process_, nullptr, 0);
+    ::kill(static_cast<pid_t>(process_), SIGKILL);
+    ::waitpid(static_cast<pid_t>(process_), nullptr, 0);
   }
 }
 
@@ -86,7 +87,7 @@ std::size_t VelwebProcess::openFiles() const {
 }
 
 void VelwebProcess::closePipe() {
-  if (pipe_ >= 0) ::close(pipe_);
+  if (pipe_ >= 0) ::close(static_cast<int>(pipe_));
   pipe_ = -1;
 }
 
@@ -94,7 +95,7 @@ bool VelwebProcess::endsWithin(milliseconds most) {
   const auto end = Clock::now() + most;
   while (!ended_) {
     int status = 0;
-    if (::waitpid(process_, &status, WNOHANG) == process_) {
+    if (::waitpid(static_cast<pid_t>(process_), &status, WNOHANG) == process_) {
       ended_ = true;
       status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     } else if (Clock::now() > end) {

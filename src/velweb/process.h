@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// What the service asks of the system as a process: one implementation file
+/// for each platform (process_posix.cpp, process_windows.cpp).
+namespace vel {
+
+/// The program's arguments in UTF-8, without its own name.
+[[nodiscard]] std::vector<std::string> processArguments(int argc, const char* const* argv);
+
+/// From now on the process ends with the program that started it: when the pipe
+/// that is its standard input ends, also where that program is killed, and where
+/// a third program holds the pipe's other end open.
+void endWithParent();
+
+/// Never returns.
+[[noreturn]] void waitForever();
+
+}  // namespace vel
