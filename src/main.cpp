@@ -11,6 +11,7 @@
 #include "app/ui/station_choice.h"
 #include "app/ui/unattended_desktop.h"
 #include "core/program_files.h"
+#include "core/ui/japanese_fonts.h"
 #include "core/version.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
@@ -107,6 +108,7 @@ int run(const vel::Options& options) {
   }
   vel::onEndBySystem(program, [&program] { program.endBySystem(); });
   if (!program.Main()) return desktop->exitStatus();
+  if (!vel::canShowJapanese()) desktop->showMessage(vel::kNoJapaneseFont);
   vel::recoverTables(program.context().folders);
   if (desktop->isEnding()) return desktop->exitStatus();
   return QApplication::exec();
