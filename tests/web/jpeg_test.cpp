@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 #include <jpeglib.h>
-#include <sys/stat.h>
 
+#include "tests/support/system_files.h"
 #include "tests/support/test_files.h"
 
 namespace vel {
@@ -197,7 +197,7 @@ TEST_F(Jpeg, WhatIsNoJpegIsNone) {
 }
 
 TEST_F(Jpeg, APipeAndAFolderAreNeverOpened) {
-  ASSERT_EQ(mkfifo(file_.c_str(), 0600), 0);
+  file_ = test::specialFile(folder_.path());
   EXPECT_FALSE(readFile());
   std::filesystem::remove(file_);
   std::filesystem::create_directory(file_);

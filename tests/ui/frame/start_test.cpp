@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "tests/support/recording_desktop.h"
-#include "tests/support/unprivileged_user.h"
+#include "tests/support/system_files.h"
 #include "tests/ui/support/acars_window.h"
 #include "tests/ui/support/plain_browser.h"
 
@@ -87,8 +87,7 @@ TEST_F(ProgramStart, TheReadersAreCountedDownAndTheSplashCountsNoMore) {
 
 TEST_F(ProgramStart, ALogThatCannotBeReadIsCountedDownToo) {
   fs::permissions(base_.path(), fs::perms::all);
-  fs::permissions(base_.folders.logs / kLog, fs::perms::none);
-  const test::UnprivilegedUser user;
+  const test::RefusedFile refused(base_.folders.logs / kLog, test::RefusedFile::Refuses::opening);
   startBoth();
   ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));

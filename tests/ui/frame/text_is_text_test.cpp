@@ -13,8 +13,6 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
-#include <sys/inotify.h>
-#include <unistd.h>
 
 #include "acars/list_log.h"
 #include "core/ui/plain_text.h"
@@ -23,6 +21,7 @@
 #include "hfdl/ui/frequency_window.h"
 #include "history/ui/history_window.h"
 #include "history/ui/report_window.h"
+#include "tests/support/system_files.h"
 #include "tests/ui/support/hfdl_window.h"
 
 namespace vel {
@@ -33,24 +32,6 @@ namespace fs = std::filesystem;
 // Markup that loads a file, a shortcut, and the place holder of window titles.
 const std::string kMarkup = "<img src=x>&x[*]";
 const QKeySequence kShortcut(QStringLiteral("Alt+X"));
-
-// Tells whether a file is ever opened.
-class OpenWatch {
- public:
-  explicit OpenWatch(const fs::path& file) : events_(inotify_init1(IN_NONBLOCK)) {
-    EXPECT_GE(inotify_add_watch(events_, file.c_str(), IN_OPEN), 0);
-  }
-  OpenWatch(const OpenWatch&) = delete;
-  OpenWatch& operator=(const OpenWatch&) = delete;
-  ~OpenWatch() { close(events_); }
-  [[nodiscard]] bool wasOpened() const {
-    char event[4096];
-    return read(events_, event, sizeof event) > 0;
-  }
-
- private:
-  int events_;
-};
 
 void expectPlain(const QString& text, const std::string& where) {
   EXPECT_FALSE(Qt::mightBeRichText(text)) << where << ": " << text.toStdString();
@@ -155,13 +136,13 @@ class TextIsText : public test::HfdlWindowTest {
     QImage picture(2, 2, QImage::Format_RGB32);
     EXPECT_TRUE(picture.save(QString::fromStdString((base_ / "x").string()), "PNG"));
     fs::current_path(base_.path());
-    watch_ = std::make_unique<OpenWatch>(base_ / "x");
+    watch_ = std::make_unique<test::ReadWatch>(base_ / "x");
   }
   ~TextIsText() override {
     std::error_code error;
     fs::current_path(startFolder_, error);
   }
-  void TearDown() override { EXPECT_FALSE(watch_->wasOpened()) << "the named file was opened"; }
+  void TearDown() override { EXPECT_FALSE(watch_->wasRead()) << "the named file was read"; }
 
   void startBrowser() {
     startMainWindow();
@@ -177,7 +158,7 @@ class TextIsText : public test::HfdlWindowTest {
     EXPECT_TRUE(QToolTip::isVisible());
   }
 
-  std::unique_ptr<OpenWatch> watch_;
+  std::unique_ptr<test::ReadWatch> watch_;
 
  private:
   fs::path startFolder_;
@@ -351,7 +332,7 @@ TEST_F(TextIsText, MarkupWouldLoadTheFile) {
   label.setTextFormat(Qt::RichText);
   label.show();
   ASSERT_TRUE(QTest::qWaitForWindowExposed(&label));
-  EXPECT_TRUE(watch_->wasOpened());
+  EXPECT_TRUE(watch_->wasRead());
 }
 
 }  // namespace

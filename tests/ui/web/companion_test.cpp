@@ -1,13 +1,9 @@
 #include "web/ui/companion.h"
 
-#include <csignal>
-#include <fstream>
-#include <iterator>
-
 #include <gmock/gmock.h>
-#include <sys/types.h>
 
 #include "core/file.h"
+#include "tests/ui/web/running_services.h"
 #include "tests/ui/web/web_fixture.h"
 
 namespace vel {
@@ -21,19 +17,8 @@ QString velweb() { return QStringLiteral(VEL_VELWEB); }
 class CompanionTest : public test::WebWindowTest {
  protected:
   /// The process numbers of the velwebs that serve this test's folder.
-  [[nodiscard]] std::vector<pid_t> services() const {
-    std::vector<pid_t> found;
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
-      std::ifstream file(entry.path() / "cmdline", std::ios::binary);
-      const std::string command((std::istreambuf_iterator<char>(file)), {});
-      // A process that has ended but is not yet collected has no command.
-      if (command.starts_with(std::string(VEL_VELWEB) + '\0') &&
-          command.find(base_.folders.program.string()) != std::string::npos) {
-        found.push_back(std::stoi(entry.path().filename().string()));
-      }
-    }
-    return found;
+  [[nodiscard]] std::vector<long long> services() const {
+    return test::runningServices(base_.folders.program.string());
   }
   [[nodiscard]] bool serviceEnds() const {
     return waitFor([this] { return services().empty(); });
@@ -83,7 +68,7 @@ TEST_F(CompanionTest, ARawLogBecomesAKmlFileWithoutAnyHostNamed) {
 TEST_F(CompanionTest, OneServiceServesEveryExport) {
   openLog();
   const std::string first = exportedKml();
-  const std::vector<pid_t> started = services();
+  const std::vector<long long> started = services();
   ASSERT_EQ(started.size(), 1u);
   EXPECT_EQ(exportedKml(), first);
   EXPECT_EQ(services(), started);
@@ -92,9 +77,9 @@ TEST_F(CompanionTest, OneServiceServesEveryExport) {
 TEST_F(CompanionTest, AServiceThatHasEndedIsStartedAgain) {
   openLog();
   const std::string first = exportedKml();
-  const std::vector<pid_t> started = services();
+  const std::vector<long long> started = services();
   ASSERT_EQ(started.size(), 1u);
-  ASSERT_EQ(kill(started[0], SIGKILL), 0);
+  ASSERT_TRUE(test::killProcess(started[0]));
   ASSERT_TRUE(serviceEnds());
   // The program knows of it as soon as it has collected the process.
   ASSERT_TRUE(
@@ -144,7 +129,7 @@ TEST_F(HolderTest, TheServiceEndsWithTheProgram) {
 
 TEST_F(HolderTest, TheServiceEndsAlsoWhenTheProgramIsKilled) {
   start();
-  ASSERT_EQ(kill(static_cast<pid_t>(holder_.processId()), SIGKILL), 0);
+  ASSERT_TRUE(test::killProcess(holder_.processId()));
   ASSERT_TRUE(waitFor([this] { return holder_.state() == QProcess::NotRunning; }));
   EXPECT_EQ(holder_.exitStatus(), QProcess::CrashExit);
   EXPECT_TRUE(serviceEnds());

@@ -434,7 +434,8 @@ TEST_F(KmlExportTest, AMissingCompanionServiceIsReported) {
 
 TEST_F(KmlExportTest, ACompanionServiceThatSaysSomethingElseIsReported) {
   useHost("");
-  makeProgram(QStringLiteral("/bin/echo"));
+  qputenv("VEL_STAND_IN", "other");
+  makeProgram(QStringLiteral(VEL_STAND_IN_SERVICE));
   open("JA8089");
   exportLog();
   expectFailure(failure("the conversion service could not be started",
@@ -443,10 +444,8 @@ TEST_F(KmlExportTest, ACompanionServiceThatSaysSomethingElseIsReported) {
 
 TEST_F(KmlExportTest, TheWindowStaysAliveWhileAServiceDoesNotStart) {
   useHost("");
-  const std::filesystem::path sleeper = base_ / "sleeper";
-  test::writeBytes(sleeper, "#!/bin/sh\nexec sleep 60\n");
-  std::filesystem::permissions(sleeper, std::filesystem::perms::owner_all);
-  makeProgram(QString::fromStdString(sleeper.string()));
+  qputenv("VEL_STAND_IN", "silent");
+  makeProgram(QStringLiteral(VEL_STAND_IN_SERVICE));
   open("JA8089");
   int ticks = 0;
   QTimer ticking;

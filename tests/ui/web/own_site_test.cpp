@@ -25,16 +25,15 @@ class OwnSiteTest : public test::WebWindowTest {
     window_.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&window_));
   }
-  /// A velweb that runs this shell script.
-  [[nodiscard]] QString script(const std::string& lines) const {
-    const std::filesystem::path file = base_ / "velweb.sh";
-    test::writeBytes(file, "#!/bin/sh\n" + lines + "\n");
-    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
-    return QString::fromStdString(file.string());
+  /// A velweb that never says anything.
+  [[nodiscard]] static QString silentService() {
+    qputenv("VEL_STAND_IN", "silent");
+    return QStringLiteral(VEL_STAND_IN_SERVICE);
   }
   /// One that says its address after this time, and stays until its pipe closes.
-  [[nodiscard]] QString slowService(const char* seconds) const {
-    return script(std::string("sleep ") + seconds + "\necho http://127.0.0.1:9\ncat > /dev/null");
+  [[nodiscard]] static QString slowService(const char* milliseconds) {
+    qputenv("VEL_STAND_IN", milliseconds);
+    return QStringLiteral(VEL_STAND_IN_SERVICE);
   }
   void use(const QString& velweb) {
     makeProgram(velweb);
@@ -76,7 +75,7 @@ class OwnSiteTest : public test::WebWindowTest {
 };
 
 TEST_F(OwnSiteTest, AServiceThatHangsAtItsStartHoldsNoWindowAndCanBeGivenUp) {
-  use(script("exec sleep 60"));
+  use(silentService());
   searchFlight("BA0007");
   QDialog* waiting = wait(window_);
   ASSERT_NE(waiting, nullptr);
@@ -94,7 +93,7 @@ TEST_F(OwnSiteTest, AServiceThatHangsAtItsStartHoldsNoWindowAndCanBeGivenUp) {
 }
 
 TEST_F(OwnSiteTest, EscapeGivesTheWaitUpToo) {
-  use(slowService("1"));
+  use(slowService("1000"));
   searchFlight("BA0007");
   QDialog* waiting = wait(window_);
   ASSERT_NE(waiting, nullptr);
@@ -105,7 +104,7 @@ TEST_F(OwnSiteTest, EscapeGivesTheWaitUpToo) {
 }
 
 TEST_F(OwnSiteTest, AServiceThatHangsIsReportedWhenItsTimeIsOver) {
-  use(script("exec sleep 60"));
+  use(silentService());
   searchFlight("BA0007");
   EXPECT_THAT(desktop_.messages, IsEmpty());
   EXPECT_TRUE(waitFor([this] { return !desktop_.messages.empty(); }));
@@ -115,7 +114,7 @@ TEST_F(OwnSiteTest, AServiceThatHangsIsReportedWhenItsTimeIsOver) {
 }
 
 TEST_F(OwnSiteTest, ASlowServiceOpensTheFlightPageWhenItIsThere) {
-  use(slowService("1"));
+  use(slowService("1000"));
   searchFlight("BA0007");
   EXPECT_NE(wait(window_), nullptr);
   EXPECT_TRUE(waitFor([this] { return !desktop_.opened.empty(); }));
@@ -125,7 +124,7 @@ TEST_F(OwnSiteTest, ASlowServiceOpensTheFlightPageWhenItIsThere) {
 }
 
 TEST_F(OwnSiteTest, OfTwoSearchesThatWaitTheLastOneOpens) {
-  use(slowService("0.3"));
+  use(slowService("300"));
   searchFlight("BA0007");
   searchFlight("JL0012");
   EXPECT_TRUE(waitFor([this] { return !desktop_.opened.empty(); }));
@@ -153,7 +152,7 @@ TEST_F(OwnSiteTest, ConffigsTestSaysTheSameWithoutItsSample) {
 }
 
 TEST_F(OwnSiteTest, ConffigsTestWaitsForASlowServiceAndOpensItsSample) {
-  use(slowService("1"));
+  use(slowService("1000"));
   program_->settings().env_FltDefUrl0 = "/?F=";
   ConffigDialog conffig(program_->context(), web_->site(), &window_);
   conffig.open();
@@ -165,7 +164,7 @@ TEST_F(OwnSiteTest, ConffigsTestWaitsForASlowServiceAndOpensItsSample) {
 }
 
 TEST_F(OwnSiteTest, ClosingConffigGivesItsTestUp) {
-  use(slowService("0.3"));
+  use(slowService("300"));
   program_->settings().env_FltDefUrl0 = "/?F=";
   {
     ConffigDialog conffig(program_->context(), web_->site(), &window_);

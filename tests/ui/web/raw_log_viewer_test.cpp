@@ -13,6 +13,7 @@
 #include "app/ui/browser_window.h"
 #include "core/helpers.h"
 #include "core/ui/twips.h"
+#include "tests/support/system_files.h"
 #include "tests/ui/support/settled_places.h"
 #include "tests/ui/web/web_fixture.h"
 
@@ -209,10 +210,10 @@ TEST_F(RawLogViewerTest, TheFileIsFoundWhateverItsLetterCase) {
 }
 
 TEST_F(RawLogViewerTest, AFileThatCannotBeReadIsReportedOnceAndTheWindowStays) {
-  // Opens, but its first byte cannot be read.
-  std::filesystem::create_symlink("/proc/self/mem", base_.folders.eachLogs / "JA8089.log");
+  const test::RefusedFile refused(base_.folders.eachLogs / "JA8089.log",
+                                  test::RefusedFile::Refuses::reading);
   open("JA8089");
-  EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #57"));
+  EXPECT_THAT(desktop_.messages, ElementsAre(test::RefusedFile::kReadingError));
   EXPECT_TRUE(viewer()->isVisible());
   EXPECT_EQ(text(), "");
 }
