@@ -15,9 +15,9 @@ test_packages=(
 # For Windows programs: what builds them, and what runs them here besides.
 windows_packages=(
   "${build_packages[@]}"
-  g++-mingw-w64-x86-64-posix dpkg-dev make nasm zip
+  g++-mingw-w64-x86-64-posix dpkg-dev make nasm zip cmark-gfm
 )
 windows_test_packages=(
-  "${windows_packages[@]}" googletest wine wine64 xvfb unzip
+  "${windows_packages[@]}" googletest wine wine64 xvfb unzip fonts-dejavu-core
 )
 fuzz_packages=(clang libclang-rt-dev cmake ninja-build ccache pkg-config libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev)

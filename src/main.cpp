@@ -9,6 +9,7 @@
 #include "app/ui/program.h"
 #include "app/ui/program_icon.h"
 #include "app/ui/station_choice.h"
+#include "app/ui/system_theme.h"
 #include "app/ui/unattended_desktop.h"
 #include "core/program_files.h"
 #include "core/ui/japanese_fonts.h"
@@ -120,6 +121,7 @@ int main(int argc, char** argv) {
   // Help, version and errors of the command line need no display.
   const auto options = vel::readOptions(vel::commandLine(argc, argv));
   if (const auto* exit = std::get_if<vel::ExitAtOnce>(&options)) return exit->status;
+  vel::followSystemTheme();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vel"));
   QApplication::setApplicationDisplayName(QString());

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "core/platform.h"
+#include "core/platform_folders.h"
 
 namespace vel {
 namespace {
@@ -180,26 +181,16 @@ std::optional<FolderLock> FolderLock::take(const std::filesystem::path& folder) 
 Status flushFolder(const std::filesystem::path& folder) { return platform::flushFolder(folder); }
 
 bool fileExists(const std::filesystem::path& path) {
-  std::error_code error;
-  return std::filesystem::is_regular_file(path, error);
+  return platform::kindOf(path) == platform::FileKind::regular;
 }
 
 Result<std::vector<std::string>> listFolder(const std::filesystem::path& folder) {
-  std::error_code error;
-  std::filesystem::directory_iterator entries(folder, error);
-  while (error == std::errc::interrupted) {
-    entries = std::filesystem::directory_iterator(folder, error);
-  }
-  if (error) {
-    return error == std::errc::permission_denied ? ErrorNumber::permissionDenied
-                                                 : ErrorNumber::pathNotFound;
-  }
+  const Result<std::vector<platform::FolderEntry>> entries = platform::entriesOf(folder);
+  if (!entries) return entries.error();
   std::vector<std::string> names;
-  for (; entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-    std::error_code ignored;
-    if (entries->is_regular_file(ignored)) names.push_back(toUtf8(entries->path().filename()));
+  for (const platform::FolderEntry& entry : *entries) {
+    if (entry.kind == platform::FileKind::regular) names.push_back(toUtf8(entry.name));
   }
-  if (error) return ErrorNumber::deviceIo;
   std::sort(names.begin(), names.end(), [](const std::string& left, const std::string& right) {
     const int order = lowerAscii(left).compare(lowerAscii(right));
     return order != 0 ? order < 0 : left < right;
@@ -232,14 +223,15 @@ std::filesystem::path fileIn(const std::filesystem::path& folder, std::string_vi
 
 std::filesystem::path folderIn(const std::filesystem::path& folder, std::string_view name) {
   const std::filesystem::path exact = folder / toPath(name);
-  std::error_code error;
-  if (platform::fileNamesIgnoreCase() || std::filesystem::is_directory(exact, error)) return exact;
+  if (platform::fileNamesIgnoreCase() || platform::kindOf(exact) == platform::FileKind::folder) {
+    return exact;
+  }
+  const Result<std::vector<platform::FolderEntry>> entries = platform::entriesOf(folder);
+  if (!entries) return exact;
   std::vector<std::string> names;
-  std::filesystem::directory_iterator entries(folder, error);
-  for (; !error && entries != std::filesystem::directory_iterator(); entries.increment(error)) {
-    std::string other = toUtf8(entries->path().filename());
-    std::error_code ignored;
-    if (equalIgnoringCase(other, name) && entries->is_directory(ignored)) {
+  for (const platform::FolderEntry& entry : *entries) {
+    std::string other = toUtf8(entry.name);
+    if (equalIgnoringCase(other, name) && entry.kind == platform::FileKind::folder) {
       names.push_back(std::move(other));
     }
   }
@@ -278,18 +270,17 @@ std::optional<std::filesystem::path> FolderIndex::find(std::string_view name) {
 }
 
 void FolderIndex::refresh() {
-  std::error_code error;
-  const auto changedAt = std::filesystem::last_write_time(folder_, error);
-  if (error) {
+  const std::optional<platform::FolderChange> change = platform::lastChangeOf(folder_);
+  if (!change) {
     names_.clear();
     settled_ = false;
     return;
   }
-  if (settled_ && changedAt == listedAt_) return;
+  if (settled_ && change->time == listedAt_) return;
   // A folder that changed a moment ago may change again within the same tick
   // of its clock: such a listing is not kept.
-  settled_ = std::filesystem::file_time_type::clock::now() - changedAt > std::chrono::seconds(2);
-  listedAt_ = changedAt;
+  settled_ = !change->isRecent;
+  listedAt_ = change->time;
   names_.clear();
   const Result<std::vector<std::string>> listed = listFolder(folder_);
   if (!listed) {

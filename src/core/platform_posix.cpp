@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <chrono>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -16,6 +17,7 @@
 #include <unistd.h>
 
 #include "core/platform.h"
+#include "core/platform_folders.h"
 
 namespace vel::platform {
 namespace {
@@ -236,6 +238,54 @@ char32_t lowerCase(char32_t character) {
 
 char32_t upperCase(char32_t character) {
   return static_cast<char32_t>(towupper_l(static_cast<wint_t>(character), utf8Locale()));
+}
+
+FileKind kindOf(const std::filesystem::path& path) {
+  std::error_code error;
+  switch (std::filesystem::status(path, error).type()) {
+    case std::filesystem::file_type::not_found:
+      return FileKind::nothing;
+    case std::filesystem::file_type::regular:
+      return FileKind::regular;
+    case std::filesystem::file_type::directory:
+      return FileKind::folder;
+    case std::filesystem::file_type::none:
+    case std::filesystem::file_type::unknown:
+      return FileKind::unknown;
+    default:
+      return FileKind::other;
+  }
+}
+
+Result<std::vector<FolderEntry>> entriesOf(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entries(folder, error);
+  while (error == std::errc::interrupted) {
+    entries = std::filesystem::directory_iterator(folder, error);
+  }
+  if (error) {
+    return error == std::errc::permission_denied ? ErrorNumber::permissionDenied
+                                                 : ErrorNumber::pathNotFound;
+  }
+  std::vector<FolderEntry> found;
+  for (; entries != std::filesystem::directory_iterator(); entries.increment(error)) {
+    // What the folder's list says already need not be looked up.
+    std::error_code ignored;
+    const FileKind kind = entries->is_regular_file(ignored) ? FileKind::regular
+                          : entries->is_directory(ignored)  ? FileKind::folder
+                                                            : FileKind::other;
+    found.push_back({entries->path().filename(), kind});
+  }
+  if (error) return ErrorNumber::deviceIo;
+  return found;
+}
+
+std::optional<FolderChange> lastChangeOf(const std::filesystem::path& folder) {
+  std::error_code error;
+  const auto time = std::filesystem::last_write_time(folder, error);
+  if (error) return std::nullopt;
+  const auto age = std::filesystem::file_time_type::clock::now() - time;
+  return FolderChange{time, age <= std::chrono::seconds(2)};
 }
 
 Result<std::intptr_t> openForReading(const std::filesystem::path& path) {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <functional>
 #include <limits>
@@ -11,6 +12,7 @@
 #include <sddl.h>
 
 #include "core/platform.h"
+#include "core/platform_folders.h"
 
 namespace vel::platform {
 namespace {
@@ -121,6 +123,18 @@ std::wstring systemPath(const std::filesystem::path& path) {
   full.resize(made);
   if (full.starts_with(L"\\\\")) return L"\\\\?\\UNC\\" + full.substr(2);
   return L"\\\\?\\" + full;
+}
+
+FileKind kindOfAttributes(DWORD attributes) {
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileKind::folder;
+  return (attributes & FILE_ATTRIBUTE_DEVICE) != 0 ? FileKind::other : FileKind::regular;
+}
+
+// The system's unit of time.
+using Ticks = std::chrono::duration<long long, std::ratio<1, 10'000'000>>;
+
+Ticks ticksOf(const FILETIME& time) {
+  return Ticks(static_cast<long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime);
 }
 
 class CodePageTranscoder : public Transcoder {
@@ -301,6 +315,69 @@ std::unique_ptr<Transcoder> makeTranscoder(const std::string& encodingName) {
 char32_t lowerCase(char32_t character) { return mapCase(character, LCMAP_LOWERCASE); }
 
 char32_t upperCase(char32_t character) { return mapCase(character, LCMAP_UPPERCASE); }
+
+FileKind kindOf(const std::filesystem::path& path) {
+  // "NUL" and the like are devices in every folder.
+  std::wstring full(std::size_t{1} << 15, L'\0');
+  full.resize(
+      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  if (full.starts_with(L"\\\\.\\")) return FileKind::other;
+  const DWORD attributes = GetFileAttributesW(systemPath(path).c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES) return kindOfAttributes(attributes);
+  switch (GetLastError()) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_INVALID_DRIVE:
+    case ERROR_BAD_NETPATH:
+    case ERROR_BAD_NET_NAME:
+    case ERROR_DIRECTORY:
+    case ERROR_FILENAME_EXCED_RANGE:
+      return FileKind::nothing;
+    default:
+      return FileKind::unknown;
+  }
+}
+
+Result<std::vector<FolderEntry>> entriesOf(const std::filesystem::path& folder) {
+  WIN32_FIND_DATAW found{};
+  HANDLE search = FindFirstFileW(systemPath(folder / L"*").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) {
+    switch (GetLastError()) {
+      // A drive's root has not even the entries that stand for folders.
+      case ERROR_FILE_NOT_FOUND:
+        return std::vector<FolderEntry>();
+      case ERROR_ACCESS_DENIED:
+        return ErrorNumber::permissionDenied;
+      default:
+        return ErrorNumber::pathNotFound;
+    }
+  }
+  std::vector<FolderEntry> entries;
+  do {
+    const std::wstring_view name = found.cFileName;
+    if (name == L"." || name == L"..") continue;
+    const bool isLink = (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    entries.push_back(
+        {name, isLink ? kindOf(folder / name) : kindOfAttributes(found.dwFileAttributes)});
+  } while (FindNextFileW(search, &found) != 0);
+  const DWORD code = GetLastError();
+  FindClose(search);
+  if (code != ERROR_NO_MORE_FILES) return ErrorNumber::deviceIo;
+  return entries;
+}
+
+std::optional<FolderChange> lastChangeOf(const std::filesystem::path& folder) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (GetFileAttributesExW(systemPath(folder).c_str(), GetFileExInfoStandard, &data) == 0) {
+    return std::nullopt;
+  }
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  const Ticks age = ticksOf(now) - ticksOf(data.ftLastWriteTime);
+  const std::filesystem::file_time_type::duration time(ticksOf(data.ftLastWriteTime).count());
+  return FolderChange{std::filesystem::file_time_type(time), age <= std::chrono::seconds(2)};
+}
 
 Result<std::intptr_t> openForReading(const std::filesystem::path& path) {
   const std::wstring name = systemPath(path);

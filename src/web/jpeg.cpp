@@ -246,9 +246,8 @@ Result<JobProgress> JpegRead::step(Clock::time_point deadline) {
 
 Result<JobProgress> JpegRead::readOn(Clock::time_point deadline) {
   if (!source_) {
-    std::error_code error;
     // Opening anything else may never come back.
-    if (!std::filesystem::is_regular_file(file_, error)) return ErrorNumber::fileNotFound;
+    if (!fileExists(file_)) return ErrorNumber::fileNotFound;
     Result<InputFile> opened = InputFile::open(file_);
     if (!opened) return opened.error();
     source_.emplace(std::move(*opened));

@@ -30,9 +30,9 @@ void openPhoto(Desktop& desktop, const Folders& folders, std::string_view regist
     // What is there but is no file (a pipe, a folder) counts as missing; of what
     // is not there at all the opener says so itself.
     std::error_code error;
-    const auto type = std::filesystem::status(photo, error).type();
-    const bool isSomethingElse = type != std::filesystem::file_type::regular &&
-                                 type != std::filesystem::file_type::not_found;
+    const bool isSomethingElse =
+        !fileExists(photo) &&
+        std::filesystem::status(photo, error).type() != std::filesystem::file_type::not_found;
     if (!isSomethingElse) result = ShellOpen(desktop, nativeText(photo));
   }
   if (result < kFirstSuccess) {

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "core/file.h"
+#include "core/folders.h"
 #include "core/platform.h"
 #include "tests/held/file_holder.h"
 #include "tests/support/test_files.h"
@@ -60,6 +61,55 @@ TEST(WindowsFiles, PathsMayBeLongerThan260Characters) {
   for (; deep != folder.path(); deep = deep.parent_path()) {
     RemoveDirectoryW((L"\\\\?\\" + deep.wstring()).c_str());
   }
+}
+
+TEST(WindowsFiles, AStationMayLieDeeperThan260Characters) {
+  const TemporaryFolder folder;
+  std::filesystem::path deep = folder.path();
+  while (deep.native().size() < 300) deep /= std::wstring(60, L'x');
+  const std::filesystem::path data = deep / "data";
+  std::filesystem::path made = folder.path();
+  for (const auto& part : data.lexically_relative(folder.path())) {
+    made /= part;
+    ASSERT_NE(CreateDirectoryW((L"\\\\?\\" + made.wstring()).c_str(), nullptr), 0);
+  }
+  const Folders folders = Folders::of(deep / "vel");
+  EXPECT_EQ(folders.data, data);
+  ASSERT_TRUE(writeWholeFile(data / "Flight.CSV", ".new", "JL0012,RJTTKLAX,-\r\n").ok());
+  EXPECT_EQ(fileIn(folders.data, "FLIGHT.csv").filename(), "Flight.CSV");
+  EXPECT_TRUE(fileExists(data / "Flight.CSV"));
+  EXPECT_FALSE(fileExists(data / "airport.csv"));
+  EXPECT_FALSE(fileExists(data));
+  EXPECT_THAT(listFolder(data).value(), testing::ElementsAre("Flight.CSV"));
+  FolderIndex index(data);
+  EXPECT_TRUE(index.find("flight.csv").has_value());
+  EXPECT_TRUE(removeFile(data / "Flight.CSV").ok());
+  for (made = data; made != folder.path(); made = made.parent_path()) {
+    RemoveDirectoryW((L"\\\\?\\" + made.wstring()).c_str());
+  }
+}
+
+TEST(WindowsFiles, FoldersStandBesideEachOtherOnAShareAndAtADrivesRootToo) {
+  const Folders share = Folders::of(LR"(\\server\share\station\vel)");
+  EXPECT_EQ(share.data, std::filesystem::path(LR"(\\server\share\station\data)"));
+  EXPECT_EQ(share.eachLogs, std::filesystem::path(LR"(\\server\share\station\logs\EachLogs)"));
+  const Folders root = Folders::of(LR"(C:\vel\)");
+  EXPECT_EQ(root.base, std::filesystem::path(LR"(C:\)"));
+  EXPECT_EQ(root.data, std::filesystem::path(LR"(C:\data)"));
+}
+
+TEST(WindowsFiles, ADrivesRootServesAsABaseFolder) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "data");
+  writeBytes(folder / "data/FLIGHT.csv", "");
+  writeBytes(folder / "beside.txt", "");
+  ASSERT_NE(DefineDosDeviceW(0, L"V:", folder.path().c_str()), 0) << GetLastError();
+  const Folders folders = Folders::of("V:/vel");
+  EXPECT_TRUE(fileExists(folders.data / "flight.CSV"));
+  EXPECT_THAT(listFolder("V:/").value(), testing::ElementsAre("beside.txt"));
+  EXPECT_TRUE(writeWholeFile(folders.base / "new.txt", ".new", "x").ok());
+  EXPECT_TRUE(FolderLock::take("V:/").has_value());
+  EXPECT_NE(DefineDosDeviceW(DDD_REMOVE_DEFINITION, L"V:", nullptr), 0) << GetLastError();
 }
 
 TEST(WindowsFiles, AFileWhoseNameIsNoTextDoesNotBreakAListing) {
