@@ -29,9 +29,13 @@ class EndWaiter : public QObject {
 };
 
 // Called on a thread of the system's.
-BOOL WINAPI tellEventLoop(DWORD) {
+BOOL WINAPI tellEventLoop(DWORD what) {
   if (waiting == nullptr) return FALSE;
   QCoreApplication::postEvent(waiting, new QEvent(static_cast<QEvent::Type>(kEndAsked)));
+  // With the return from any of the others the system ends the program, which
+  // has these seconds until then.
+  constexpr DWORD kMostMilliseconds = 20'000;
+  if (what != CTRL_C_EVENT && what != CTRL_BREAK_EVENT) Sleep(kMostMilliseconds);
   return TRUE;
 }
 

@@ -34,11 +34,9 @@ class FirstStart : public testing::Test {
     return test::control<QLabel>(*dialog_, "Note").text().toStdString();
   }
   // A program that stands for the maker of sample stations.
-  [[nodiscard]] fs::path maker(const std::string& script) const {
-    const fs::path file = root_.path() / "maker";
-    test::writeBytes(file, "#!/bin/sh\n" + script);
-    fs::permissions(file, fs::perms::owner_all);
-    return file;
+  [[nodiscard]] static fs::path maker(const char* how) {
+    qputenv("VEL_STAND_IN", how);
+    return toPath(VEL_STAND_IN_MAKER);
   }
 
   test::TemporaryFolder root_;
@@ -117,7 +115,7 @@ TEST_F(FirstStart, MakesAnEmptyStationButNeverInAnotherOne) {
 
 TEST_F(FirstStart, MakesASampleStationUnderANameOfItsOwn) {
   fs::create_directories(root_.path() / "VEL sample");
-  open(maker("mkdir -p \"$1/data\" \"$1/logs\"; echo NH > \"$1/data/letter.csv\""));
+  open(maker("works"));
   press("MakeSample");
   EXPECT_FALSE(test::control<QPushButton>(*dialog_, "MakeEmpty").isEnabled());
   ASSERT_TRUE(QTest::qWaitFor([this] { return !dialog_->isVisible(); }, 30'000));
@@ -127,7 +125,7 @@ TEST_F(FirstStart, MakesASampleStationUnderANameOfItsOwn) {
 }
 
 TEST_F(FirstStart, SaysWhyASampleStationWasNotMade) {
-  open(maker("echo '<b>disk</b> is full' >&2; exit 1"));
+  open(maker("fails"));
   press("MakeSample");
   ASSERT_TRUE(QTest::qWaitFor([this] { return note().find("disk") != std::string::npos; }, 30'000));
   EXPECT_THAT(note(), HasSubstr("The sample station was not made."));
@@ -163,7 +161,7 @@ TEST_F(FirstStart, EscapeChoosesNone) {
 
 TEST_F(FirstStart, IsWorkedFromTheKeyboard) {
   chosen_ = root_.path() / "new";
-  open(maker("exit 1"));
+  open(maker("fails"));
   QWidget* first = QApplication::focusWidget();
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(first->objectName(), QStringLiteral("OpenDecoderFolder"));
