@@ -23,7 +23,9 @@ class RefusedFile::System {
     file_ = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, shared, nullptr, OPEN_EXISTING,
                         FILE_ATTRIBUTE_NORMAL, nullptr);
     EXPECT_NE(file_, INVALID_HANDLE_VALUE) << GetLastError();
-    if (refuses == Refuses::reading) EXPECT_NE(LockFile(file_, 0, 0, 1 << 20, 0), 0);
+    if (refuses == Refuses::reading) {
+      EXPECT_NE(LockFile(file_, 0, 0, 1 << 20, 0), 0) << GetLastError();
+    }
   }
   System(const System&) = delete;
   System& operator=(const System&) = delete;

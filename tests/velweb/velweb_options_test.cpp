@@ -53,7 +53,7 @@ TEST(VelwebOptions, HelpAndVersionEndTheProgramWell) {
 }
 
 TEST(VelwebOptions, WhatIsWrongIsSaid) {
-  for (const auto& words : std::vector<std::vector<const char*>>{{"--port", "65536"},
+  for (const auto& words : std::vector<std::vector<std::string>>{{"--port", "65536"},
                                                                  {"--port", "-1"},
                                                                  {"--port"},
                                                                  {"--timeout", "3601"},
