@@ -20,4 +20,14 @@ windows_packages=(
 windows_test_packages=(
   "${windows_packages[@]}" googletest wine wine64 xvfb unzip fonts-dejavu-core
 )
-fuzz_packages=(clang libclang-rt-dev cmake ninja-build ccache pkg-config libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev)
+fuzz_packages=("${build_packages[@]}" clang libclang-rt-dev)
+# What builds the Debian package and tries it, beside the build packages.
+debian_packages=(
+  "${build_packages[@]}"
+  cmark-gfm debhelper dpkg-dev fakeroot lintian mmdebstrap
+)
+# What checks and makes anew what is kept beside the sources: icons and pictures.
+picture_packages=(
+  "${build_packages[@]}"
+  cmark-gfm imagemagick librsvg2-bin xvfb xauth openbox xdotool x11-utils
+)

@@ -21,6 +21,9 @@ namespace fs = std::filesystem;
 
 constexpr int kNoteHeight = 3;  // lines
 constexpr int kIconSize = 64;
+// Of a button's text from its picture, in pixels.
+constexpr int kTextIndent = 12;
+constexpr int kWidthInLetters = 72;
 // So many sample stations find a name of their own.
 constexpr int kMostSamples = 1000;
 
@@ -99,6 +102,7 @@ FirstStartDialog::FirstStartDialog(Choices choices, QWidget* parent)
   rows->addWidget(note_, 1);
   rows->addWidget(progress_);
   rows->addWidget(box);
+  setMinimumWidth(kWidthInLetters * fontMetrics().averageCharWidth());
   open->setFocus();
 
   connect(&maker_, &QProcess::finished, this, [this](int exitCode, QProcess::ExitStatus status) {
@@ -123,13 +127,18 @@ FirstStartDialog::~FirstStartDialog() {
 QCommandLinkButton* FirstStartDialog::addChoice(const QString& name, const QString& english,
                                                 const QString& japanese,
                                                 const QString& explanation) {
-  auto* button = new QCommandLinkButton(english + QStringLiteral(" / ") + japanese,
-                                        withoutShortcut(explanation), buttons_);
+  auto* button = new QCommandLinkButton(english + QStringLiteral(" / ") + japanese, buttons_);
   button->setObjectName(name);
   QString spoken = english;
   button->setAccessibleName(spoken.remove(QLatin1Char('&')));
   button->setAccessibleDescription(explanation);
   buttons_->layout()->addWidget(button);
+  // The button's own description does not grow with what it holds.
+  auto* label = new QLabel(buttons_);
+  label->setWordWrap(true);
+  label->setIndent(button->iconSize().width() + kTextIndent);
+  showPlainText(*label, explanation);
+  buttons_->layout()->addWidget(label);
   return button;
 }
 
