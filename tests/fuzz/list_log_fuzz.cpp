@@ -46,13 +46,13 @@ class PlainReader {
 
   [[nodiscard]] bool passes(const std::vector<std::string_view>& fields) const {
     const std::string mark = encoding_.decode(fields[1]);
-    if (filter_.photo == ListFilter::kAvailable && mark != "O" && mark != "○") return false;
-    if (filter_.photo == ListFilter::kUnavailable && mark != "X" && mark != "×") return false;
+    if (filter_.photo == PhotoFilter::available && mark != "O" && mark != "○") return false;
+    if (filter_.photo == PhotoFilter::unavailable && mark != "X" && mark != "×") return false;
     const std::string time = encoding_.decode(fields[7]);
     if (!filter_.time.empty()) {
-      if (filter_.timeComparison == ListFilter::kEarlier && time > filter_.time) return false;
-      if (filter_.timeComparison == ListFilter::kLater && time < filter_.time) return false;
-      if (filter_.timeComparison == ListFilter::kPrefix && !time.starts_with(filter_.time)) {
+      if (filter_.timeComparison == TimeComparison::earlier && time > filter_.time) return false;
+      if (filter_.timeComparison == TimeComparison::later && time < filter_.time) return false;
+      if (filter_.timeComparison == TimeComparison::prefix && !time.starts_with(filter_.time)) {
         return false;
       }
     }
@@ -78,8 +78,8 @@ class PlainReader {
 
 ListFilter filterOf(std::string_view part) {
   ListFilter filter;
-  filter.photo = numberOf(lineOfPart(part, 1), 3);
-  filter.timeComparison = numberOf(lineOfPart(part, 2), 3);
+  filter.photo = static_cast<PhotoFilter>(numberOf(lineOfPart(part, 1), 3));
+  filter.timeComparison = static_cast<TimeComparison>(numberOf(lineOfPart(part, 2), 3));
   filter.time = lineOfPart(part, 3);
   filter.flight = lineOfPart(part, 4);
   filter.registration = lineOfPart(part, 5);
