@@ -76,7 +76,7 @@ Result<JobProgress> DayCounting::step(Clock::time_point deadline) {
       problems_.push_back(
           {dayText(days_.back().day), LogProblem::Kind::unreadable, block.error().number});
     }
-    if (!block || block->empty()) {
+    if (!block || (block->empty() && blocks_.isAtEnd())) {
       blocks_.close();
       isOpen_ = false;
       addresses_ = days_.back().addresses.mostFirst();

@@ -44,23 +44,21 @@ FirstHeard::FirstHeard(const Folders& folders, const Encoding& encoding, const N
       registrationLabel_(std::string(kRegistrationLabel.text)),
       flightLabel_(std::string(kFlightLabel.text)) {}
 
-void FirstHeard::listLogs() {
-  const auto add = [this](bool isHfdl, std::string_view suffix) {
-    for (std::string& name : datedLogs(folders_.logs, suffix)) {
-      const auto day = dayOfName(name);
-      if (day && *day < day_) logs_.push_back({isHfdl, std::move(name), *day});
-    }
-  };
-  if (which_.lists) add(false, kListLogSuffix);
-  if (which_.hfdl) add(true, kHfdlLogSuffix);
+// A folder of many files takes its time: one listing after the other.
+void FirstHeard::listLogs(bool isHfdl) {
+  if (!(isHfdl ? which_.hfdl : which_.lists)) return;
+  for (std::string& name : datedLogs(folders_.logs, isHfdl ? kHfdlLogSuffix : kListLogSuffix)) {
+    const auto day = dayOfName(name);
+    if (day && *day < day_) logs_.push_back({isHfdl, std::move(name), *day});
+  }
   std::stable_sort(logs_.begin(), logs_.end(),
                    [](const Log& left, const Log& right) { return left.day > right.day; });
 }
 
 Result<JobProgress> FirstHeard::step(Clock::time_point deadline) {
-  if (!listed_) {
-    listLogs();
-    listed_ = true;
+  if (listings_ < 2) {
+    listLogs(listings_ == 1);
+    ++listings_;
     return JobProgress::more;
   }
   do {
@@ -73,7 +71,7 @@ Result<JobProgress> FirstHeard::step(Clock::time_point deadline) {
     if (!block) {
       problems_.push_back({logs_[next_].name, LogProblem::Kind::unreadable, block.error().number});
       close();
-    } else if (block->empty()) {
+    } else if (block->empty() && blocks_.isAtEnd()) {
       close();
     } else if (logs_[next_].isHfdl) {
       strikeHfdlNames(*block, registrationLabel_, aircraft_);

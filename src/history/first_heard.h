@@ -51,7 +51,7 @@ class FirstHeard : public Job {
     std::chrono::local_days day;
   };
 
-  void listLogs();
+  void listLogs(bool isHfdl);
   bool open();
   void close();
   void strikeHfdlNames(std::string_view block, BytePattern& label, WantedNames& names) const;
@@ -64,7 +64,7 @@ class FirstHeard : public Job {
   WantedNames flights_;
   BytePattern registrationLabel_;
   BytePattern flightLabel_;
-  bool listed_ = false;
+  int listings_ = 0;  // of the folder, one for each kind of log
   std::vector<Log> logs_;
   std::size_t next_ = 0;
   bool isOpen_ = false;

@@ -89,8 +89,9 @@ HistorySearch::HistorySearch(const Folders& folders, const Encoding& encoding,
   for (const std::string& bytes : match_.text().hfdlScanBytes()) hfdlPatterns_.emplace_back(bytes);
 }
 
-void HistorySearch::listLogs() {
-  const auto addDated = [this](HistorySource source, std::string_view suffix) {
+// A folder of many files takes its time: one listing after the other.
+void HistorySearch::listLogs(HistorySource source) {
+  const auto addDated = [this, source](std::string_view suffix) {
     for (std::string& name : datedLogs(folders_.logs, suffix)) {
       const auto day = dayOfName(name);
       if (day ? query_.days.holds(*day) : query_.days.isAll()) {
@@ -98,25 +99,27 @@ void HistorySearch::listLogs() {
       }
     }
   };
-  // Neither log has what the text would be compared with.
-  if (query_.lists && query_.meaning != SearchMeaning::address) {
-    addDated(HistorySource::list, kListLogSuffix);
-  }
-  if (query_.hfdl && query_.meaning != SearchMeaning::airport) {
-    addDated(HistorySource::hfdl, kHfdlLogSuffix);
-  }
-  std::stable_sort(logs_.begin(), logs_.end(),
-                   [](const Log& left, const Log& right) { return left.day < right.day; });
-  if (!query_.rawLogs) return;
-  for (std::string& name : rawLogs(folders_)) {
-    logs_.push_back({HistorySource::raw, std::move(name), {}});
+  switch (source) {
+    case HistorySource::list:
+      // This log, and the next, has nothing that the text could be compared with.
+      if (query_.lists && query_.meaning != SearchMeaning::address) addDated(kListLogSuffix);
+      break;
+    case HistorySource::hfdl:
+      if (query_.hfdl && query_.meaning != SearchMeaning::airport) addDated(kHfdlLogSuffix);
+      std::stable_sort(logs_.begin(), logs_.end(),
+                       [](const Log& left, const Log& right) { return left.day < right.day; });
+      break;
+    case HistorySource::raw:
+      if (!query_.rawLogs) break;
+      for (std::string& name : rawLogs(folders_)) logs_.push_back({source, std::move(name), {}});
+      break;
   }
 }
 
 Result<JobProgress> HistorySearch::step(Clock::time_point deadline) {
-  if (!listed_) {
-    listLogs();
-    listed_ = true;
+  if (!unlisted_.empty()) {
+    listLogs(unlisted_.front());
+    unlisted_.erase(unlisted_.begin());
     return JobProgress::more;
   }
   do {
@@ -129,6 +132,7 @@ Result<JobProgress> HistorySearch::step(Clock::time_point deadline) {
       close(LogProblem::Kind::unreadable, block.error().number);
       continue;
     }
+    if (block->empty() && !blocks_.isAtEnd()) continue;
     if (block->empty()) {
       switch (blocks_.change()) {
         case LogBlocks::Change::grew:

@@ -58,7 +58,7 @@ class HistorySearch : public Job {
     std::optional<std::chrono::local_days> day;
   };
 
-  void listLogs();
+  void listLogs(HistorySource source);
   bool open();
   void close(std::optional<LogProblem::Kind> problem, ErrorNumber number = ErrorNumber::none);
   void scan(std::string_view block);
@@ -70,7 +70,8 @@ class HistorySearch : public Job {
   FoundMessages& found_;
   std::vector<BytePattern> patterns_;
   std::vector<BytePattern> hfdlPatterns_;
-  bool listed_ = false;
+  std::vector<HistorySource> unlisted_{HistorySource::list, HistorySource::hfdl,
+                                       HistorySource::raw};
   std::vector<Log> logs_;
   std::size_t next_ = 0;  // of logs_
   bool isOpen_ = false;

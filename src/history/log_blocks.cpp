@@ -98,6 +98,7 @@ Result<std::string_view> LogBlocks::next() {
     atEnd_ = *count == 0;
     if (nextOffset_ == 0 && text().starts_with(kByteOrderMark)) drop(kByteOrderMark.size());
     if (skipping_) skipRest();
+    if (skipping_) break;
     whole = endOfWhole(text());
     if (whole == 0 && text().size() >= kLongestPiece) {
       drop(text().size());

@@ -29,10 +29,14 @@ class LogBlocks {
   /// Gives the log before up. The error is that of InputFile::open.
   Status open(const std::filesystem::path& file, Cut cut);
 
-  /// The next block, empty at the end. The view lives until the next call; the
-  /// byte before it can be read and is an LF, and so can BytePattern::kSlack
-  /// bytes on either side.
+  /// The next block; empty at the end, and now and then within a line that is
+  /// left out, so that no call takes long. The view lives until the next call;
+  /// the byte before it can be read and is an LF, and so can
+  /// BytePattern::kSlack bytes on either side.
   Result<std::string_view> next();
+
+  /// True once everything has been handed out.
+  [[nodiscard]] bool isAtEnd() const { return atEnd_; }
 
   /// Where the last block began within the file.
   [[nodiscard]] std::uint64_t offset() const { return offset_; }

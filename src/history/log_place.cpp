@@ -40,7 +40,7 @@ Result<JobProgress> LogPlace::step(Clock::time_point deadline) {
   do {
     const Result<std::string_view> block = blocks_.next();
     if (!block) return block.error();
-    if (block->empty()) return JobProgress::done;
+    if (block->empty() && blocks_.isAtEnd()) return JobProgress::done;
     switch (source_) {
       case HistorySource::list:
         countList(*block);

@@ -24,7 +24,8 @@ LogBrowser* broughtToFront(Program& program, bool isHfdl) {
   return browser;
 }
 
-LogBrowser::LineText lineTextOf(ReportKind kind, GapKind gap, const std::string& heardAs) {
+LogBrowser::LineText lineTextOf(ReportKind kind, GapKind gap, const std::string& heardAs,
+                                const std::string& address) {
   const bool isList = kind == ReportKind::list;
   LogBrowser::LineText wanted;
   wanted.text = heardAs;
@@ -33,17 +34,13 @@ LogBrowser::LineText lineTextOf(ReportKind kind, GapKind gap, const std::string&
       wanted.columns = {isList ? int{kListRegistration} : int{kHfdlAddress}};
       wanted.editor = LineEditor::aircraft;
       break;
-    case GapKind::flight: {
+    case GapKind::flight:
       wanted.columns = {isList ? int{kListFlight} : int{kHfdlFlight}};
       wanted.editor = LineEditor::flight;
-      // A short flight is that of the aircraft whose address stands behind it.
-      const std::size_t address = heardAs.find('\n');
-      if (address == std::string::npos) break;
-      wanted.text = heardAs.substr(0, address);
+      if (address.empty()) break;
       wanted.otherColumn = kHfdlAddress;
-      wanted.otherText = heardAs.substr(address + 1);
+      wanted.otherText = address;
       break;
-    }
     case GapKind::prefix:
       wanted.columns = {isList ? int{kListFlight} : int{kHfdlFlight}};
       wanted.begins = true;
@@ -90,9 +87,9 @@ void openFromHistory(HistoryWindows& windows, Program& program, RawLogs& rawLogs
     if (browser != nullptr) browser->showLine(log, row);
   };
   windows.selectLine = [&program](ReportKind kind, const std::string& log, GapKind gap,
-                                  const std::string& heardAs) {
+                                  const std::string& heardAs, const std::string& address) {
     LogBrowser* const browser = broughtToFront(program, kind == ReportKind::hfdl);
-    if (browser != nullptr) browser->showLineWith(log, lineTextOf(kind, gap, heardAs));
+    if (browser != nullptr) browser->showLineWith(log, lineTextOf(kind, gap, heardAs, address));
   };
 }
 

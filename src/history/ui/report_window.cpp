@@ -23,6 +23,8 @@ namespace {
 constexpr QSize kFirstSize{900, 620};
 // A rewrite replaces a table in several steps.
 constexpr int kSettled = 150;
+// No line of a log holds it.
+constexpr char kAddressMark = '\n';
 constexpr const char* kNotSaved = "The report could not be saved. レポートを保存できませんでした。";
 
 QString bothNames(TwoNames names) {
@@ -47,7 +49,7 @@ std::vector<ReportListModel::Line> linesOf(const std::vector<TableGap>& gaps) {
   std::vector<ReportListModel::Line> lines;
   lines.reserve(gaps.size());
   for (const TableGap& gap : gaps) {
-    const std::string address = gap.address.empty() ? "" : '\n' + gap.address;
+    const std::string address = gap.address.empty() ? "" : kAddressMark + gap.address;
     lines.push_back({gap.name, gap.heardAs + address, gap.count});
   }
   return lines;
@@ -94,7 +96,10 @@ ReportWindow::ReportWindow(const Context& context)
   rows->addWidget(state_);
   rows->addWidget(makeButtons());
   const auto select = [this](GapKind gap, const QString& heardAs) {
-    if (selectLine) selectLine(report_.kind, report_.log, gap, heardAs.toStdString());
+    if (!selectLine) return;
+    selectLine(report_.kind, report_.log, gap,
+               heardAs.section(QLatin1Char(kAddressMark), 0, 0).toStdString(),
+               heardAs.section(QLatin1Char(kAddressMark), 1).toStdString());
   };
   connect(gaps_, &ReportList::lineOpened, this, [select](int list, const QString& heardAs) {
     select(static_cast<GapKind>(list), heardAs);

@@ -35,9 +35,10 @@ class ReportWindow : public QWidget {
   void open(ReportKind kind, const std::string& log);
 
   /// Selects a line of the log with that text in the browser, where the kind of
-  /// gap says which column it stands in.
+  /// gap says which column it stands in; of several, that of the aircraft with
+  /// the address, unless that is empty.
   std::function<void(ReportKind kind, const std::string& log, GapKind gap,
-                     const std::string& heardAs)>
+                     const std::string& heardAs, const std::string& address)>
       selectLine;
 
   /// Asks for the file to save to; an empty name saves nothing. A dialog,

@@ -35,7 +35,8 @@ class ReportWindowTest : public testing::Test {
                    "   REGISTRATION   = VH-OQA", "   FLIGHT ID      = 7"});
     station_.use();
     window_.selectLine = [this](ReportKind kind, const std::string&, GapKind gap,
-                                const std::string& heardAs) {
+                                const std::string& heardAs, const std::string& address) {
+      address_ = address;
       selected_.emplace_back(kind == ReportKind::list ? "ACARS" : "HFDL", gap, heardAs);
     };
   }
@@ -70,6 +71,7 @@ class ReportWindowTest : public testing::Test {
   TestStation station_;
   ReportWindow window_{station_.context()};
   std::vector<std::tuple<std::string, GapKind, std::string>> selected_;
+  std::string address_;
 };
 
 TEST_F(ReportWindowTest, TheDayStandsBesideTheSevenDaysBefore) {
@@ -129,6 +131,7 @@ TEST_F(ReportWindowTest, DoubleClickAndEnterSelectALineInTheBrowser) {
   QTest::keyClick(&list, Qt::Key_Down);
   QTest::keyClick(&list, Qt::Key_Return);
   EXPECT_EQ(selected_.back(), std::tuple("HFDL", GapKind::flight, "7"));
+  EXPECT_EQ(address_, "000001");
   QTest::keyClick(&list, Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(station_.desktop.clipboard, "0007\t1");
 }
