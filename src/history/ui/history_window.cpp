@@ -69,6 +69,7 @@ HistoryWindow::HistoryWindow(const Context& context)
   progress_->setAccessibleName(tr("Logs searched"));
   progress_->setTextVisible(false);
   progress_->setMaximumWidth(200);
+  progress_->hide();
   for (QLabel* label : {state_, problems_}) label->setTextFormat(Qt::PlainText);
   state_->setObjectName(QStringLiteral("State"));
   problems_->setObjectName(QStringLiteral("Problems"));
@@ -171,6 +172,7 @@ void HistoryWindow::find() {
   const HistoryQuery query = form_->query(today);
   const QueryProblem problem = problemOf(query, context_.encoding);
   progress_->setValue(0);
+  progress_->hide();
   form_->setRunning(false);
   if (problem != QueryProblem::none) {
     say(toQString(hintFor(problem)));
@@ -178,6 +180,7 @@ void HistoryWindow::find() {
   }
   say(tr("Searching... 検索中..."));
   form_->setRunning(true);
+  progress_->show();
   sinceShown_.start();
   auto job = std::make_unique<HistorySearch>(context_.folders, context_.encoding, query, found_);
   // The slot keeps the job for as long as it calls.
@@ -191,6 +194,7 @@ void HistoryWindow::cancel() {
   if (!search_.isRunning()) return;
   search_.stop();
   form_->setRunning(false);
+  progress_->hide();
   showFound();
   say(tr("Cancelled; found so far 中止しました: %1").arg(found_.size()));
 }
@@ -210,6 +214,7 @@ void HistoryWindow::searchEnded(const HistorySearch& search, const Status& resul
   form_->setRunning(false);
   progress_->setMaximum(std::max(1, static_cast<int>(search.logsInAll())));
   progress_->setValue(progress_->maximum());
+  progress_->hide();
   tally_.countNew(found_);
   showFound();
   QString text = tr("Found %1 in %2 logs.  %2ファイルから%1件見つかりました。")
@@ -336,6 +341,7 @@ void HistoryWindow::showMenu(const QPoint& place) {
   menu.addSeparator();
   QAction* only = menu.addAction(tr("Only \"%1\"").arg(menuText(text)));
   only->setObjectName(QStringLiteral("OnlyThis"));
+  only->setToolTip(plainToolTip(text));
   connect(only, &QAction::triggered, this, [this, column, text] {
     FoundFilter filter = filter_;
     std::erase_if(filter.values, [column](const auto& value) { return value.column == column; });

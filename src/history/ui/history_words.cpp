@@ -92,11 +92,12 @@ HistoryWords::Group HistoryWords::makeGroup(const QString& name, const QString& 
 
 void HistoryWords::show(const HistoryTally& tally) {
   const auto setDay = [](QToolButton* button, const std::string& stamp) {
-    button->setText(stamp.empty() ? QStringLiteral("-") : toQString(stamp));
+    // Its time is what a log has in that place.
+    button->setText(stamp.empty() ? QStringLiteral("-") : shownName(toQString(stamp)));
     button->setProperty(kName, toQString(stamp));
     button->setEnabled(!stamp.empty());
     button->setToolTip(tr("Shows only this day\nこの日だけを表示"));
-    button->setAccessibleName(toQString(stamp));
+    button->setAccessibleName(shownText(stamp, kLongestEntry));
   };
   setDay(first_, tally.firstHeard());
   setDay(last_, tally.lastHeard());
@@ -116,16 +117,17 @@ void HistoryWords::showGroup(Group& group, const NameCounts& counts) {
     const auto& [name, count] = names[next++];
     button->setText(shownName(toQString(name)));
     button->setProperty(kName, toQString(name));
-    button->setAccessibleName(toQString(name));
+    button->setAccessibleName(shownText(name, kLongestEntry));
     button->setToolTip(plainToolTip(QStringLiteral("%1: %2").arg(toQString(name)).arg(count)));
   }
   group.more->setVisible(next < names.size());
   group.more->menu()->clear();
   for (; next < names.size(); ++next) {
     const QString name = toQString(names[next].first);
-    group.more->menu()->addAction(
-        QStringLiteral("%1: %2").arg(shownName(name)).arg(names[next].second), this,
-        [this, &group, name] { ask(group, name); });
+    const QString text = QStringLiteral("%1: %2").arg(shownName(name)).arg(names[next].second);
+    group.more->menu()
+        ->addAction(text, this, [this, &group, name] { ask(group, name); })
+        ->setToolTip(plainToolTip(name));
   }
 }
 

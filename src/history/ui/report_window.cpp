@@ -153,9 +153,12 @@ QWidget* ReportWindow::makeFirstHeard() {
   progress_->setObjectName(QStringLiteral("Progress"));
   progress_->setAccessibleName(tr("Earlier logs read"));
   progress_->setTextVisible(false);
+  progress_->hide();
   first_ = new ReportList({tr("Aircraft heard for the first time 初めて受信した機体"),
                            tr("Flights heard for the first time 初めて受信した便")},
                           QStringLiteral("First"), page);
+  // The page has margins of its own.
+  first_->layout()->setContentsMargins(0, 0, 0, 0);
   rows->addWidget(progress_);
   rows->addWidget(first_, 1);
   return page;
@@ -202,6 +205,7 @@ void ReportWindow::open(ReportKind kind, const std::string& log) {
   for (int list = 0; list < static_cast<int>(kGapKinds); ++list) gaps_->setLines(list, {});
   for (const int list : {0, 1}) first_->setLines(list, {});
   progress_->setValue(0);
+  progress_->hide();
   for (QPushButton* button : {saveHtml_, saveCsv_}) button->setEnabled(false);
   if (!day) {
     say(tr("This log has no date. 日付のないログです。"));
@@ -279,6 +283,7 @@ void ReportWindow::findFirstHeard() {
       context_.folders, context_.encoding,
       FirstHeard::Names{namesOf(day.aircraft), namesOf(day.flights)}, day_);
   const FirstHeard* const first = job.get();
+  progress_->show();
   firstHeard_.start(
       std::move(job),
       {.stepped =
@@ -292,6 +297,7 @@ void ReportWindow::findFirstHeard() {
 void ReportWindow::showFirstHeard(const FirstHeard& first, const Status& result) {
   progress_->setMaximum(1);
   progress_->setValue(1);
+  progress_->hide();
   if (!result) say(toQString(result.error().text()));
   const std::string problems = reportOf(first.problems());
   if (!problems.empty()) say(toQString(problems).remove(QLatin1Char('\r')));
