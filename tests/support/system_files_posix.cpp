@@ -25,8 +25,7 @@ class RefusedFile::System {
         break;
       case Refuses::renaming:
         // A folder that may not be written refuses the renames of its files.
-        forbid(path.parent_path(), fs::perms::owner_read | fs::perms::owner_exec |
-                                       fs::perms::others_read | fs::perms::others_exec);
+        forbid(path.parent_path(), static_cast<fs::perms>(0555));
         break;
     }
   }

@@ -7,6 +7,20 @@
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
+namespace {
+
+class NameList : public LineList {
+ public:
+  using LineList::LineList;
+
+  // The keys may stand on a line that is not selected yet.
+  void copyLines() override {
+    if (listIndex() < 0 && currentIndex().isValid()) selectRow(currentIndex().row());
+    LineList::copyLines();
+  }
+};
+
+}  // namespace
 
 void ReportListModel::setLines(std::vector<Line> lines) {
   beginResetModel();
@@ -45,7 +59,7 @@ ReportList::ReportList(const QStringList& captions, const QString& names, QWidge
       lists_(static_cast<std::size_t>(captions.size())),
       chooser_(new QComboBox(this)),
       model_(new ReportListModel(this)),
-      view_(new LineList(model_, this)) {
+      view_(new NameList(model_, this)) {
   chooser_->setObjectName(names + QStringLiteral("Chooser"));
   chooser_->setAccessibleName(tr("Kind"));
   chooser_->setToolTip(tr("Which of the lists is shown\n表示する一覧"));

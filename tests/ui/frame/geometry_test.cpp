@@ -158,12 +158,14 @@ TEST_F(BrowserGeometry, ASizeGivenAMomentBeforeMaximisingIsTheNormalOne) {
   start();
   letSettle();
   window().resize(1010, 640);
+  ASSERT_TRUE(isRecorded(window(), QRect(window().pos(), QSize(1010, 640))));
   desktop_.passed += kLongEnough;
   window().resize(1030, 670);
   const QRect normal = outerTwips(window());
   window().showMaximized();
-  EXPECT_TRUE(QTest::qWaitFor([this] { return settings().env_Form1_WinS == 2; }));
-  EXPECT_EQ(settings().env_Form1_Width, normal.width());
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    return settings().env_Form1_WinS == 2 && settings().env_Form1_Width == normal.width();
+  }));
   EXPECT_EQ(settings().env_Form1_Height, normal.height());
 }
 
