@@ -38,6 +38,7 @@ class HfdlDayFiles {
  public:
   static constexpr int kTableLines = 20000;
   static constexpr int kSubRecords = 10000;
+  static constexpr int kSubRecordsOfPart = 100;
 
   /// Writes the files; the folders are there.
   explicit HfdlDayFiles(const Folders& folders) {
@@ -46,6 +47,9 @@ class HfdlDayFiles {
   }
 
   [[nodiscard]] const std::filesystem::path& log() const { return log_; }
+
+  /// The same log in files of kSubRecordsOfPart each. No browser lists them.
+  [[nodiscard]] const std::vector<std::filesystem::path>& parts() const { return parts_; }
 
   /// Bytes that each record's look-ups have to pass: to the end of the line
   /// that is found, or all.
@@ -70,6 +74,7 @@ class HfdlDayFiles {
     // One in ten stands in no table.
     std::uniform_int_distribution<int> line(0, kTableLines * 10 / 9);
     std::string log;
+    std::size_t partBegin = 0;
     for (int i = 0; i < kSubRecords; ++i) {
       if (i % 2 == 0) {
         log += formatted("[3]------------------------[2026/11/01 %02d:%02d:%02d]\r\n", i / 417,
@@ -87,6 +92,11 @@ class HfdlDayFiles {
           addressEnds_[static_cast<std::size_t>(std::min(address, kTableLines - 1))]);
       flightBytes_.push_back(
           flightEnds_[static_cast<std::size_t>(std::min(flight, kTableLines - 1))]);
+      if ((i + 1) % kSubRecordsOfPart == 0) {
+        parts_.push_back(folders.logs / ("part" + std::to_string(parts_.size())));
+        writeFile(parts_.back(), log.substr(partBegin));
+        partBegin = log.size();
+      }
     }
     log_ = folders.logs / "200111010000_HFDL_FMT.log";
     writeFile(log_, log);
@@ -101,6 +111,7 @@ class HfdlDayFiles {
 
   std::mt19937 random_{20261117};
   std::filesystem::path log_;
+  std::vector<std::filesystem::path> parts_;
   std::vector<std::size_t> addressEnds_;
   std::vector<std::size_t> flightEnds_;
   std::vector<std::size_t> addressBytes_;

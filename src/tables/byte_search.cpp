@@ -1,6 +1,5 @@
 #include "tables/byte_search.h"
 
-#include <bit>
 #include <cstring>
 #include <string_view>
 
@@ -11,44 +10,14 @@
 namespace vel {
 namespace {
 
-// The loops below look at so many places before they ask whether there was any
-// hit: nearly always there is none.
-constexpr std::size_t kUnasked = 4 * kSearchStride;
+using Strides = ByteSearcher::Strides;
 
-// Leaves the hits at which the head of the pattern stands.
-inline std::uint64_t withHead(const char* place, const ByteProbe& probe, std::uint64_t hits,
-                              std::size_t& falseHits) {
-  std::uint64_t kept = 0;
-  for (; hits != 0; hits &= hits - 1) {
-    std::uint64_t bytes;
-    std::memcpy(&bytes, place + std::countr_zero(hits), sizeof bytes);
-    if (((bytes ^ probe.head) & probe.headMask) == 0) {
-      kept |= hits & -hits;
-    } else {
-      ++falseHits;
-    }
-  }
-  return kept;
-}
-
-// The first, the middle and the last byte of a probe, with their offsets within
-// the pattern. Two of them are looked for first: nearly always that is enough.
-struct ThreeBytes {
-  explicit ThreeBytes(const ByteProbe& probe)
-      : first(probe.bytes.front()),
-        middle(probe.bytes[middleOf(probe)]),
-        last(probe.bytes[probe.size - 1]),
-        firstAt(probe.at),
-        middleAt(probe.at + middleOf(probe)),
-        lastAt(probe.at + probe.size - 1) {}
-
-  char first, middle, last;
-  std::size_t firstAt, middleAt, lastAt;
-
- private:
-  // Never the last one.
-  static std::size_t middleOf(const ByteProbe& probe) { return (probe.size - 1) / 2; }
-};
+// A stride is looked through for the probe's bytes as words of two, each read
+// once: at every second place for the first two of the bytes, and for the last
+// two as well, which stand there where the probe begins one byte earlier. About
+// one stride in ten has such a word; those are looked through once more for all
+// bytes of the probe. The loops do not ask whether a stride has a hit, they only
+// note it: a processor that guesses wrong loses more than a stride takes.
 
 const char* findBytes(const char* begin, std::size_t size, const ByteProbe& probe) {
 #if defined(__GLIBC__)
@@ -61,66 +30,125 @@ const char* findBytes(const char* begin, std::size_t size, const ByteProbe& prob
 }
 
 // For processors without the instructions below.
-const char* searchBytes(const char* place, const char* end, const ByteProbe& probe,
-                        std::uint64_t& hits, std::size_t& falseHits) {
-  while (place < end) {
-    const char* const first =
-        findBytes(place + probe.at, static_cast<std::size_t>(end - place) + probe.size - 1, probe);
-    if (first == nullptr) return end;
-    // The first hit and those of the same stride.
-    place = first - probe.at;
-    std::uint64_t found = 0;
-    const char* const behind = first + kSearchStride + probe.size - 1;
-    for (const char* hit = first; hit != nullptr;) {
-      found |= std::uint64_t{1} << (hit - first);
-      const char* const next = hit + 1;
-      hit = findBytes(next, static_cast<std::size_t>(behind - next), probe);
-    }
-    hits = withHead(place, probe, found, falseHits);
-    if (hits != 0) return place;
-    place += kSearchStride;
+Strides stridesOfBytes(const char* place, std::size_t strides, const ByteProbe& probe,
+                       std::uint8_t* found) {
+  std::size_t count = 0;
+  const char* const first = place + probe.at;
+  const std::size_t size = strides * kSearchStride + probe.size - 1;
+  for (std::size_t from = 0; from < strides * kSearchStride;) {
+    const char* const hit = findBytes(first + from, size - from, probe);
+    if (hit == nullptr) break;
+    const std::size_t stride = static_cast<std::size_t>(hit - first) / kSearchStride;
+    found[count++] = static_cast<std::uint8_t>(stride);
+    from = (stride + 1) * kSearchStride;
   }
-  return place;
+  return {count, count};
+}
+
+ByteSearcher::Places placesOfBytes(const char* place, const ByteProbe& probe) {
+  ByteSearcher::Places places = 0;
+  const char* const first = place + probe.at;
+  const std::size_t size = ByteSearcher::kPlaces + probe.size - 1;
+  for (std::size_t from = 0; from < ByteSearcher::kPlaces;) {
+    const char* const hit = findBytes(first + from, size - from, probe);
+    if (hit == nullptr) break;
+    const auto at = static_cast<std::size_t>(hit - first);
+    places |= ByteSearcher::Places{1} << at;
+    from = at + 1;
+  }
+  return places;
 }
 
 #if defined(__SSE2__)
 
-const char* searchSse2(const char* place, const char* end, const ByteProbe& probe,
-                       std::uint64_t& hits, std::size_t& falseHits) {
-  constexpr std::size_t kWidth = sizeof(__m128i);
-  const ThreeBytes three(probe);
-  const __m128i first = _mm_set1_epi8(three.first);
-  const __m128i middle = _mm_set1_epi8(three.middle);
-  const __m128i last = _mm_set1_epi8(three.last);
-  const auto isAt = [](const char* at, __m128i byte) {
-    return _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at)), byte);
-  };
-  const auto all = [&](const char* at) {
-    return _mm_and_si128(
-        _mm_and_si128(isAt(at + three.firstAt, first), isAt(at + three.middleAt, middle)),
-        isAt(at + three.lastAt, last));
-  };
-  while (place < end) {
-    for (; place + kUnasked - kSearchStride < end; place += kUnasked) {
-      __m128i any = _mm_setzero_si128();
-      for (std::size_t i = 0; i < kUnasked; i += kWidth) {
-        any = _mm_or_si128(any, _mm_and_si128(isAt(place + three.middleAt + i, middle),
-                                              isAt(place + three.lastAt + i, last)));
-      }
-      if (_mm_movemask_epi8(any) != 0) break;
+// Two bytes of a probe as they are read from memory.
+short wordAt(const ByteProbe& probe, std::size_t at) {
+  short word;
+  std::memcpy(&word, probe.bytes.data() + at, sizeof word);
+  return word;
+}
+
+__m128i load(const char* at) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at)); }
+
+// Notes the number of a stride that has hits.
+inline void note(std::size_t stride, __m128i hits, std::uint8_t* found, std::size_t& count) {
+  found[count] = static_cast<std::uint8_t>(stride);
+  count += _mm_movemask_epi8(hits) != 0 ? 1 : 0;
+}
+
+Strides stridesOfTwoSse2(const char* place, std::size_t strides, const ByteProbe& probe,
+                         std::uint8_t* found) {
+  const __m128i first = _mm_set1_epi8(probe.bytes[0]);
+  const __m128i second = _mm_set1_epi8(probe.bytes[1]);
+  std::size_t count = 0;
+  for (std::size_t stride = 0; stride < strides; ++stride, place += kSearchStride) {
+    __m128i any = _mm_setzero_si128();
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof any) {
+      any = _mm_or_si128(any, _mm_and_si128(_mm_cmpeq_epi8(load(place + i), first),
+                                            _mm_cmpeq_epi8(load(place + i + 1), second)));
     }
-    for (std::size_t asked = 0; asked < kUnasked && place < end; asked += kSearchStride) {
-      std::uint64_t found = 0;
-      for (std::size_t i = 0; i < kSearchStride; i += kWidth) {
-        const auto bits = static_cast<unsigned>(_mm_movemask_epi8(all(place + i)));
-        found |= std::uint64_t{bits} << i;
-      }
-      if (found != 0) hits = withHead(place, probe, found, falseHits);
-      if (found != 0 && hits != 0) return place;
-      place += kSearchStride;
-    }
+    note(stride, any, found, count);
   }
-  return place;
+  return {count, count};
+}
+
+// Keeps those of the strides that hold all bytes of the probe.
+std::size_t keptSse2(const char* place, const ByteProbe& probe, std::uint8_t* found,
+                     std::size_t count) {
+  const __m128i first = _mm_set1_epi8(probe.bytes[0]);
+  const __m128i second = _mm_set1_epi8(probe.bytes[1]);
+  const __m128i third = _mm_set1_epi8(probe.bytes[2]);
+  const __m128i other = _mm_set1_epi8(probe.other);
+  std::size_t kept = 0;
+  for (std::size_t n = 0; n < count; ++n) {
+    const char* const begin = place + found[n] * kSearchStride;
+    const char* const at = begin + probe.at;
+    __m128i any = _mm_setzero_si128();
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof any) {
+      const __m128i two = _mm_and_si128(_mm_cmpeq_epi8(load(at + i), first),
+                                        _mm_cmpeq_epi8(load(at + i + 1), second));
+      const __m128i more = _mm_and_si128(_mm_cmpeq_epi8(load(at + i + 2), third),
+                                         _mm_cmpeq_epi8(load(begin + probe.otherAt + i), other));
+      any = _mm_or_si128(any, _mm_and_si128(two, more));
+    }
+    note(found[n], any, found, kept);
+  }
+  return kept;
+}
+
+Strides stridesSse2(const char* place, std::size_t strides, const ByteProbe& probe,
+                    std::uint8_t* found) {
+  if (probe.size == ByteProbe::kShortest) return stridesOfTwoSse2(place, strides, probe, found);
+  const __m128i first = _mm_set1_epi16(wordAt(probe, 0));
+  const __m128i last = _mm_set1_epi16(wordAt(probe, 1));
+  std::size_t count = 0;
+  const char* at = place + probe.at + 1;
+  for (std::size_t stride = 0; stride < strides; ++stride, at += kSearchStride) {
+    __m128i any = _mm_setzero_si128();
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof any) {
+      const __m128i words = load(at + i);
+      any = _mm_or_si128(any,
+                         _mm_or_si128(_mm_cmpeq_epi16(words, first), _mm_cmpeq_epi16(words, last)));
+    }
+    note(stride, any, found, count);
+  }
+  return {count, keptSse2(place, probe, found, count)};
+}
+
+ByteSearcher::Places placesSse2(const char* place, const ByteProbe& probe) {
+  constexpr std::size_t kWidth = sizeof(__m128i);
+  const std::size_t last = probe.size - 1;
+  const std::size_t middle = last / 2;
+  const char* const at = place + probe.at;
+  ByteSearcher::Places places = 0;
+  for (std::size_t i = 0; i < ByteSearcher::kPlaces; i += kWidth) {
+    const auto isAt = [&](std::size_t byte) {
+      return _mm_cmpeq_epi8(load(at + byte + i), _mm_set1_epi8(probe.bytes[byte]));
+    };
+    const __m128i all = _mm_and_si128(_mm_and_si128(isAt(0), isAt(middle)), isAt(last));
+    places |= ByteSearcher::Places{static_cast<unsigned>(_mm_movemask_epi8(all))} << i;
+  }
+  return places;
 }
 
 #endif
@@ -130,43 +158,95 @@ const char* searchSse2(const char* place, const char* end, const ByteProbe& prob
 #if defined(__x86_64__) && !defined(_WIN32)
 #define VEL_WIDE_SEARCH 1
 
-[[gnu::target("avx2")]] inline __m256i isAtAvx2(const char* at, __m256i byte) {
-  return _mm256_cmpeq_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(at)), byte);
+[[gnu::target("avx2")]] inline __m256i loadAvx2(const char* at) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
 }
 
-[[gnu::target("avx2")]] const char* searchAvx2(const char* place, const char* end,
-                                               const ByteProbe& probe, std::uint64_t& hits,
-                                               std::size_t& falseHits) {
-  constexpr std::size_t kWidth = sizeof(__m256i);
-  const ThreeBytes three(probe);
-  const __m256i first = _mm256_set1_epi8(three.first);
-  const __m256i middle = _mm256_set1_epi8(three.middle);
-  const __m256i last = _mm256_set1_epi8(three.last);
-  while (place < end) {
-    for (; place + kUnasked - kSearchStride < end; place += kUnasked) {
-      const char* const left = place + three.middleAt;
-      const char* const right = place + three.lastAt;
-      __m256i any = _mm256_setzero_si256();
-      for (std::size_t i = 0; i < kUnasked; i += kWidth) {
-        any = _mm256_or_si256(
-            any, _mm256_and_si256(isAtAvx2(left + i, middle), isAtAvx2(right + i, last)));
-      }
-      if (_mm256_movemask_epi8(any) != 0) break;
+[[gnu::target("avx2")]] inline void noteAvx2(std::size_t stride, __m256i hits, std::uint8_t* found,
+                                             std::size_t& count) {
+  found[count] = static_cast<std::uint8_t>(stride);
+  count += _mm256_movemask_epi8(hits) != 0 ? 1 : 0;
+}
+
+[[gnu::target("avx2")]] Strides stridesOfTwoAvx2(const char* place, std::size_t strides,
+                                                 const ByteProbe& probe, std::uint8_t* found) {
+  const __m256i first = _mm256_set1_epi8(probe.bytes[0]);
+  const __m256i second = _mm256_set1_epi8(probe.bytes[1]);
+  std::size_t count = 0;
+  for (std::size_t stride = 0; stride < strides; ++stride, place += kSearchStride) {
+    __m256i any = _mm256_setzero_si256();
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof any) {
+      any = _mm256_or_si256(any,
+                            _mm256_and_si256(_mm256_cmpeq_epi8(loadAvx2(place + i), first),
+                                             _mm256_cmpeq_epi8(loadAvx2(place + i + 1), second)));
     }
-    for (std::size_t asked = 0; asked < kUnasked && place < end; asked += kSearchStride) {
-      std::uint64_t found = 0;
-      for (std::size_t i = 0; i < kSearchStride; i += kWidth) {
-        const __m256i firstTwo = _mm256_and_si256(isAtAvx2(place + three.firstAt + i, first),
-                                                  isAtAvx2(place + three.middleAt + i, middle));
-        const __m256i all = _mm256_and_si256(firstTwo, isAtAvx2(place + three.lastAt + i, last));
-        found |= std::uint64_t{static_cast<unsigned>(_mm256_movemask_epi8(all))} << i;
-      }
-      if (found != 0) hits = withHead(place, probe, found, falseHits);
-      if (found != 0 && hits != 0) return place;
-      place += kSearchStride;
-    }
+    noteAvx2(stride, any, found, count);
   }
-  return place;
+  return {count, count};
+}
+
+[[gnu::target("avx2")]] std::size_t keptAvx2(const char* place, const ByteProbe& probe,
+                                             std::uint8_t* found, std::size_t count) {
+  const __m256i first = _mm256_set1_epi8(probe.bytes[0]);
+  const __m256i second = _mm256_set1_epi8(probe.bytes[1]);
+  const __m256i third = _mm256_set1_epi8(probe.bytes[2]);
+  const __m256i other = _mm256_set1_epi8(probe.other);
+  std::size_t kept = 0;
+  for (std::size_t n = 0; n < count; ++n) {
+    const char* const begin = place + found[n] * kSearchStride;
+    const char* const at = begin + probe.at;
+    const char* const otherAt = begin + probe.otherAt;
+    __m256i any = _mm256_setzero_si256();
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof any) {
+      const __m256i two = _mm256_and_si256(_mm256_cmpeq_epi8(loadAvx2(at + i), first),
+                                           _mm256_cmpeq_epi8(loadAvx2(at + i + 1), second));
+      const __m256i more = _mm256_and_si256(_mm256_cmpeq_epi8(loadAvx2(at + i + 2), third),
+                                            _mm256_cmpeq_epi8(loadAvx2(otherAt + i), other));
+      any = _mm256_or_si256(any, _mm256_and_si256(two, more));
+    }
+    noteAvx2(found[n], any, found, kept);
+  }
+  return kept;
+}
+
+[[gnu::target("avx2")]] Strides stridesAvx2(const char* place, std::size_t strides,
+                                            const ByteProbe& probe, std::uint8_t* found) {
+  if (probe.size == ByteProbe::kShortest) return stridesOfTwoAvx2(place, strides, probe, found);
+  const __m256i first = _mm256_set1_epi16(wordAt(probe, 0));
+  const __m256i last = _mm256_set1_epi16(wordAt(probe, 1));
+  std::size_t count = 0;
+  const char* at = place + probe.at + 1;
+#pragma GCC unroll 4
+  for (std::size_t stride = 0; stride < strides; ++stride, at += kSearchStride) {
+    __m256i any = _mm256_setzero_si256();
+    for (std::size_t i = 0; i < kSearchStride; i += sizeof any) {
+      const __m256i words = loadAvx2(at + i);
+      any = _mm256_or_si256(
+          any, _mm256_or_si256(_mm256_cmpeq_epi16(words, first), _mm256_cmpeq_epi16(words, last)));
+    }
+    noteAvx2(stride, any, found, count);
+  }
+  return {count, keptAvx2(place, probe, found, count)};
+}
+
+[[gnu::target("avx2")]] ByteSearcher::Places placesAvx2(const char* place, const ByteProbe& probe) {
+  constexpr std::size_t kWidth = sizeof(__m256i);
+  const std::size_t lastAt = probe.size - 1;
+  const std::size_t middleAt = lastAt / 2;
+  const __m256i first = _mm256_set1_epi8(probe.bytes[0]);
+  const __m256i middle = _mm256_set1_epi8(probe.bytes[middleAt]);
+  const __m256i last = _mm256_set1_epi8(probe.bytes[lastAt]);
+  const char* const at = place + probe.at;
+  ByteSearcher::Places places = 0;
+  for (std::size_t i = 0; i < ByteSearcher::kPlaces; i += kWidth) {
+    const __m256i firstTwo =
+        _mm256_and_si256(_mm256_cmpeq_epi8(loadAvx2(at + i), first),
+                         _mm256_cmpeq_epi8(loadAvx2(at + middleAt + i), middle));
+    const __m256i all =
+        _mm256_and_si256(firstTwo, _mm256_cmpeq_epi8(loadAvx2(at + lastAt + i), last));
+    places |= ByteSearcher::Places{static_cast<unsigned>(_mm256_movemask_epi8(all))} << i;
+  }
+  return places;
 }
 
 #endif
@@ -174,12 +254,12 @@ const char* searchSse2(const char* place, const char* end, const ByteProbe& prob
 std::vector<ByteSearcher> findSearchers() {
   std::vector<ByteSearcher> searchers;
 #if defined(VEL_WIDE_SEARCH)
-  if (__builtin_cpu_supports("avx2") != 0) searchers.push_back(searchAvx2);
+  if (__builtin_cpu_supports("avx2") != 0) searchers.push_back({stridesAvx2, placesAvx2});
 #endif
 #if defined(__SSE2__)
-  searchers.push_back(searchSse2);
+  searchers.push_back({stridesSse2, placesSse2});
 #endif
-  searchers.push_back(searchBytes);
+  searchers.push_back({stridesOfBytes, placesOfBytes});
   return searchers;
 }
 

@@ -10,7 +10,7 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 // The text as it comes back from a file: an encoding may have one place for
 // two characters that look the same.
 std::string asStored(const Encoding& encoding, std::string_view text) {
-  if (!canBeStored(encoding, text)) return std::string(text);
+  if (isAscii(text) || !canBeStored(encoding, text)) return std::string(text);
   return encoding.decode(encoding.encode(text).value_or(std::string(text)));
 }
 
@@ -68,7 +68,7 @@ Key::Key(const Encoding& encoding, std::string_view text)
     : encoding_(encoding),
       text_(asStored(encoding, text)),
       ascii_(isAscii(text_)),
-      damaged_(text_.find(kReplacementCharacter) != std::string::npos) {}
+      damaged_(!ascii_ && text_.find(kReplacementCharacter) != std::string::npos) {}
 
 bool Key::equals(std::string_view field) const {
   if (ascii_) return field == text_;

@@ -1,5 +1,6 @@
 #include "tables/tables.h"
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <thread>
@@ -38,12 +39,13 @@ enum class Seen {
   incomplete,  // the line matches, but lacks a field
 };
 
-// One table, open for look-ups. It is given by its usual name.
+// One table, open for look-ups. It is given by its usual path, which outlives
+// the object.
 class TableReading {
  public:
-  TableReading(const Folders& folders, Table table, std::filesystem::path usual,
+  TableReading(const Folders& folders, Table table, const std::filesystem::path& usual,
                const TableScanner::Source& source)
-      : folders_(folders), table_(table), file_(std::move(usual)), source_(source) {}
+      : folders_(folders), table_(table), usual_(usual), source_(source) {}
 
   // Calls see(line) for every line, blank ones left out, that may hold the
   // bytes where they are looked for.
@@ -52,7 +54,7 @@ class TableReading {
     Seen last = Seen::more;
     Status status = scan(bytes, anchor, see, last);
     if (!status && isMissing(status.error())) {
-      if (const auto found = findFile(folders_.data, toUtf8(file_.filename()))) file_ = *found;
+      found_ = findFile(folders_.data, toUtf8(usual_.filename()));
       status = scan(bytes, anchor, see, last);
       int calm = 0;
       for (int i = 0; i < kExchangeWaits && !status && isMissing(status.error()); ++i) {
@@ -65,14 +67,14 @@ class TableReading {
       }
     }
     if (!status || last != Seen::incomplete) return status;
-    return errorInLine(ErrorNumber::incompleteRecord, file_, numberOfLast(see));
+    return errorInLine(ErrorNumber::incompleteRecord, file(), numberOfLast(see));
   }
 
  private:
   template <typename See>
   Status scan(std::string_view bytes, Anchor anchor, See& see, Seen& last) {
     return TableScanner::forEachLine(
-        file_, bytes, anchor,
+        file(), bytes, anchor,
         [&](std::string_view line) {
           last = line.empty() ? Seen::more : see(line);
           return last == Seen::more ? TableScanner::Next::more : TableScanner::Next::stop;
@@ -91,7 +93,7 @@ class TableReading {
   std::size_t numberOfLast(See& see) {
     std::size_t number = 0;
     static_cast<void>(TableScanner::forEachLine(
-        file_, {}, Anchor::anywhere,
+        file(), {}, Anchor::anywhere,
         [&](std::string_view line) {
           ++number;
           return line.empty() || see(line) == Seen::more ? TableScanner::Next::more
@@ -101,9 +103,13 @@ class TableReading {
     return number;
   }
 
+  // Where the table lies: under its usual name or one of other letter case.
+  [[nodiscard]] const std::filesystem::path& file() const { return found_ ? *found_ : usual_; }
+
   const Folders& folders_;
   Table table_;
-  std::filesystem::path file_;
+  const std::filesystem::path& usual_;
+  std::optional<std::filesystem::path> found_;
   TableScanner::Source source_;
 };
 
@@ -314,10 +320,12 @@ Result<Icao24Record> Tables::aircraftOfAddress(std::string_view address) const {
   const Status status =
       Reader::open(*this, Table::icao24)
           .forEachLine(key.scanBytes(), Anchor::lineStart, [&](std::string_view line) {
-            if (!fieldAt(line, record.size() - 1)) return Seen::more;
             if (!key.equals(*fieldAt(line, 0))) return Seen::more;
-            for (std::size_t i = 0; i < record.size(); ++i) {
-              record[i] = encoding_.decode(*fieldAt(line, i));
+            if (!fieldAt(line, record.size() - 1)) return Seen::more;
+            for (std::string& field : record) {
+              const std::string_view bytes = line.substr(0, line.find(','));
+              field = encoding_.decode(bytes);
+              line.remove_prefix(std::min(bytes.size() + 1, line.size()));
             }
             return Seen::enough;
           });

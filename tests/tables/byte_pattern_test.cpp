@@ -79,6 +79,56 @@ TEST(BytePatternTest, ALonePlaceIsFoundWhereverItIs) {
   }
 }
 
+TEST(BytePatternTest, PatternsOfAnyLengthAreFoundInALongText) {
+  // Longer than what is looked through in one go, at places around its ends.
+  constexpr std::size_t kPart = kMostStrides * kSearchStride;
+  for (std::size_t length = 1; length <= 45; ++length) {
+    std::string pattern;
+    for (std::size_t i = 0; i < length; ++i) pattern += static_cast<char>('A' + i % 23);
+    std::string text(3 * kPart, 'x');
+    for (const std::size_t around : {kPart, 2 * kPart}) {
+      // What is nearly the pattern before it.
+      text.replace(around - 200, length, pattern.substr(0, length - 1) + '-');
+      text.replace(around - length / 2, length, pattern);
+      text.replace(around + 64, length, pattern);
+    }
+    text.replace(text.size() - length, length, pattern);
+    const Padded padded(text, 'A');
+    const auto expected = placesOneByOne(pattern, text);
+    for (const ByteSearcher& searcher : byteSearchers()) {
+      EXPECT_EQ(places(BytePattern(pattern, searcher), padded.text()), expected) << pattern;
+    }
+  }
+}
+
+TEST(BytePatternTest, ASearchMayGoBackInItsBlock) {
+  const Padded padded(std::string(300, 'x') + "JA8089" + std::string(300, 'x') + "JA8089x", 'x');
+  const char* const begin = padded.text().data();
+  const char* const end = begin + padded.text().size();
+  for (const ByteSearcher& searcher : byteSearchers()) {
+    BytePattern pattern("JA8089", searcher);
+    pattern.prepare(padded.text());
+    EXPECT_EQ(pattern.find(begin + 301, end), begin + 606);
+    EXPECT_EQ(pattern.find(begin, end), begin + 300);
+    EXPECT_EQ(pattern.find(begin + 607, end), end);
+  }
+}
+
+TEST(BytePatternTest, ABlockInThePlaceOfAnotherIsSearchedAnew) {
+  std::string buffer(2 * BytePattern::kSlack + 500, 'x');
+  const std::string_view block = std::string_view(buffer).substr(BytePattern::kSlack, 500);
+  const char* const end = block.data() + block.size();
+  for (const ByteSearcher& searcher : byteSearchers()) {
+    BytePattern pattern("JA8089", searcher);
+    pattern.prepare(block);
+    EXPECT_EQ(pattern.find(block.data(), end), end);
+    buffer.replace(BytePattern::kSlack + 400, 6, "JA8089");
+    pattern.prepare(block);
+    EXPECT_EQ(pattern.find(block.data(), end), block.data() + 400);
+    buffer.replace(BytePattern::kSlack + 400, 6, "xxxxxx");
+  }
+}
+
 TEST(BytePatternTest, WhatStandsAroundTheTextIsNotFound) {
   const Padded padded("AAAA", 'A');
   for (const ByteSearcher& searcher : byteSearchers()) {
