@@ -115,8 +115,6 @@ class Base {
 bool readPlainly(const fs::path& file, std::size_t bufferSize) {
   static const auto buffer = std::make_unique<char[]>(kReadBuffers.back());
   return bench::readPlainly(file, buffer.get(), bufferSize);
-  }
-  return descriptor >= 0 && ::close(descriptor) == 0 && count == 0;
 }
 
 template <typename LookUp>

@@ -314,6 +314,12 @@ std::optional<unsigned> hexDigit(char digit) {
 }
 
 bool isAscii(std::string_view bytes) {
+  while (bytes.size() >= 4 * sizeof(std::uint64_t)) {
+    std::array<std::uint64_t, 4> words;
+    std::memcpy(words.data(), bytes.data(), sizeof words);
+    if (((words[0] | words[1] | words[2] | words[3]) & 0x8080808080808080U) != 0) return false;
+    bytes.remove_prefix(sizeof words);
+  }
   while (bytes.size() >= sizeof(std::uint64_t)) {
     std::uint64_t word;
     std::memcpy(&word, bytes.data(), sizeof word);

@@ -21,7 +21,10 @@ constexpr HfdlLines kAnnouncements{HfdlLine::header, HfdlLine::frequencies};
 // These bounds keep a log of ever new lines from being remembered whole.
 constexpr std::size_t kMostKnownLines = 4096;
 constexpr std::size_t kKnownPlaces = 2 * kMostKnownLines;
-constexpr std::size_t kLongestKnownLine = 256;
+constexpr std::size_t kLongestKnownText = 255;
+
+// How a frequency line begins, nearly always.
+constexpr std::string_view kUsualBegin = "   FREQUENCIES    = [";
 
 // The digits of a time stamp of the usual form.
 std::optional<std::uint64_t> digitsOf(std::string_view timeStamp) {
@@ -70,6 +73,7 @@ void FrequencyTables::clear() {
   parser_ = HfdlParser(encoding_, kAnnouncements);
   stations_.clear();
   knownLines_.clear();
+  knownTexts_.clear();
   knownPlaces_.assign(kKnownPlaces, 0);
   stamp_.reset();
   overflowed_ = false;
@@ -83,42 +87,55 @@ void FrequencyTables::messageBegan(const HfdlMessage&) { stamp_.reset(); }
 
 void FrequencyTables::frequenciesAnnounced(const HfdlMessage& message, std::string_view line) {
   if (!stamp_) stamp_ = stampOf(message.header.empty() ? "" : chartTimeStamp(message.header));
-  std::uint16_t& place = knownPlace(line);
+  const bool isUsual = line.starts_with(kUsualBegin);
+  const std::string_view text = line.substr(isUsual ? kUsualBegin.size() : 0);
+  std::uint16_t& place = knownPlace(text, isUsual);
   if (place == 0) {
     KnownLine entered = enterFrequencies(line, *stamp_);
-    if (line.size() > kLongestKnownLine || knownLines_.size() == kMostKnownLines) return;
-    knownLines_.push_back(std::move(entered));
+    if (text.size() > kLongestKnownText || knownLines_.size() == kMostKnownLines) return;
+    entered.textAt = static_cast<std::uint32_t>(knownTexts_.size());
+    entered.textSize = static_cast<std::uint8_t>(text.size());
+    entered.isUsual = isUsual;
+    knownTexts_ += text;
+    knownLines_.push_back(entered);
     place = static_cast<std::uint16_t>(knownLines_.size());
     return;
   }
   const KnownLine& known = knownLines_[place - 1U];
-  if (!known.station) return;
-  Station& station = stations_[*known.station];
+  if (known.station == KnownLine::kNoStation) return;
+  Station& station = stations_[known.station];
   station.points[enterStamp(station, *stamp_)].marks |= known.marks;
 }
 
-// Where the line stands among the known ones, or the free place for it.
-std::uint16_t& FrequencyTables::knownPlace(std::string_view line) {
-  std::size_t place = std::hash<std::string_view>{}(line) % kKnownPlaces;
-  while (knownPlaces_[place] != 0 && knownLines_[knownPlaces_[place] - 1U].line != line) {
+// Where the line of that text stands among the known ones, or the free place
+// for it.
+std::uint16_t& FrequencyTables::knownPlace(std::string_view text, bool isUsual) {
+  const auto isAt = [&](const KnownLine& line) {
+    return line.textSize == text.size() && line.isUsual == isUsual &&
+           std::string_view(knownTexts_).substr(line.textAt, line.textSize) == text;
+  };
+  std::size_t place = std::hash<std::string_view>{}(text) % kKnownPlaces;
+  while (knownPlaces_[place] != 0 && !isAt(knownLines_[knownPlaces_[place] - 1U])) {
     place = (place + 1) % kKnownPlaces;
   }
   return knownPlaces_[place];
 }
 
+// The line is not remembered yet.
 FrequencyTables::KnownLine FrequencyTables::enterFrequencies(std::string_view line,
                                                              const Stamp& stamp) {
-  KnownLine entered{std::string(line), std::nullopt, 0};
+  KnownLine entered;
   const std::optional<std::string_view> list = between(line, '[', ']');
   const std::optional<std::string_view> name = between(line, '(', ')');
   if (!list || !name || Trim(*name).empty()) return entered;
-  entered.station = enterStation(Left(*name, kLongestStationName));
-  if (!entered.station) return entered;
-  const std::size_t point = enterStamp(stations_[*entered.station], stamp);
+  const std::optional<std::size_t> station = enterStation(Left(*name, kLongestStationName));
+  if (!station) return entered;
+  entered.station = static_cast<std::uint8_t>(*station);
+  const std::size_t point = enterStamp(stations_[*station], stamp);
   for (const std::string_view frequency : split(Trim(*list), ' ')) {
     if (frequency.empty()) continue;
-    addFrq2Ary(*entered.station, frequency, point);
-    const std::optional<std::size_t> slot = enterFrequency(*entered.station, frequency);
+    addFrq2Ary(*station, frequency, point);
+    const std::optional<std::size_t> slot = enterFrequency(*station, frequency);
     if (slot) entered.marks |= std::uint32_t{1} << *slot;
   }
   return entered;

@@ -101,17 +101,22 @@ class FrequencyTables : private HfdlListener {
   };
 
   // What a frequency line that was seen before comes to: a station repeats its
-  // few lists all day long.
+  // few lists all day long. Small, and the texts lie side by side: all of it
+  // shares the processor's cache with the log that is read.
   struct KnownLine {
-    std::string line;
-    std::optional<std::size_t> station;
+    static constexpr std::uint8_t kNoStation = 0xFF;
+    std::uint32_t textAt = 0;  // in knownTexts_
     std::uint32_t marks = 0;
+    std::uint8_t textSize = 0;
+    std::uint8_t station = kNoStation;
+    bool isUsual = false;  // begins as usual, which its text leaves out
   };
+  static_assert(kMostStations < KnownLine::kNoStation);
 
   static Stamp stampOf(std::string timeStamp);
   void messageBegan(const HfdlMessage& message) override;
   void frequenciesAnnounced(const HfdlMessage& message, std::string_view line) override;
-  std::uint16_t& knownPlace(std::string_view line);
+  std::uint16_t& knownPlace(std::string_view text, bool isUsual);
   KnownLine enterFrequencies(std::string_view line, const Stamp& stamp);
   std::size_t enterStamp(Station& station, const Stamp& stamp);
   std::optional<std::size_t> enterFrequency(std::size_t station, std::string_view frequency);
@@ -120,6 +125,7 @@ class FrequencyTables : private HfdlListener {
   HfdlParser parser_;
   std::vector<Station> stations_;
   std::vector<KnownLine> knownLines_;
+  std::string knownTexts_;
   std::vector<std::uint16_t> knownPlaces_;  // by hash: 1 + index of a known line, or 0
   std::optional<Stamp> stamp_;              // of the message, once it is needed
   bool overflowed_ = false;

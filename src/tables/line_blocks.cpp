@@ -15,10 +15,6 @@
 namespace vel {
 namespace {
 
-// Large enough to make calls of the system rare, small enough to stay in the
-// processor's cache.
-constexpr std::size_t kBlock = std::size_t{1} << 17;
-
 // Reading whole pages to whole pages is what the system does fastest.
 constexpr std::size_t kPage = 4096;
 

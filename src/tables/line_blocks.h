@@ -31,6 +31,10 @@ class BlockMemory {
 /// end a line. The file is read, never mapped: it may shrink meanwhile.
 class LineBlocks {
  public:
+  /// Bytes that are read at once: enough to make calls of the system rare, few
+  /// enough to stay in the processor's cache.
+  static constexpr std::size_t kBlock = std::size_t{1} << 17;
+
   /// In bytes, with its line end. A longer line is no record. It bounds the
   /// memory that a file can take.
   static constexpr std::size_t kLongestLine = std::size_t{1} << 24;

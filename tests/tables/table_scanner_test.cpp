@@ -1,6 +1,7 @@
 #include "tables/table_scanner.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <string_view>
@@ -114,16 +115,36 @@ TEST_F(TableScannerTest, StopsAtOnceWhenTheCallerHasEnough) {
 }
 
 TEST_F(TableScannerTest, ALineAcrossTheBorderOfTwoReadsIsFoundWhole) {
-  constexpr std::size_t kBorder = std::size_t{1} << 16;
-  for (std::size_t shift = 0; shift < 40; ++shift) {
-    std::string content;
-    while (content.size() < kBorder - 100) content += "JA0000,B738 of nobody\r\n";
-    content += std::string(kBorder - 30 + shift - content.size(), 'x') + "\r\n";
-    content += "JA8089,B744\r\n";
-    content += "JA0001,B77W\r\n";
-    EXPECT_THAT(lines(content, "JA8089", Anchor::lineStart), ElementsAre("JA8089,B744")) << shift;
-    EXPECT_THAT(lines(content, "B744", Anchor::anywhere), ElementsAre("JA8089,B744")) << shift;
+  for (const std::size_t border : {LineBlocks::kBlock, 2 * LineBlocks::kBlock}) {
+    for (const std::string lineEnd : {"\r\n", "\n", "\r"}) {
+      std::string front;
+      while (front.size() < border - 100) front += "JA0000,B738 of nobody" + lineEnd;
+      for (std::size_t shift = 0; shift < 40; ++shift) {
+        std::string content = front;
+        content += std::string(border - 30 + shift - content.size(), 'x') + lineEnd;
+        content += "JA8089,B744" + lineEnd + "JA0001,B77W" + lineEnd;
+        EXPECT_THAT(lines(content, "JA8089", Anchor::lineStart), ElementsAre("JA8089,B744"))
+            << shift;
+        EXPECT_THAT(lines(content, "B744", Anchor::anywhere), ElementsAre("JA8089,B744")) << shift;
+      }
+    }
   }
+}
+
+TEST_F(TableScannerTest, AFileThatIsCutShortWhileItIsReadEndsEarly) {
+  const auto file = folder_ / "table.csv";
+  std::string content = "JA8089,first\r\n";
+  while (content.size() < 4 * LineBlocks::kBlock) content += "JA0000,B738 of nobody\r\n";
+  test::writeBytes(file, content + "JA8089,last\r\n");
+  std::vector<std::string> found;
+  const Status status =
+      TableScanner::forEachLine(file, "JA8089", Anchor::lineStart, [&](std::string_view line) {
+        found.emplace_back(line);
+        std::filesystem::resize_file(file, 100);
+        return Next::more;
+      });
+  EXPECT_TRUE(status.ok());
+  EXPECT_THAT(found, ElementsAre("JA8089,first"));
 }
 
 TEST_F(TableScannerTest, FindsWhatASearchLineByLineFinds) {
