@@ -50,7 +50,7 @@ void HfdlWindowTest::setBrowsers() {
 
 void HfdlWindowTest::start() {
   startMainWindow();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(program_->mainWindow()));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(program_->mainWindow(), kPatience));
   press(control<QPushButton>(*program_->mainWindow(), "Command11"));
   driveBrowser(program_->otherWindow());
 }

@@ -34,12 +34,12 @@ void LogWindowTest::startMainWindow() {
   const auto shown = [this] {
     return program_->mainWindow() != nullptr && program_->mainWindow()->isVisible();
   };
-  ASSERT_TRUE(QTest::qWaitFor(shown));
+  ASSERT_TRUE(QTest::qWaitFor(shown, kPatience));
 }
 
 void LogWindowTest::startAndEnd() {
   launch();
-  ASSERT_TRUE(QTest::qWaitFor([this] { return desktop_.ended; }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return desktop_.ended; }, kPatience));
   // The splash goes with its next look; no window comes in its place.
   ASSERT_TRUE(QTest::qWaitFor([] {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -52,7 +52,7 @@ void LogWindowTest::startAndEnd() {
 void LogWindowTest::driveBrowser(BrowserWindow* browser) {
   browser_ = dynamic_cast<LogBrowser*>(browser);
   ASSERT_NE(browser_, nullptr);
-  ASSERT_TRUE(QTest::qWaitForWindowActive(browser_));
+  ASSERT_TRUE(QTest::qWaitForWindowActive(browser_, kPatience));
 }
 
 std::string LogWindowTest::text(const char* name) const {

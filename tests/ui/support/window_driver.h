@@ -20,6 +20,10 @@
 
 namespace vel::test {
 
+/// How long a test waits for what a slow and busy machine takes its time for, in
+/// milliseconds.
+constexpr int kPatience = 60'000;
+
 /// The jobs of the program under test; null while there is none. What a user
 /// does below waits until they are done, as a user waits for the window.
 inline JobRunner* drivenJobs = nullptr;
