@@ -12,9 +12,9 @@
 namespace vel {
 namespace {
 
-class XlViewTest : public testing::Test {
+class LogListViewTest : public testing::Test {
  protected:
-  XlViewTest()
+  LogListViewTest()
       : model_(
             Encoding::codePage932(), ',', {"Line", "A", "B"},
             [](std::size_t number) { return QString::number(number); }, nullptr),
@@ -35,12 +35,12 @@ class XlViewTest : public testing::Test {
   LogListView view_;
 };
 
-TEST_F(XlViewTest, AtFirstNoLineIsSelected) {
+TEST_F(LogListViewTest, AtFirstNoLineIsSelected) {
   EXPECT_EQ(view_.listIndex(), -1);
   EXPECT_EQ(view_.selectedText(1), "");
 }
 
-TEST_F(XlViewTest, AClickSelectsItsLineAndTellsOnce) {
+TEST_F(LogListViewTest, AClickSelectsItsLineAndTellsOnce) {
   QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   clickRow(1);
   settle();
@@ -52,7 +52,7 @@ TEST_F(XlViewTest, AClickSelectsItsLineAndTellsOnce) {
   EXPECT_EQ(changed.count(), 1);
 }
 
-TEST_F(XlViewTest, TheFirstLineCanBeClickedAfterTheListGotTheKeyboard) {
+TEST_F(LogListViewTest, TheFirstLineCanBeClickedAfterTheListGotTheKeyboard) {
   view_.clearFocus();
   view_.setFocus(Qt::TabFocusReason);
   settle();
@@ -64,7 +64,7 @@ TEST_F(XlViewTest, TheFirstLineCanBeClickedAfterTheListGotTheKeyboard) {
   EXPECT_EQ(view_.listIndex(), 0);
 }
 
-TEST_F(XlViewTest, ASortIsNoNewSelection) {
+TEST_F(LogListViewTest, ASortIsNoNewSelection) {
   clickRow(0);
   settle();
   QSignalSpy changed(&view_, &LogListView::listIndexChanged);
@@ -76,7 +76,7 @@ TEST_F(XlViewTest, ASortIsNoNewSelection) {
   EXPECT_EQ(changed.count(), 0);
 }
 
-TEST_F(XlViewTest, ALineIsToldAgainAfterTheListWasReadAnew) {
+TEST_F(LogListViewTest, ALineIsToldAgainAfterTheListWasReadAnew) {
   clickRow(1);
   settle();
   QSignalSpy changed(&view_, &LogListView::listIndexChanged);
@@ -88,7 +88,7 @@ TEST_F(XlViewTest, ALineIsToldAgainAfterTheListWasReadAnew) {
   EXPECT_EQ(changed.count(), 1);
 }
 
-TEST_F(XlViewTest, SelectingByIndexTellsToo) {
+TEST_F(LogListViewTest, SelectingByIndexTellsToo) {
   QSignalSpy changed(&view_, &LogListView::listIndexChanged);
   view_.setListIndex(2);
   settle();
@@ -96,7 +96,7 @@ TEST_F(XlViewTest, SelectingByIndexTellsToo) {
   EXPECT_EQ(view_.selectedText(2), "3");
 }
 
-TEST_F(XlViewTest, AnIndexOutsideTheListClearsTheSelection) {
+TEST_F(LogListViewTest, AnIndexOutsideTheListClearsTheSelection) {
   for (const int outside : {-1, 3, 1000}) {
     view_.setListIndex(1);
     view_.setListIndex(outside);
@@ -104,19 +104,19 @@ TEST_F(XlViewTest, AnIndexOutsideTheListClearsTheSelection) {
   }
 }
 
-TEST_F(XlViewTest, ADeselectedLineIsNotTheSelectedOne) {
+TEST_F(LogListViewTest, ADeselectedLineIsNotTheSelectedOne) {
   clickRow(1);
   clickRow(1, Qt::ControlModifier);
   EXPECT_EQ(view_.listIndex(), -1);
 }
 
-TEST_F(XlViewTest, AClearedListHasNoSelectedLine) {
+TEST_F(LogListViewTest, AClearedListHasNoSelectedLine) {
   view_.setListIndex(1);
   model_.clear();
   EXPECT_EQ(view_.listIndex(), -1);
 }
 
-TEST_F(XlViewTest, TheSortsDirectionIsShownInTheTitle) {
+TEST_F(LogListViewTest, TheSortsDirectionIsShownInTheTitle) {
   EXPECT_FALSE(view_.horizontalHeader()->isSortIndicatorShown());
   const QHeaderView* header = view_.horizontalHeader();
   const QPoint title(header->sectionViewportPosition(1) + 20, header->height() / 2);
@@ -128,7 +128,7 @@ TEST_F(XlViewTest, TheSortsDirectionIsShownInTheTitle) {
   EXPECT_EQ(header->sortIndicatorOrder(), Qt::DescendingOrder);
 }
 
-TEST_F(XlViewTest, CopyingGivesTheCellOrTheLine) {
+TEST_F(LogListViewTest, CopyingGivesTheCellOrTheLine) {
   QSignalSpy copied(&view_, &LogListView::copied);
   view_.copyCell();
   view_.copyLines();
@@ -142,13 +142,13 @@ TEST_F(XlViewTest, CopyingGivesTheCellOrTheLine) {
   EXPECT_EQ(copied[1][0].toString(), QStringLiteral("3\tc\t3"));
 }
 
-TEST_F(XlViewTest, ColumnsHaveTheirWidths) {
+TEST_F(LogListViewTest, ColumnsHaveTheirWidths) {
   EXPECT_EQ(view_.columnWidth(0), 40);
   EXPECT_EQ(view_.columnWidth(1), 80);
 }
 
 // What is highlighted is what is selected, and one of it is the selected line.
-TEST_F(XlViewTest, EveryKeyThatGoesToALineSelectsIt) {
+TEST_F(LogListViewTest, EveryKeyThatGoesToALineSelectsIt) {
   const struct {
     Qt::Key key;
     Qt::KeyboardModifiers modifiers;
@@ -171,7 +171,7 @@ TEST_F(XlViewTest, EveryKeyThatGoesToALineSelectsIt) {
   }
 }
 
-TEST_F(XlViewTest, HomeAndEndKeepTheColumn) {
+TEST_F(LogListViewTest, HomeAndEndKeepTheColumn) {
   clickRow(1);
   QTest::keyClick(&view_, Qt::Key_End);
   EXPECT_EQ(view_.currentIndex(), model_.index(2, 1));
@@ -179,14 +179,14 @@ TEST_F(XlViewTest, HomeAndEndKeepTheColumn) {
   EXPECT_EQ(view_.currentIndex(), model_.index(0, 1));
 }
 
-TEST_F(XlViewTest, ShiftEndSelectsUpToTheLastLine) {
+TEST_F(LogListViewTest, ShiftEndSelectsUpToTheLastLine) {
   clickRow(1);
   QTest::keyClick(&view_, Qt::Key_End, Qt::ShiftModifier);
   EXPECT_EQ(view_.selectionModel()->selectedRows().size(), 2);
   EXPECT_EQ(view_.listIndex(), 2);
 }
 
-TEST_F(XlViewTest, InAnEmptyListHomeAndEndSelectNothing) {
+TEST_F(LogListViewTest, InAnEmptyListHomeAndEndSelectNothing) {
   model_.clear();
   view_.setFocus();
   for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End}) {
@@ -195,7 +195,7 @@ TEST_F(XlViewTest, InAnEmptyListHomeAndEndSelectNothing) {
   }
 }
 
-TEST_F(XlViewTest, OfSeveralSelectedLinesOneIsAlwaysTheSelectedOne) {
+TEST_F(LogListViewTest, OfSeveralSelectedLinesOneIsAlwaysTheSelectedOne) {
   clickRow(0);
   clickRow(2, Qt::ControlModifier);
   settle();
@@ -227,7 +227,7 @@ class CountingStyle : public QProxyStyle {
   mutable QStringList texts;
 };
 
-TEST_F(XlViewTest, NoMoreOfATextIsPaintedThanItsCellCanShow) {
+TEST_F(LogListViewTest, NoMoreOfATextIsPaintedThanItsCellCanShow) {
   auto* style = new CountingStyle;
   style->setParent(&view_);
   view_.setStyle(style);
@@ -244,7 +244,7 @@ TEST_F(XlViewTest, NoMoreOfATextIsPaintedThanItsCellCanShow) {
   EXPECT_EQ(model_.cell(0, 1).size(), 900'000U);
 }
 
-TEST_F(XlViewTest, ADeselectedCellDoesNotLookSelected) {
+TEST_F(LogListViewTest, ADeselectedCellDoesNotLookSelected) {
   auto* style = new CountingStyle;
   style->setParent(&view_);
   view_.setStyle(style);
