@@ -87,33 +87,32 @@ HistorySearch::HistorySearch(const Folders& folders, const Encoding& encoding,
     : folders_(folders), query_(query), match_(query, Tables(folders, encoding)), found_(found) {
   for (const std::string& bytes : match_.text().scanBytes()) patterns_.emplace_back(bytes);
   for (const std::string& bytes : match_.text().hfdlScanBytes()) hfdlPatterns_.emplace_back(bytes);
+  // Lists hold no addresses and formatted logs no airports: nothing that the
+  // text could be compared with.
+  if (query.lists && query.meaning != SearchMeaning::address) {
+    unlisted_.push_back(HistorySource::list);
+  }
+  if (query.hfdl && query.meaning != SearchMeaning::airport) {
+    unlisted_.push_back(HistorySource::hfdl);
+  }
+  if (query.rawLogs) unlisted_.push_back(HistorySource::raw);
 }
 
 // A folder of many files takes its time: one listing after the other.
 void HistorySearch::listLogs(HistorySource source) {
-  const auto addDated = [this, source](std::string_view suffix) {
-    for (std::string& name : datedLogs(folders_.logs, suffix)) {
-      const auto day = dayOfName(name);
-      if (day ? query_.days.holds(*day) : query_.days.isAll()) {
-        logs_.push_back({source, std::move(name), day});
-      }
-    }
-  };
-  switch (source) {
-    case HistorySource::list:
-      // This log, and the next, has nothing that the text could be compared with.
-      if (query_.lists && query_.meaning != SearchMeaning::address) addDated(kListLogSuffix);
-      break;
-    case HistorySource::hfdl:
-      if (query_.hfdl && query_.meaning != SearchMeaning::airport) addDated(kHfdlLogSuffix);
-      std::stable_sort(logs_.begin(), logs_.end(),
-                       [](const Log& left, const Log& right) { return left.day < right.day; });
-      break;
-    case HistorySource::raw:
-      if (!query_.rawLogs) break;
-      for (std::string& name : rawLogs(folders_)) logs_.push_back({source, std::move(name), {}});
-      break;
+  if (source == HistorySource::raw) {
+    for (std::string& name : rawLogs(folders_)) logs_.push_back({source, std::move(name), {}});
+    return;
   }
+  const bool isList = source == HistorySource::list;
+  for (std::string& name : datedLogs(folders_.logs, isList ? kListLogSuffix : kHfdlLogSuffix)) {
+    const auto day = dayOfName(name);
+    if (day ? query_.days.holds(*day) : query_.days.isAll()) {
+      logs_.push_back({source, std::move(name), day});
+    }
+  }
+  std::stable_sort(logs_.begin(), logs_.end(),
+                   [](const Log& left, const Log& right) { return left.day < right.day; });
 }
 
 Result<JobProgress> HistorySearch::step(Clock::time_point deadline) {

@@ -70,8 +70,7 @@ class HistorySearch : public Job {
   FoundMessages& found_;
   std::vector<BytePattern> patterns_;
   std::vector<BytePattern> hfdlPatterns_;
-  std::vector<HistorySource> unlisted_{HistorySource::list, HistorySource::hfdl,
-                                       HistorySource::raw};
+  std::vector<HistorySource> unlisted_;  // in the order of logs_
   std::vector<Log> logs_;
   std::size_t next_ = 0;  // of logs_
   bool isOpen_ = false;

@@ -61,7 +61,8 @@ void LineList::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    // The keys may stand on a line that is not selected.
+    // The keys may stand on a line that is not selected yet.
+    if (currentIndex().isValid() && listIndex() < 0) selectRow(currentIndex().row());
     if (currentIndex().isValid()) Q_EMIT lineOpened(currentIndex().row());
     event->accept();
     return;
