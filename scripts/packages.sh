@@ -15,7 +15,7 @@ test_packages=(
 # For Windows programs: what builds them, and what runs them here besides.
 windows_packages=(
   "${build_packages[@]}"
-  g++-mingw-w64-x86-64-posix dpkg-dev make nasm zip cmark-gfm
+  g++-mingw-w64-x86-64-posix dpkg-dev make nasm tcl zip cmark-gfm
 )
 windows_test_packages=(
   "${windows_packages[@]}" googletest wine wine64 xvfb unzip fonts-dejavu-core

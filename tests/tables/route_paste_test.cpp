@@ -13,7 +13,10 @@ using testing::IsEmpty;
 
 std::string entry(int number) {
   const std::string letter(1, static_cast<char>('A' + number));
-  return "From (City (HN" + letter + ")) to (Town (LA" + letter + "))\r\n";
+  std::string text = "From (City (HN" + letter;
+  text += ")) to (Town (LA" + letter;
+  text += "))\r\n";
+  return text;
 }
 
 std::string entries(int count) {
