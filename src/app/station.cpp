@@ -4,6 +4,7 @@
 
 #include "core/file.h"
 #include "core/folders.h"
+#include "core/normal_path.h"
 #include "core/program_files.h"
 #include "tables/table_files.h"
 
@@ -49,12 +50,6 @@ std::optional<fs::path> folderWithSettings(const fs::path& base) {
   return *std::min_element(found.begin(), found.end());
 }
 
-// Without the separator that a path may end in.
-fs::path withoutEnd(const fs::path& folder) {
-  const fs::path path = folder.lexically_normal();
-  return path.has_filename() ? path : path.parent_path();
-}
-
 Status makeFolder(const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
@@ -71,7 +66,7 @@ bool isProgramFolder(const fs::path& folder) {
 bool holdsStation(const fs::path& folder) { return isBase(folder); }
 
 std::optional<fs::path> programFolderNear(const fs::path& chosen) {
-  const fs::path folder = withoutEnd(chosen);
+  const fs::path folder = normalPath(chosen);
   const fs::path parent = folder.parent_path();
   fs::path base;
   if (isBase(folder)) {

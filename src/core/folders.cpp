@@ -1,15 +1,19 @@
 #include "core/folders.h"
 
 #include "core/file.h"
+#include "core/normal_path.h"
+#include "core/platform_folders.h"
 
 namespace vel {
 
+std::filesystem::path normalPath(const std::filesystem::path& path) {
+  std::filesystem::path normal = platform::absolutePath(path);
+  if (!normal.has_filename() && normal.has_relative_path()) normal = normal.parent_path();
+  return normal;
+}
+
 Folders Folders::of(const std::filesystem::path& programFolder) {
-  std::error_code error;
-  std::filesystem::path program =
-      std::filesystem::absolute(programFolder, error).lexically_normal();
-  // "dir/" and "dir" are one folder, and have one parent.
-  if (!program.has_filename() && program.has_relative_path()) program = program.parent_path();
+  const std::filesystem::path program = normalPath(programFolder);
   Folders folders;
   folders.program = program;
   folders.base = program.parent_path();

@@ -10,6 +10,9 @@
 /// of platform.h, for core alone.
 namespace vel::platform {
 
+/// The path from a root on, without "." and ".." in it.
+std::filesystem::path absolutePath(const std::filesystem::path& path);
+
 enum class FileKind {
   nothing,  ///< there is none of that name
   regular,

@@ -240,6 +240,11 @@ char32_t upperCase(char32_t character) {
   return static_cast<char32_t>(towupper_l(static_cast<wint_t>(character), utf8Locale()));
 }
 
+std::filesystem::path absolutePath(const std::filesystem::path& path) {
+  std::error_code error;
+  return std::filesystem::absolute(path, error).lexically_normal();
+}
+
 FileKind kindOf(const std::filesystem::path& path) {
   std::error_code error;
   switch (std::filesystem::status(path, error).type()) {

@@ -125,6 +125,17 @@ std::wstring systemPath(const std::filesystem::path& path) {
   return L"\\\\?\\" + full;
 }
 
+// The path from a root on, as the system sees it; itself where it does not say.
+std::wstring fullName(const std::filesystem::path& path) {
+  const std::wstring text = std::filesystem::path(path).make_preferred().wstring();
+  std::wstring full(std::size_t{1} << 15, L'\0');
+  const DWORD size =
+      GetFullPathNameW(text.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  if (size == 0 || size >= full.size()) return text;
+  full.resize(size);
+  return full;
+}
+
 FileKind kindOfAttributes(DWORD attributes) {
   if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileKind::folder;
   return (attributes & FILE_ATTRIBUTE_DEVICE) != 0 ? FileKind::other : FileKind::regular;
@@ -316,11 +327,14 @@ char32_t lowerCase(char32_t character) { return mapCase(character, LCMAP_LOWERCA
 
 char32_t upperCase(char32_t character) { return mapCase(character, LCMAP_UPPERCASE); }
 
+std::filesystem::path absolutePath(const std::filesystem::path& path) {
+  // The standard library takes the name of a share's computer for a folder.
+  return fullName(path);
+}
+
 FileKind kindOf(const std::filesystem::path& path) {
   // "NUL" and the like are devices in every folder.
-  std::wstring full(std::size_t{1} << 15, L'\0');
-  full.resize(
-      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr));
+  const std::wstring full = fullName(path);
   if (full.starts_with(L"\\\\.\\")) return FileKind::other;
   const DWORD attributes = GetFileAttributesW(systemPath(path).c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES) return kindOfAttributes(attributes);

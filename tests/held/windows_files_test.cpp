@@ -98,20 +98,6 @@ TEST(WindowsFiles, FoldersStandBesideEachOtherOnAShareAndAtADrivesRootToo) {
   EXPECT_EQ(root.data, std::filesystem::path(LR"(C:\data)"));
 }
 
-TEST(WindowsFiles, ADrivesRootServesAsABaseFolder) {
-  const TemporaryFolder folder;
-  std::filesystem::create_directory(folder / "data");
-  writeBytes(folder / "data/FLIGHT.csv", "");
-  writeBytes(folder / "beside.txt", "");
-  ASSERT_NE(DefineDosDeviceW(0, L"V:", folder.path().c_str()), 0) << GetLastError();
-  const Folders folders = Folders::of("V:/vel");
-  EXPECT_TRUE(fileExists(folders.data / "flight.CSV"));
-  EXPECT_THAT(listFolder("V:/").value(), testing::ElementsAre("beside.txt"));
-  EXPECT_TRUE(writeWholeFile(folders.base / "new.txt", ".new", "x").ok());
-  EXPECT_TRUE(FolderLock::take("V:/").has_value());
-  EXPECT_NE(DefineDosDeviceW(DDD_REMOVE_DEFINITION, L"V:", nullptr), 0) << GetLastError();
-}
-
 TEST(WindowsFiles, AFileWhoseNameIsNoTextDoesNotBreakAListing) {
   const TemporaryFolder folder;
   writeBytes(folder / "JA8089.jpg", "");

@@ -29,8 +29,8 @@ class VelwebParent : public testing::Test {
     job_ = CreateJobObjectW(nullptr, nullptr);
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limit{};
     limit.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
-    ASSERT_NE(SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limit, sizeof limit),
-              0);
+    ASSERT_NE(
+        SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limit, sizeof limit), 0);
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     HANDLE childOutput = nullptr;
     ASSERT_NE(CreatePipe(&output_, &childOutput, &inherited, 0), 0);
@@ -43,8 +43,9 @@ class VelwebParent : public testing::Test {
     const auto program = platform::executableFolder() / "velweb_parent.exe";
     std::wstring command = L'"' + program.wstring() + L"\" " + how;
     PROCESS_INFORMATION made{};
-    const BOOL started = CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
-                                        CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &start, &made);
+    const BOOL started =
+        CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE,
+                       CREATE_NO_WINDOW | CREATE_SUSPENDED, nullptr, nullptr, &start, &made);
     CloseHandle(childOutput);
     ASSERT_NE(started, 0) << GetLastError();
     EXPECT_NE(AssignProcessToJobObject(job_, made.hProcess), 0) << GetLastError();

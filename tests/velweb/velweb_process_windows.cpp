@@ -24,7 +24,8 @@ HANDLE toHandle(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle);
 std::wstring quoted(const std::string& word) {
   std::wstring text = L"\"";
   std::size_t backslashes = 0;
-  for (const wchar_t c : platform::pathFromUtf8(word).native()) {
+  const std::wstring wide = platform::pathFromUtf8(word).wstring();
+  for (const wchar_t c : wide) {
     if (c == L'"') text.append(backslashes + 1, L'\\');
     backslashes = c == L'\\' ? backslashes + 1 : 0;
     text += c;

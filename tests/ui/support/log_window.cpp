@@ -100,7 +100,7 @@ std::string LogWindowTest::line(int shownIndex) const {
 
 long LogWindowTest::reads() const {
   const auto& log = desktop_.runLogLines;
-  return std::count(log.begin(), log.end(), "Start GetLogData");
+  return static_cast<long>(std::count(log.begin(), log.end(), "Start GetLogData"));
 }
 
 void LogWindowTest::clickTitle(int column) const {
