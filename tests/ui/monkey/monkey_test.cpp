@@ -1,0 +1,132 @@
+// A wild user, while other programs change the files: no crash, no window that
+// stands still, no file outside the base folder, no growth.
+
+#include "tests/ui/monkey/monkey.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QPixmapCache>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/test_files.h"
+#include "tests/ui/monkey/process_meter.h"
+#include "tests/ui/monkey/restless_files.h"
+#include "tests/ui/monkey/whole_program.h"
+
+namespace vel::test {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+
+constexpr std::size_t kRounds = 10;
+constexpr std::size_t kUsualEvents = 3000;
+constexpr std::chrono::milliseconds kLongestGap{1000};
+
+std::size_t fromEnvironment(const char* name, std::size_t usual) {
+  const char* const text = std::getenv(name);
+  return text == nullptr ? usual : std::strtoull(text, nullptr, 10);
+}
+
+/// The files below a folder. What Qt's own dialog for files remembers is not the
+/// program's.
+std::vector<std::string> filesBelow(const fs::path& folder) {
+  std::vector<std::string> files;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file() && entry.path().filename() != "QtProject.conf") {
+      files.push_back(entry.path().string());
+    }
+  }
+  return files;
+}
+
+class WildUser : public testing::Test {
+ protected:
+  WildUser() {
+    fs::create_directories(outside_);
+    for (const char* name : {"HOME", "TMPDIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
+      qputenv(name, outside_.c_str());
+    }
+    workingFolder_ = fs::current_path();
+    fs::current_path(outside_);
+    makeStation(folders_);
+  }
+  ~WildUser() override { fs::current_path(workingFolder_); }
+
+  /// Starts the program as often as it ends, until the events are made.
+  void playRound(Monkey& monkey, std::size_t events) {
+    while (events > 0) {
+      WholeProgram program(folders_);
+      // Counts as an event, so that a program that cannot start ends the round.
+      --events;
+      ++starts_;
+      if (!program.start()) continue;
+      const std::size_t made = monkey.play(events, [&] { return !program.hasEnded(); });
+      made_ += made;
+      events -= made;
+    }
+  }
+
+  TemporaryFolder folder_;
+  fs::path outside_ = folder_ / "outside";
+  Folders folders_ = Folders::of(folder_ / "station" / "vel");
+  fs::path workingFolder_;
+  std::size_t starts_ = 0;
+  std::size_t made_ = 0;
+};
+
+TEST_F(WildUser, DoesNoHarm) {
+  const std::size_t events = fromEnvironment("VEL_MONKEY_EVENTS", kUsualEvents);
+  const std::uint64_t seed = fromEnvironment("VEL_MONKEY_SEED", 1);
+  const std::set<std::string> before = [&] {
+    const auto files = filesBelow(folder_.path());
+    return std::set<std::string>(files.begin(), files.end());
+  }();
+  Monkey monkey(seed);
+  std::size_t changes = 0;
+  std::size_t bytesAtFirst = 0;
+  std::size_t bytesAtLast = 0;
+  std::size_t descriptorsAtFirst = 0;
+  for (std::size_t round = 0; round < kRounds; ++round) {
+    {
+      const RestlessFiles files(folders_, seed + round);
+      playRound(monkey, events / kRounds);
+      changes += files.changes();
+    }
+    // Pictures that Qt keeps for later, and what was copied, are nobody's growth.
+    QPixmapCache::clear();
+    QGuiApplication::clipboard()->clear();
+    bytesAtLast = allocatedBytes();
+    std::printf("round %zu: %zu KB in use, %zu descriptors\n", round + 1, bytesAtLast / 1024,
+                openDescriptors());
+    // What a library sets up when it is first used is no growth.
+    if (round == kRounds / 2) {
+      bytesAtFirst = bytesAtLast;
+      descriptorsAtFirst = openDescriptors();
+    }
+  }
+  std::printf(
+      "%zu events in %zu starts, %zu changes of files; longest gap %lld ms (%s); "
+      "%zu KB in use halfway, %zu KB at the end\n",
+      made_, starts_, changes, static_cast<long long>(monkey.longestGap().count()),
+      monkey.longestWork().c_str(), bytesAtFirst / 1024, bytesAtLast / 1024);
+  EXPECT_GT(made_, events / 2);
+  EXPECT_GT(changes, 10U);
+  EXPECT_LT(monkey.longestGap(), kLongestGap) << monkey.longestWork();
+  EXPECT_LE(openDescriptors(), descriptorsAtFirst);
+  EXPECT_LT(bytesAtLast, bytesAtFirst + bytesAtFirst / 20);
+  EXPECT_THAT(filesBelow(outside_), IsEmpty());
+  for (const std::string& file : filesBelow(folders_.logs)) {
+    EXPECT_TRUE(before.contains(file)) << "the program writes no logs: " << file;
+  }
+}
+
+}  // namespace
+}  // namespace vel::test

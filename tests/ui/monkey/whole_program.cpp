@@ -1,0 +1,107 @@
+#include "tests/ui/monkey/whole_program.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+
+#include "hfdl/ui/activity_window.h"
+#include "hfdl/ui/frequency_window.h"
+#include "history/ui/history_wiring.h"
+#include "tables/rewrite.h"
+#include "tour/ui/tour_window.h"
+#include "tour/ui/window_tour_host.h"
+
+namespace vel::test {
+
+int EnclosedDesktop::open(const std::string&) {
+  constexpr int kOpened = 42;
+  ++opened_;
+  return kOpened;
+}
+
+struct WholeProgram::SideWindows {
+  explicit SideWindows(const Context& context) : history(context) {}
+
+  HistoryWindows history;
+  TourState tour;
+  std::unique_ptr<ActivityWindow> activity;
+  std::unique_ptr<FrequencyWindow> frequencies;
+};
+
+WholeProgram::WholeProgram(const Folders& folders)
+    : program_(std::make_unique<Program>(desktop_, folders)),
+      // There is no companion beside a test: that it cannot be started is what
+      // the windows then say.
+      web_(std::make_unique<WebAccess>(program_->context(), QStringLiteral("/nowhere/velweb"))),
+      side_(std::make_unique<SideWindows>(program_->context())) {
+  openFromHistory(side_->history, *program_, web_->rawLogs());
+  program_->addUnloadStep([this] { web_->rawLogs().close(); });
+  program_->addUnloadStep([this] { side_->history.close(); });
+  const auto makeAcars = [this](BrowserFrame& frame) {
+    auto browser = std::make_unique<AcarsBrowser>(frame, *web_);
+    offerHistory(*browser, ReportKind::list, side_->history);
+    browser->prepareTour = [this](int step) { side_->tour.step = step; };
+    browser->showTour = [this, window = browser.get()] {
+      const WindowTourHost host(window);
+      TourWindow(host, side_->tour).exec();
+    };
+    return browser;
+  };
+  const auto makeHfdl = [this](BrowserFrame& frame) {
+    auto browser = std::make_unique<HfdlBrowser>(frame, *web_);
+    offerHistory(*browser, ReportKind::hfdl, side_->history);
+    browser->showActivityChart = [this, window = browser.get()] {
+      if (!side_->activity) {
+        side_->activity = std::make_unique<ActivityWindow>(program_->context(),
+                                                           [window] { return window->shownLog(); });
+      }
+      side_->activity->open();
+    };
+    browser->showFrequencyChart = [this] {
+      if (!side_->frequencies) {
+        side_->frequencies = std::make_unique<FrequencyWindow>(program_->context());
+      }
+      side_->frequencies->open();
+    };
+    return browser;
+  };
+  program_->setBrowsers(makeAcars, makeHfdl);
+}
+
+WholeProgram::~WholeProgram() {
+  // In the order in which main() leaves them.
+  side_.reset();
+  web_.reset();
+  program_.reset();
+  // What was to be deleted later.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool WholeProgram::start() {
+  // What the program has to say at its start waits for somebody to read it.
+  QTimer reader;
+  QObject::connect(&reader, &QTimer::timeout, &reader, [] {
+    if (QWidget* box = QApplication::activeModalWidget()) box->close();
+  });
+  reader.start(1);
+  if (!program_->Main()) return false;
+  recoverTables(program_->context().folders);
+  constexpr int kLongEnough = 60'000;
+  return QTest::qWaitFor(
+             [this] {
+               return hasEnded() ||
+                      (program_->mainWindow() != nullptr && program_->mainWindow()->isVisible());
+             },
+             kLongEnough) &&
+         !hasEnded();
+}
+
+AcarsBrowser& WholeProgram::acars() const {
+  return dynamic_cast<AcarsBrowser&>(*program_->mainWindow());
+}
+
+HfdlBrowser& WholeProgram::hfdl() const {
+  return dynamic_cast<HfdlBrowser&>(*program_->otherWindow());
+}
+
+}  // namespace vel::test
