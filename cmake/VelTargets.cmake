@@ -21,6 +21,18 @@ if(VEL_SANITIZE)
     -fsanitize=${VEL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(vel_options INTERFACE -fsanitize=${VEL_SANITIZE})
 endif()
+# Checked on the built programs by scripts/check-hardening.
+if(VEL_HARDEN AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+  target_compile_options(vel_options INTERFACE
+    -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -fstack-protector-strong -fstack-clash-protection)
+  if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|i[3-6]86")
+    target_compile_options(vel_options INTERFACE -fcf-protection=full)
+  endif()
+  target_link_options(vel_options INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-pie> -Wl,-z,relro -Wl,-z,now
+    -Wl,-z,noexecstack)
+endif()
 if(VEL_FUZZ)
   target_compile_options(vel_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
