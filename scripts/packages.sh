@@ -31,3 +31,5 @@ picture_packages=(
   "${build_packages[@]}"
   cmark-gfm imagemagick librsvg2-bin xvfb xauth openbox xdotool x11-utils
 )
+# What looks for mistakes in the sources.
+check_packages=("${build_packages[@]}" cppcheck clang-tidy)

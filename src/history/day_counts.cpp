@@ -33,8 +33,8 @@ std::optional<int> DayCounts::busiestHour() const {
 std::optional<std::string> logOfDay(const Folders& folders, ReportKind kind,
                                     std::chrono::local_days day) {
   const std::string_view suffix = kind == ReportKind::list ? kListLogSuffix : kHfdlLogSuffix;
-  for (std::string& name : datedLogs(folders.logs, suffix)) {
-    if (dayOfName(name) == day) return std::move(name);
+  for (const std::string& name : datedLogs(folders.logs, suffix)) {
+    if (dayOfName(name) == day) return name;
   }
   return std::nullopt;
 }

@@ -14,7 +14,7 @@ bool skipFields(TextScan& scan, int count) {
 
 // A pair at the start of the field, or behind a word and a blank in it. A sign
 // or a single letter before the blank would belong to the number.
-Found pairInField(TextScan scan, std::size_t fieldSize) {
+Found pairInField(const TextScan& scan, std::size_t fieldSize) {
   constexpr std::size_t kShortestWord = 3;
   const std::string_view rest = scan.rest();
   std::size_t word = 0;

@@ -19,7 +19,7 @@ Found takeReport(TextScan scan) {
 }
 
 // A pair of label 80 in any of its encodings, perhaps with a blank between.
-Found takeAnyMinutes(TextScan scan) {
+Found takeAnyMinutes(const TextScan& scan) {
   for (const std::string_view between : {"", " "}) {
     TextScan digits = scan;
     Found found = ifAtBoundary(takeDigitPair(digits, kMinuteTenths, between), digits);

@@ -175,6 +175,7 @@ void TableEditing::end(Rewriting& rewriting) const {
     rewritings_.erase(place);
     break;
   }
+  if (over == nullptr) return;
   if (over->outcome() == RewriteOutcome::done) {
     if (over->whenWritten) over->whenWritten();
     labels_.showComplete();

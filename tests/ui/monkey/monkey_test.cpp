@@ -29,6 +29,9 @@ using testing::IsEmpty;
 constexpr std::size_t kRounds = 10;
 constexpr std::size_t kUsualEvents = 3000;
 constexpr std::chrono::milliseconds kLongestGap{1000};
+/// What Qt keeps of the texts, fonts and icons that chance brought to the
+/// screen differs from run to run.
+constexpr std::size_t kSlack = 512 * 1024;
 
 std::size_t fromEnvironment(const char* name, std::size_t usual) {
   const char* const text = std::getenv(name);
@@ -121,7 +124,7 @@ TEST_F(WildUser, DoesNoHarm) {
   EXPECT_GT(changes, 10U);
   EXPECT_LT(monkey.longestGap(), kLongestGap) << monkey.longestWork();
   EXPECT_LE(openDescriptors(), descriptorsAtFirst);
-  EXPECT_LT(bytesAtLast, bytesAtFirst + bytesAtFirst / 20);
+  EXPECT_LT(bytesAtLast, bytesAtFirst + bytesAtFirst / 20 + kSlack);
   EXPECT_THAT(filesBelow(outside_), IsEmpty());
   for (const std::string& file : filesBelow(folders_.logs)) {
     EXPECT_TRUE(before.contains(file)) << "the program writes no logs: " << file;
