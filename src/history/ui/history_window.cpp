@@ -22,6 +22,8 @@ namespace vel {
 namespace {
 
 constexpr QSize kFirstSize{1000, 680};
+// On a screen that is lower (pixels), rows stand closer together.
+constexpr int kLowScreen = 500;
 // The list and the strips follow a search this often, in milliseconds; a list
 // that is sorted, or large, less often.
 constexpr qint64 kShowInterval = 34;
@@ -64,6 +66,10 @@ HistoryWindow::HistoryWindow(const Context& context)
   setObjectName(QStringLiteral("HistoryWindow"));
   setWindowTitle(tr("Find in all logs 全日検索"));
   auto* rows = new QVBoxLayout(this);
+  if (screenRoom(*this).height() < kLowScreen) {
+    rows->setContentsMargins(4, 4, 4, 4);
+    rows->setSpacing(2);
+  }
   rows->addWidget(form_);
   progress_->setObjectName(QStringLiteral("Progress"));
   progress_->setAccessibleName(tr("Logs searched"));

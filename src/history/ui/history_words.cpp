@@ -6,11 +6,15 @@
 
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/screen_room.h"
 
 namespace vel {
 namespace {
 
 constexpr int kButtons = 6;
+// On a screen that is narrower (pixels), fewer of them stand beside each other.
+constexpr int kNarrowScreen = 900;
+constexpr int kButtonsOnNarrow = 2;
 constexpr std::size_t kInMenu = 100;
 constexpr qsizetype kLongestName = 20;
 
@@ -40,10 +44,14 @@ HistoryWords::HistoryWords(QWidget* parent) : QWidget(parent) {
   counts_ = new QLabel(this);
   counts_->setObjectName(QStringLiteral("FoundCounts"));
   counts_->setTextFormat(Qt::PlainText);
-  top->addSpacing(12);
-  top->addWidget(counts_);
+  const bool isNarrow = screenRoom(*this).width() < kNarrowScreen;
+  if (!isNarrow) {
+    top->addSpacing(12);
+    top->addWidget(counts_);
+  }
   top->addStretch();
   lines->addLayout(top);
+  if (isNarrow) lines->addWidget(counts_);
   groups_.reserve(3);
   for (const Group& group :
        {makeGroup(QStringLiteral("Flight"), tr("Flights 便"), SearchMeaning::flight),
@@ -75,7 +83,8 @@ HistoryWords::Group HistoryWords::makeGroup(const QString& name, const QString& 
   group.label->setObjectName(name + QStringLiteral("Count"));
   auto* line = new QHBoxLayout;
   line->addWidget(group.label);
-  for (int i = 0; i < kButtons; ++i) {
+  const int buttons = screenRoom(*this).width() < kNarrowScreen ? kButtonsOnNarrow : kButtons;
+  for (int i = 0; i < buttons; ++i) {
     group.buttons.push_back(makeButton(QStringLiteral("%1(%2)").arg(name).arg(i)));
     line->addWidget(group.buttons.back());
   }

@@ -64,8 +64,16 @@ TEST_F(SmallScreen, HoldsTheMagnifierWhichScrolls) {
 }
 
 TEST_F(SmallScreen, HoldsTheWindowsOverAllDays) {
+  std::string lines;
+  for (int i = 0; i < 20; ++i) {
+    lines += "FLIGHT-OF-SOME-LENGTH-" + std::to_string(i) + ",X,JA8089-OF-SOME-LENGTH,RJTT" +
+             std::to_string(i) + ",KSFO,B789,-,9:05:00\r\n";
+  }
+  writeBytes(station_.base.folders.logs / "20261120_list.csv", lines);
   HistoryWindow found(station_.context());
-  found.open();
+  found.openWith(SearchMeaning::anyText, "FLIGHT");
+  finishJobs();
+  EXPECT_EQ(control<QTableView>(found, "FoundList").model()->rowCount(), 20);
   expectInSight(found);
   ReportWindow report(station_.context());
   report.open(ReportKind::list, "20261120_list.csv");
