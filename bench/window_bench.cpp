@@ -1,8 +1,10 @@
 // What the user waits for: a keystroke in the flight filter until the list is
 // repainted, one in the airport search until the candidates are, the longest
 // time without a turn of the event loop while a log of a million lines or a
-// busy day of HFDL loads, and the start of the program with the sample logs.
-// Runs offscreen.
+// busy day of HFDL loads, what very long fields cost when they are shown and
+// when their line is clicked, the longest piece of the work on a raw log that is
+// all line breaks, and the start of the program with the sample logs. Runs
+// offscreen.
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -20,6 +22,7 @@
 #include "acars/ui/acars_browser.h"
 #include "app/ui/program.h"
 #include "bench/hfdl_day_files.h"
+#include "bench/processor_time.h"
 #include "core/ui/qt_desktop.h"
 #include "hfdl/hfdl_row.h"
 #include "hfdl/ui/hfdl_browser.h"
@@ -33,6 +36,8 @@ constexpr double kKeystrokeLimit = 100;  // milliseconds, median
 constexpr double kAirportLimit = 16;     // milliseconds, median
 constexpr double kGapLimit = 50;         // milliseconds, longest
 constexpr double kStartLimit = 1000;     // milliseconds, median
+constexpr double kLongFieldLimit = 50;   // milliseconds of processor time
+constexpr double kRawLogLimit = 50;      // milliseconds of processor time, longest piece
 
 double millisecondsSince(Clock::time_point start) {
   return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
@@ -203,28 +208,168 @@ double longestGap(Work work) {
   return std::max(longest, millisecondsSince(last));
 }
 
-bool measureGap(bool sorted) {
+// Whether a sort by registration is in force while a log is read.
+enum class Order { ofLog, sorted };
+
+bool measureGap(Order order) {
   Station station(1'000'000);
   vel::AcarsBrowser& browser = station.browser();
   browser.show();
-  if (sorted) browser.model()->sort(vel::kListRegistration, Qt::AscendingOrder);
+  if (order == Order::sorted) browser.model()->sort(vel::kListRegistration, Qt::AscendingOrder);
   const double longest = longestGap([&browser] { refresh(browser); });
   if (browser.shownRows() != 1'000'000) qFatal("the log was not read");
-  return report(sorted ? "longest gap of the event loop, 1,000,000 lines, sort in force"
-                       : "longest gap of the event loop, 1,000,000 lines",
+  return report(order == Order::sorted
+                    ? "longest gap of the event loop, 1,000,000 lines, sort in force"
+                    : "longest gap of the event loop, 1,000,000 lines",
                 longest, kGapLimit);
 }
 
-bool measureHfdlGap(bool sorted) {
+bool measureHfdlGap(Order order) {
   HfdlStation station;
   vel::HfdlBrowser& browser = station.browser();
   browser.show();
-  if (sorted) browser.model()->sort(vel::kHfdlRegistration, Qt::AscendingOrder);
+  if (order == Order::sorted) browser.model()->sort(vel::kHfdlRegistration, Qt::AscendingOrder);
   const double longest = longestGap([&browser] { refresh(browser); });
   if (browser.shownRows() != vel::bench::HfdlDayFiles::kSubRecords) qFatal("the log was not read");
-  return report(sorted ? "longest gap of the event loop, a day of HFDL, sort in force"
-                       : "longest gap of the event loop, a day of HFDL",
+  return report(order == Order::sorted
+                    ? "longest gap of the event loop, a day of HFDL, sort in force"
+                    : "longest gap of the event loop, a day of HFDL",
                 longest, kGapLimit);
+}
+
+// The browser of a station whose log was written by `write` into the logs folder.
+template <typename Browser>
+class LogStation {
+ public:
+  template <typename Write>
+  explicit LogStation(Write write) {
+    write(folder_.folders());
+    folder_.start();
+    browser_ = std::make_unique<Browser>(folder_.program(), folder_.web());
+  }
+  Browser& browser() { return *browser_; }
+  vel::WebAccess& web() { return folder_.web(); }
+  const vel::Folders& folders() { return folder_.folders(); }
+
+ private:
+  Folder folder_;
+  std::unique_ptr<Browser> browser_;
+};
+
+constexpr int kLongRows = 25;
+
+// Lets events run until nothing is left to do and the list was painted since.
+template <typename Browser>
+void settle(Browser& browser, const PaintWatch& watch, int paintsBefore) {
+  while (!browser.context().jobs.isIdle() || watch.paints == paintsBefore) {
+    QCoreApplication::processEvents();
+  }
+  QCoreApplication::processEvents();
+}
+
+// The processor time until the rows of a log are shown, and until a click on
+// one of them is done: the least of some rounds.
+template <typename Browser>
+bool measureLongFields(const std::string& what, LogStation<Browser>& station) {
+  Browser& browser = station.browser();
+  fill(browser);
+  browser.show();
+  PaintWatch watch(browser.list()->viewport());
+  while (watch.paints == 0) QCoreApplication::processEvents();
+  if (browser.shownRows() != kLongRows) qFatal("the log was not read");
+  constexpr int kRounds = 5;
+  constexpr int kClickedRows = 5;
+  vel::bench::LeastTime shown;
+  vel::bench::LeastTime clicked(kClickedRows);
+  for (int round = 0; round < kRounds; ++round) {
+    shown.measure(0, [&] {
+      const int before = watch.paints;
+      browser.GetLogFileList();
+      settle(browser, watch, before);
+    });
+    for (int row = 0; row < kClickedRows; ++row) {
+      clicked.measure(static_cast<std::size_t>(row), [&] {
+        const int before = watch.paints;
+        const QModelIndex index = browser.model()->index(row, 1);
+        QTest::mouseClick(browser.list()->viewport(), Qt::LeftButton, {},
+                          browser.list()->visualRect(index).center());
+        settle(browser, watch, before);
+      });
+    }
+  }
+  const bool kept = report((what + ", shown").c_str(), shown.seconds() * 1000, kLongFieldLimit);
+  return report((what + ", a click").c_str(), clicked.seconds() * 1000 / kClickedRows,
+                kLongFieldLimit) &&
+         kept;
+}
+
+void writeLongRemarks(const vel::Folders& folders, char filling) {
+  const std::string remark(900 << 10, filling);
+  std::ofstream log(folders.logs / "20260101_list.csv", std::ios::binary);
+  for (int i = 0; i < kLongRows; ++i) {
+    log << "JL" << 1000 + i << ",X,JA" << 8000 + i << ",RJTT,KSFO,B748," << remark
+        << ",12:34:56\r\n";
+  }
+  log.close();
+  if (!log) qFatal("cannot write the log");
+}
+
+void writeLongHfdl(const vel::Folders& folders, char filling) {
+  const std::string longText(60 << 10, filling);
+  std::ofstream log(folders.logs / "202601010000_HFDL_FMT.log", std::ios::binary);
+  for (int i = 0; i < kLongRows; ++i) {
+    log << "[3]------------------------[2026/01/01 12:34:" << 10 + i
+        << "]\r\n DOWN LINK\r\n  GS NAME         = Agana, Guam\r\n   ICAO24 ADDRESS = 84000"
+        << i % 10 << "\r\n   REGISTRATION   = " << longText
+        << "\r\n   FLIGHT ID      = " << longText << "\r\n  ..............................\r\n";
+  }
+  std::ofstream addresses(folders.data / "ICAO24.csv", std::ios::binary);
+  std::ofstream flights(folders.data / "FLIGHT.csv", std::ios::binary);
+  log.close();
+  if (!log || !addresses || !flights) qFatal("cannot write the log");
+}
+
+bool measureLongFields() {
+  bool kept = true;
+  for (const auto& [filling, name] : {std::pair{'x', "letters"}, std::pair{'\0', "NULs"}}) {
+    LogStation<vel::AcarsBrowser> acars(
+        [&](const vel::Folders& folders) { writeLongRemarks(folders, filling); });
+    kept = measureLongFields(std::string("25 remarks of 900 KB, ") + name, acars) && kept;
+    LogStation<vel::HfdlBrowser> hfdl(
+        [&](const vel::Folders& folders) { writeLongHfdl(folders, filling); });
+    kept = measureLongFields(std::string("25 HFDL fields of 60 KB, ") + name, hfdl) && kept;
+  }
+  return kept;
+}
+
+// A raw log of 20 MB that is nearly all line breaks: the longest turn of the
+// event loop while it is read and shown, in processor time.
+bool measureRawLog() {
+  LogStation<vel::AcarsBrowser> station([](const vel::Folders& folders) {
+    std::filesystem::create_directories(folders.eachLogs);
+    std::ofstream log(folders.eachLogs / "JA8089.log", std::ios::binary);
+    std::string breaks;
+    while (breaks.size() < 900 << 10) breaks += "<CR><VF>";
+    for (int i = 0; i < 22; ++i) {
+      log << "[2026/01/01 12:34:56] >+*<12345678901234Y .JA8089<NAK>H11<STX>M01AJL0123" << breaks
+          << "<ETX>\r\n";
+    }
+    log.close();
+    if (!log) qFatal("cannot write the raw log");
+  });
+  vel::RawLogs& logs = station.web().rawLogs();
+  logs.open("JA8089");
+  double longest = 0;
+  int turns = 0;
+  while (!station.browser().context().jobs.isIdle()) {
+    const double begin = vel::bench::processorSeconds();
+    QCoreApplication::processEvents();
+    longest = std::max(longest, vel::bench::processorSeconds() - begin);
+    ++turns;
+  }
+  if (turns < 3 || logs.viewer()->rawText().size() < 15 << 20) qFatal("the raw log was not read");
+  logs.close();
+  return report("raw log of 2,600,000 line breaks, longest piece", longest * 1000, kRawLogLimit);
 }
 
 // From the start of the process to its end after the picture of the shown
@@ -254,10 +399,12 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   bool kept = measureKeystroke();
   kept = measureAirportKeystroke() && kept;
-  kept = measureGap(false) && kept;
-  kept = measureGap(true) && kept;
-  kept = measureHfdlGap(false) && kept;
-  kept = measureHfdlGap(true) && kept;
+  kept = measureGap(Order::ofLog) && kept;
+  kept = measureGap(Order::sorted) && kept;
+  kept = measureHfdlGap(Order::ofLog) && kept;
+  kept = measureHfdlGap(Order::sorted) && kept;
+  kept = measureLongFields() && kept;
+  kept = measureRawLog() && kept;
   kept = measureStart() && kept;
   return kept ? EXIT_SUCCESS : EXIT_FAILURE;
 }
