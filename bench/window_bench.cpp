@@ -243,6 +243,12 @@ class LogStation {
  public:
   template <typename Write>
   explicit LogStation(Write write) {
+    // Without its tables the program asks and ends.
+    for (const char* table : {"aircraft", "FLIGHT", "airport", "letter", "ICAO24"}) {
+      std::ofstream file(folder_.folders().data / (std::string(table) + ".csv"), std::ios::binary);
+      file.close();
+      if (!file) qFatal("cannot write a table");
+    }
     write(folder_.folders());
     folder_.start();
     browser_ = std::make_unique<Browser>(folder_.program(), folder_.web());
@@ -323,10 +329,8 @@ void writeLongHfdl(const vel::Folders& folders, char filling) {
         << i % 10 << "\r\n   REGISTRATION   = " << longText
         << "\r\n   FLIGHT ID      = " << longText << "\r\n  ..............................\r\n";
   }
-  std::ofstream addresses(folders.data / "ICAO24.csv", std::ios::binary);
-  std::ofstream flights(folders.data / "FLIGHT.csv", std::ios::binary);
   log.close();
-  if (!log || !addresses || !flights) qFatal("cannot write the log");
+  if (!log) qFatal("cannot write the log");
 }
 
 bool measureLongFields() {
