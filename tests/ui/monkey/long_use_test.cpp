@@ -6,8 +6,10 @@
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 
 #include <gtest/gtest.h>
 

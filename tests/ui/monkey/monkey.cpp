@@ -1,7 +1,7 @@
 #include "tests/ui/monkey/monkey.h"
 
 #include <QApplication>
-#include <QComboBox>
+#include <QContextMenuEvent>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QInputMethodEvent>
