@@ -3,7 +3,7 @@
 build_packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev
-  libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev
+  libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev libsqlite3-dev zlib1g-dev
   fonts-ipafont-gothic fonts-ipafont-mincho
 )
 run_packages=("${build_packages[@]}" xdg-utils)

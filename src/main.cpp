@@ -14,6 +14,7 @@
 #include "core/program_files.h"
 #include "core/ui/japanese_fonts.h"
 #include "core/version.h"
+#include "exchange/ui/list_saver.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
 #include "hfdl/ui/hfdl_browser.h"
@@ -33,18 +34,28 @@ bool canReadText(vel::Desktop& desktop, const vel::Folders& folders) {
 
 // The windows that the browsers open beside themselves.
 struct SideWindows {
-  explicit SideWindows(const vel::Context& context) : history(context) {}
+  explicit SideWindows(const vel::Context& context) : history(context), lists(context) {}
 
   vel::HistoryWindows history;
+  vel::ListSaver lists;
   vel::TourState tour;
   std::unique_ptr<vel::ActivityWindow> activity;
   std::unique_ptr<vel::FrequencyWindow> frequencies;
 };
 
+// Ctrl+S saves a browser's list under its log's name.
+void offerSaving(vel::LogBrowser& browser, vel::ListSaver& lists) {
+  browser.saveList = [&browser, &lists] {
+    const QString log = vel::toQString(browser.shownLog());
+    lists.save(*browser.list(), log.section(QLatin1Char('.'), 0, 0));
+  };
+}
+
 std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                      SideWindows& windows) {
   auto browser = std::make_unique<vel::AcarsBrowser>(frame, web);
   vel::offerHistory(*browser, vel::ReportKind::list, windows.history);
+  offerSaving(*browser, windows.lists);
   browser->prepareTour = [&windows](int step) { windows.tour.step = step; };
   browser->showTour = [&windows, window = browser.get()] {
     const vel::WindowTourHost host(window);
@@ -57,6 +68,7 @@ std::unique_ptr<vel::BrowserWindow> makeHfdlBrowser(vel::BrowserFrame& frame, ve
                                                     SideWindows& windows) {
   auto browser = std::make_unique<vel::HfdlBrowser>(frame, web);
   vel::offerHistory(*browser, vel::ReportKind::hfdl, windows.history);
+  offerSaving(*browser, windows.lists);
   browser->showActivityChart = [&windows, &frame, window = browser.get()] {
     if (!windows.activity) {
       windows.activity = std::make_unique<vel::ActivityWindow>(
@@ -92,6 +104,9 @@ int run(const vel::Options& options) {
   vel::Program program(*desktop, folders);
   vel::WebAccess web(program.context());
   SideWindows windows(program.context());
+  windows.history.saveList = [&windows](QTableView& list, const QString& title) {
+    windows.lists.save(list, title);
+  };
   vel::openFromHistory(windows.history, program, web.rawLogs());
   program.addUnloadStep([&web] { web.rawLogs().close(); });
   program.addUnloadStep([&windows] { windows.history.close(); });

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "core/csv_text.h"
+
 namespace vel {
 namespace {
 
@@ -87,25 +89,11 @@ std::string hourChart(const DayCounts& day) {
   return svg + "</svg>\n";
 }
 
-std::string csvField(const std::string& text) {
-  std::string field = text;
-  if (!field.empty() && std::string_view("=+-@\t\r").find(field[0]) != std::string_view::npos) {
-    field.insert(field.begin(), '\'');
-  }
-  if (field.find_first_of(",\"\r\n") == std::string::npos) return field;
-  std::string quoted = "\"";
-  for (const char c : field) {
-    if (c == '"') quoted += '"';
-    quoted += c;
-  }
-  return quoted + '"';
-}
-
 std::string csvLine(const std::vector<std::string>& fields) {
   std::string line;
   for (const std::string& field : fields) {
     if (&field != &fields.front()) line += ',';
-    line += csvField(field);
+    line += csvField(notAFormula(field));
   }
   return line + "\r\n";
 }

@@ -11,7 +11,8 @@ namespace vel {
 /// What other lines of letter.csv keep in a rewrite.
 enum class LetterFields {
   three,
-  four,  ///< a line without a fourth field is an error then
+  four,       ///< a line without a fourth field is an error then
+  asTheyAre,  ///< three, or four where there is a fourth
 };
 
 /// One edit of a table. Texts are UTF-8. What a record of each table looks like

@@ -1,8 +1,10 @@
 #include "tables/rewrite.h"
 
+#include <functional>
 #include <optional>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "core/file.h"
 #include "tables/line_blocks.h"
@@ -16,23 +18,78 @@ constexpr std::string_view kLineEnd = "\r\n";
 struct CarryRule {
   std::size_t keptFields;  ///< every line must have as many; 0 copies the line as it is
   bool dropsComments;      ///< lines without a comma are left out
+  bool keepsOneMore;       ///< a field behind them is kept where there is one
 };
 
-CarryRule ruleOf(const TableEdit& edit) {
-  switch (edit.table) {
+CarryRule ruleOf(Table table, LetterFields letterFields) {
+  switch (table) {
     case Table::aircraft:
-      return {2, true};
+      return {2, true, false};
     case Table::flight:
-      return {3, false};
+      return {3, false, false};
     case Table::airport:
-      return {2, false};
+      return {2, false, false};
     case Table::letter:
-      return {edit.letterFields == LetterFields::four ? std::size_t{4} : std::size_t{3}, false};
+      return {letterFields == LetterFields::four ? std::size_t{4} : std::size_t{3}, false,
+              letterFields == LetterFields::asTheyAre};
     case Table::icao24:
       break;
   }
-  return {0, false};
+  return {0, false, false};
 }
+
+/// The records that a rewrite puts into a table, by number.
+class NewRecords {
+ public:
+  virtual ~NewRecords() = default;
+  [[nodiscard]] virtual std::size_t count() const = 0;
+  /// The number of the record that takes the place of a line with that field 1.
+  [[nodiscard]] virtual std::optional<std::size_t> of(std::string_view firstField) const = 0;
+  /// In the table's encoding; empty deletes the lines of its key, and a new key
+  /// is not added then.
+  [[nodiscard]] virtual std::string_view record(std::size_t number) const = 0;
+  /// False for one that stays out.
+  [[nodiscard]] virtual bool isAdded(std::size_t number) const = 0;
+};
+
+/// The record of a single edit.
+class OneRecord : public NewRecords {
+ public:
+  OneRecord(const Encoding& encoding, std::string_view key, const std::string& record)
+      : key_(encoding, key), record_(record) {}
+
+  [[nodiscard]] std::size_t count() const override { return 1; }
+  [[nodiscard]] std::optional<std::size_t> of(std::string_view firstField) const override {
+    return key_.equals(firstField) ? std::optional<std::size_t>(0) : std::nullopt;
+  }
+  [[nodiscard]] std::string_view record(std::size_t) const override { return record_; }
+  [[nodiscard]] bool isAdded(std::size_t) const override { return !record_.empty(); }
+
+ private:
+  Key key_;
+  const std::string& record_;
+};
+
+/// Those of a batch that are included.
+class BatchRecords : public NewRecords {
+ public:
+  explicit BatchRecords(const RecordBatch& batch) : batch_(batch) {}
+
+  [[nodiscard]] std::size_t count() const override { return batch_.size(); }
+  [[nodiscard]] std::optional<std::size_t> of(std::string_view firstField) const override {
+    const auto found = batch_.find(firstField);
+    return found && batch_.isIncluded(*found) ? found : std::nullopt;
+  }
+  [[nodiscard]] std::string_view record(std::size_t number) const override {
+    return batch_.record(number);
+  }
+  [[nodiscard]] bool isAdded(std::size_t number) const override {
+    return batch_.isIncluded(number);
+  }
+
+ private:
+  const RecordBatch& batch_;
+};
 
 /// The first fields of a line, or nothing when there are not so many.
 std::optional<std::string_view> firstFields(std::string_view line, std::size_t count) {
@@ -48,14 +105,13 @@ std::optional<std::string_view> firstFields(std::string_view line, std::size_t c
 /// Carries the lines of the live table over, with the edit applied.
 class EditedCopy {
  public:
-  /// `record` is the edit's new record in the table's encoding; `table` names
-  /// the file in errors.
-  EditedCopy(const TableEdit& edit, const Encoding& encoding, std::string record,
+  /// `table` names the file in errors.
+  EditedCopy(const CarryRule& rule, bool keepsOldKey, const NewRecords& records,
              std::filesystem::path table, OutputFile& to)
-      : rule_(ruleOf(edit)),
-        keepsOldKey_(edit.table == Table::letter),
-        key_(encoding, edit.key),
-        record_(std::move(record)),
+      : rule_(rule),
+        keepsOldKey_(keepsOldKey),
+        records_(records),
+        isWritten_(records.count()),
         table_(std::move(table)),
         to_(to) {}
 
@@ -91,10 +147,13 @@ class EditedCopy {
     return errorInLine(number, table_, lineNumber_ + 1);
   }
 
-  /// Adds the record of a key that no line had.
+  /// Adds the records of keys that no line had.
   Status finish() {
-    if (!pending_ || record_.empty()) return {};
-    return writeLine(record_);
+    for (std::size_t number = 0; number < isWritten_.size(); ++number) {
+      if (isWritten_[number] || !records_.isAdded(number)) continue;
+      if (const Status status = writeLine(records_.record(number)); !status) return status;
+    }
+    return {};
   }
 
  private:
@@ -110,15 +169,28 @@ class EditedCopy {
     // A line without any character is no record of any key.
     if (line.empty()) return {.written = true, .text = line};
     const std::string_view firstField = line.substr(0, comma);
-    if (key_.equals(firstField)) {
-      if (!std::exchange(pending_, false) || record_.empty()) return {};
-      if (keepsOldKey_) record_.replace(0, record_.find(','), firstField);
-      return {.written = true, .text = record_};
-    }
+    if (const auto number = records_.of(firstField)) return replaced(*number, firstField);
     if (rule_.keptFields == 0) return {.written = true, .text = line};
+    if (rule_.keepsOneMore) {
+      if (const auto more = firstFields(line, rule_.keptFields + 1)) {
+        return {.written = true, .text = *more};
+      }
+    }
     const auto kept = firstFields(line, rule_.keptFields);
     if (!kept) return {.incomplete = true};
     return {.written = true, .text = *kept};
+  }
+
+  Carried replaced(std::size_t number, std::string_view firstField) {
+    const std::string_view record = records_.record(number);
+    if (isWritten_[number] || record.empty()) {
+      isWritten_[number] = true;
+      return {};
+    }
+    isWritten_[number] = true;
+    if (!keepsOldKey_) return {.written = true, .text = record};
+    replacing_.assign(firstField).append(record.substr(record.find(',')));
+    return {.written = true, .text = replacing_};
   }
 
   Status writeLine(std::string_view text) {
@@ -128,12 +200,12 @@ class EditedCopy {
 
   CarryRule rule_;
   bool keepsOldKey_;
-  Key key_;
-  std::string record_;
+  const NewRecords& records_;
+  std::vector<bool> isWritten_;  // or, without a text, its lines were left out
+  std::string replacing_;
   std::filesystem::path table_;
   OutputFile& to_;
   std::size_t lineNumber_ = 0;
-  bool pending_ = true;
 };
 
 bool isFolder(const std::filesystem::path& path) {
@@ -149,11 +221,14 @@ Status clearSecondName(const TableFiles& files) {
   return removeFile(files.temporary);
 }
 
+/// Makes what carries the table over to a new file.
+using CopyMaker = std::function<EditedCopy(OutputFile& to)>;
+
 /// Writes the edited table into the open new file, down to the disk.
-Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& edit,
-                   const Encoding& encoding, const std::string& record, OutputFile file) {
+Status writeEdited(LineBlocks& lines, const TableFiles& files, const Encoding& encoding,
+                   const CopyMaker& makeCopy, OutputFile file) {
   if (const Status status = file.copyPermissions(files.live); !status) return status;
-  EditedCopy copy(edit, encoding, record, files.named, file);
+  EditedCopy copy = makeCopy(file);
   for (bool first = true;; first = false) {
     const Result<std::string_view> block = lines.next();
     if (!block && lines.metLongerLine()) return copy.errorInNextLine(block.error().number);
@@ -170,15 +245,14 @@ Status writeEdited(LineBlocks& lines, const TableFiles& files, const TableEdit& 
 
 /// Makes `<name>.$$$`. A file that could not be finished does not stay: it
 /// must never be taken for a table.
-Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encoding& encoding,
-                     const std::string& record) {
+Status writeNewTable(const TableFiles& files, const Encoding& encoding, const CopyMaker& makeCopy) {
   if (const Status status = clearSecondName(files); !status) return status;
   Result<InputFile> live = InputFile::open(files.live);
   if (!live) return live.error();
   LineBlocks lines(*std::move(live), LineBlocks::LongerLines::fail, byteOrderMarkOf(encoding));
   Result<OutputFile> file = OutputFile::create(files.temporary);
   if (!file) return file.error();
-  const Status written = writeEdited(lines, files, edit, encoding, record, *std::move(file));
+  const Status written = writeEdited(lines, files, encoding, makeCopy, *std::move(file));
   // The first failure is the one to report.
   if (!written) static_cast<void>(removeFile(files.temporary));
   return written;
@@ -188,7 +262,11 @@ Status writeNewTable(const TableFiles& files, const TableEdit& edit, const Encod
 
 ReferenceTableRewrite::ReferenceTableRewrite(const Folders& folders, const Encoding& encoding,
                                              TableEdit edit)
-    : folders_(folders), encoding_(encoding), edit_(std::move(edit)) {}
+    : folders_(folders), encoding_(encoding), table_(edit.table), edit_(std::move(edit)) {}
+
+ReferenceTableRewrite::ReferenceTableRewrite(const Folders& folders, const Encoding& encoding,
+                                             std::shared_ptr<const RecordBatch> batch)
+    : folders_(folders), encoding_(encoding), table_(batch->table()), edit_(std::move(batch)) {}
 
 RewriteOutcome ReferenceTableRewrite::next() {
   switch (step_) {
@@ -211,20 +289,33 @@ RewriteOutcome ReferenceTableRewrite::fail(const Error& error) {
 }
 
 RewriteOutcome ReferenceTableRewrite::check() {
-  std::optional<std::string> record = encoding_.encode(edit_.newRecord);
-  if (!record || !canBeStored(encoding_, edit_.newRecord) || !canBeKey(encoding_, edit_.key)) {
-    return RewriteOutcome::refused;
+  if (const auto* edit = std::get_if<TableEdit>(&edit_)) {
+    std::optional<std::string> record = encoding_.encode(edit->newRecord);
+    if (!record || !canBeStored(encoding_, edit->newRecord) || !canBeKey(encoding_, edit->key)) {
+      return RewriteOutcome::refused;
+    }
+    record_ = *std::move(record);
   }
-  record_ = *std::move(record);
   step_ = Step::write;
   return RewriteOutcome::more;
 }
 
 RewriteOutcome ReferenceTableRewrite::write() {
-  files_ = filesOf(folders_, edit_.table);
+  files_ = filesOf(folders_, table_);
   lock_ = FolderLock::take(files_.live.parent_path());
   if (!lock_) return RewriteOutcome::busy;
-  const Status written = writeNewTable(files_, edit_, encoding_, record_);
+  const auto* edit = std::get_if<TableEdit>(&edit_);
+  std::unique_ptr<const NewRecords> records;
+  if (edit != nullptr) {
+    records = std::make_unique<OneRecord>(encoding_, edit->key, record_);
+  } else {
+    records = std::make_unique<BatchRecords>(*std::get<1>(edit_));
+  }
+  const CarryRule rule =
+      ruleOf(table_, edit != nullptr ? edit->letterFields : LetterFields::asTheyAre);
+  const Status written = writeNewTable(files_, encoding_, [&](OutputFile& to) {
+    return EditedCopy(rule, table_ == Table::letter, *records, files_.named, to);
+  });
   if (!written) return fail(written.error());
   step_ = Step::removeBackup;
   return RewriteOutcome::more;

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "core/file.h"
 #include "core/folders.h"
@@ -9,6 +11,7 @@
 #include "core/text.h"
 #include "tables/edits.h"
 #include "tables/record.h"
+#include "tables/record_batch.h"
 #include "tables/table_files.h"
 
 namespace vel {
@@ -35,6 +38,12 @@ class ReferenceTableRewrite {
  public:
   ReferenceTableRewrite(const Folders& folders, const Encoding& encoding, TableEdit edit);
 
+  /// Many records at once: each included record takes the place of the first
+  /// line of its key and removes the later ones; those of new keys are added at
+  /// the end in their order. A line of letter.csv keeps its fourth field.
+  ReferenceTableRewrite(const Folders& folders, const Encoding& encoding,
+                        std::shared_ptr<const RecordBatch> batch);
+
   /// Does the next of three steps: checks the edit, which touches no file;
   /// makes the new file; exchanges the files. A step that answered `busy` or
   /// `held` is tried again. Not called after `done`, `refused` or `failed`.
@@ -54,8 +63,9 @@ class ReferenceTableRewrite {
 
   Folders folders_;
   Encoding encoding_;
-  TableEdit edit_;
-  std::string record_;  // the new one as bytes
+  Table table_;
+  std::variant<TableEdit, std::shared_ptr<const RecordBatch>> edit_;
+  std::string record_;  // the new one of a single edit, as bytes
   TableFiles files_;
   std::optional<FolderLock> lock_;
   Step step_ = Step::check;

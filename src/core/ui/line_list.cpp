@@ -4,12 +4,14 @@
 #include <QKeyEvent>
 #include <algorithm>
 
+#include "core/ui/list_rows.h"
 #include "core/ui/shown_text_delegate.h"
 
 namespace vel {
 
 LineList::LineList(QAbstractItemModel* model, QWidget* parent) : QTableView(parent) {
   setModel(model);
+  offerDragging(*this);
   setItemDelegate(new ShownTextDelegate(this));
   setSelectionBehavior(SelectRows);
   setSelectionMode(ExtendedSelection);

@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <vector>
 
+#include "core/ui/list_rows.h"
 #include "history/found_messages.h"
 #include "history/found_order.h"
 
@@ -42,6 +43,14 @@ class FoundModel : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
+  /// Rows can be dragged to other programs, see draggedRows().
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
+    return QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled;
+  }
+  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
+  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
+    return draggedRows(cells);
+  }
 
  private:
   const FoundMessages& found_;

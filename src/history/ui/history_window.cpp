@@ -344,6 +344,7 @@ void HistoryWindow::showMenu(const QPoint& place) {
   menu.addSeparator();
   menu.addAction(tr("Copy cell"), list_, &FoundList::copyCell);
   menu.addAction(tr("Copy line\tCtrl+C"), list_, &FoundList::copyLines);
+  if (saveList) menu.addAction(tr("Save list as...\tCtrl+S"), this, &HistoryWindow::saveFound);
   menu.addSeparator();
   QAction* only = menu.addAction(tr("Only \"%1\"").arg(menuText(text)));
   only->setObjectName(QStringLiteral("OnlyThis"));
@@ -417,7 +418,15 @@ void HistoryWindow::keyPressEvent(QKeyEvent* event) {
     }
     return;
   }
+  if (event->matches(QKeySequence::Save)) {
+    saveFound();
+    return;
+  }
   QWidget::keyPressEvent(event);
+}
+
+void HistoryWindow::saveFound() {
+  if (saveList) saveList(*list_, QStringLiteral("found_messages"));
 }
 
 void HistoryWindow::closeEvent(QCloseEvent* event) {

@@ -40,6 +40,10 @@ class HistoryWindow : public QWidget {
   /// of the messages that the raw viewer shows.
   std::function<void(HistorySource source, const std::string& log, std::size_t row)> openMessage;
 
+  /// Saves a list (Ctrl+S); without it the window does not offer that. `title`
+  /// is also the suggested name.
+  std::function<void(QTableView& list, const QString& title)> saveList;
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
@@ -48,6 +52,7 @@ class HistoryWindow : public QWidget {
   QWidget* makeStrips();
   QWidget* makeFilterRow();
   void find();
+  void saveFound();
   void cancel();
   void searchStepped(const HistorySearch& search);
   void searchEnded(const HistorySearch& search, const Status& result);

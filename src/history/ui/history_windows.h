@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -20,11 +21,13 @@ class HistoryWindows {
   /// What a double click in them does; set before they are used.
   decltype(HistoryWindow::openMessage) openMessage;
   decltype(ReportWindow::selectLine) selectLine;
+  std::function<void(QTableView& list, const QString& title)> saveList;
 
   [[nodiscard]] HistoryWindow& find() {
     if (!find_) {
       find_ = std::make_unique<HistoryWindow>(context_);
       find_->openMessage = openMessage;
+      find_->saveList = saveList;
     }
     return *find_;
   }
@@ -33,6 +36,7 @@ class HistoryWindows {
     if (!report_) {
       report_ = std::make_unique<ReportWindow>(context_);
       report_->selectLine = selectLine;
+      report_->saveList = saveList;
     }
     return *report_;
   }

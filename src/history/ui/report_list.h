@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/ui/line_list.h"
+#include "core/ui/list_rows.h"
 
 namespace vel {
 
@@ -31,6 +32,14 @@ class ReportListModel : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
+  /// Rows can be dragged to other programs, see draggedRows().
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
+    return QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled;
+  }
+  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
+  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
+    return draggedRows(cells);
+  }
 
  private:
   std::vector<Line> lines_;
@@ -48,6 +57,9 @@ class ReportList : public QWidget {
   /// Puts lines in place of those of one list; what is selected stays selected
   /// where it still is there.
   void setLines(int list, std::vector<ReportListModel::Line> lines);
+
+  /// The list that is shown.
+  [[nodiscard]] QTableView& shownList() const { return *view_; }
 
  Q_SIGNALS:
   /// A line of a list was double-clicked, or Enter was pressed at it.

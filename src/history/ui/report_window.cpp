@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "core/ui/bring_to_front.h"
+#include "core/ui/list_rows.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 #include "core/ui/screen_room.h"
@@ -19,6 +20,20 @@
 
 namespace vel {
 namespace {
+
+/// The counts, whose rows can be dragged to other programs.
+class CountTable : public QTableWidget {
+ public:
+  using QTableWidget::QTableWidget;
+
+ protected:
+  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
+  [[nodiscard]] QMimeData* mimeData(const QList<QTableWidgetItem*>& items) const override {
+    QModelIndexList cells;
+    for (const QTableWidgetItem* item : items) cells << indexFromItem(item);
+    return draggedRows(cells);
+  }
+};
 
 constexpr QSize kFirstSize{900, 620};
 // A rewrite replaces a table in several steps.
@@ -128,7 +143,8 @@ ReportWindow::ReportWindow(const Context& context)
 QWidget* ReportWindow::makeCounts() {
   auto* page = new QWidget(this);
   auto* rows = new QVBoxLayout(page);
-  counts_ = new QTableWidget(page);
+  counts_ = new CountTable(page);
+  offerDragging(*counts_);
   counts_->setObjectName(QStringLiteral("Counts"));
   counts_->setAccessibleName(tr("Counts of the day and the seven days before"));
   counts_->setToolTip(tr("The day and the seven days before\n当日と前7日間"));
@@ -177,7 +193,9 @@ QWidget* ReportWindow::makeButtons() {
     return button;
   };
   saveHtml_ = add(tr("Save &HTML..."), "SaveHtml", tr("Saves the report as a page\nHTMLで保存"));
-  saveCsv_ = add(tr("Save C&SV..."), "SaveCsv", tr("Saves the report as a table\nCSVで保存"));
+  saveCsv_ = add(tr("Save C&SV..."), "SaveCsv",
+                 tr("Saves the report as a table; Ctrl+S saves the shown "
+                    "list\nCSVで保存。Ctrl+Sで表示中の一覧を保存"));
   row->addStretch();
   QPushButton* close = add(tr("Cl&ose"), "Close", tr("Closes the report (Esc)\n閉じる"));
   connect(saveHtml_, &QPushButton::clicked, this,
@@ -333,7 +351,23 @@ void ReportWindow::keyPressEvent(QKeyEvent* event) {
     close();
     return;
   }
+  if (event->matches(QKeySequence::Save)) {
+    saveShown();
+    return;
+  }
   QWidget::keyPressEvent(event);
+}
+
+void ReportWindow::saveShown() {
+  if (!saveList) return;
+  const QString log = toQString(report_.log).section(QLatin1Char('.'), 0, 0);
+  if (gaps_->isVisible()) {
+    saveList(gaps_->shownList(), log + QStringLiteral("_missing"));
+  } else if (first_->isVisible()) {
+    saveList(first_->shownList(), log + QStringLiteral("_first_heard"));
+  } else {
+    saveList(*counts_, log + QStringLiteral("_counts"));
+  }
 }
 
 void ReportWindow::closeEvent(QCloseEvent* event) {

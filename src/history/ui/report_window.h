@@ -45,6 +45,10 @@ class ReportWindow : public QWidget {
   /// unless a test sets something else.
   std::function<QString(const QString& fileName)> chooseFile;
 
+  /// Saves the list of the page that is shown (Ctrl+S); without it the window
+  /// does not offer that. `title` is also the suggested name.
+  std::function<void(QTableView& list, const QString& title)> saveList;
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
@@ -61,6 +65,7 @@ class ReportWindow : public QWidget {
   void showFirstHeard(const FirstHeard& first, const Status& result);
   void followTables();
   void save(const QString& suffix, std::string (*made)(const DayReport&));
+  void saveShown();
   void say(const QString& text);
 
   const Context& context_;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/text.h"
+#include "core/ui/list_rows.h"
 #include "log/row_store.h"
 
 namespace vel {
@@ -43,6 +44,14 @@ class LogListModel : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
+  /// Rows can be dragged to other programs, see draggedRows().
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
+    return QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled;
+  }
+  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
+  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
+    return draggedRows(cells);
+  }
   /// Sorts by text in the order of its bytes, column 0 by number. Rows with
   /// equal text keep their order of reading. Column -1 shows the order of reading.
   void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
