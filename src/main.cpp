@@ -1,5 +1,6 @@
 #include <QApplication>
 #include <QTimer>
+#include <cstdio>
 #include <memory>
 #include <variant>
 
@@ -14,6 +15,8 @@
 #include "core/program_files.h"
 #include "core/ui/japanese_fonts.h"
 #include "core/version.h"
+#include "exchange/import_command.h"
+#include "exchange/ui/import_dialog.h"
 #include "exchange/ui/list_saver.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
@@ -51,11 +54,23 @@ void offerSaving(vel::LogBrowser& browser, vel::ListSaver& lists) {
   };
 }
 
+// Imports, and has both browsers show what the tables say then.
+void offerImport(vel::LogBrowser& browser, vel::BrowserFrame& frame) {
+  browser.showImport = [&browser, &frame](const QString& file) {
+    vel::ImportDialog dialog(frame.context(), &browser);
+    QObject::connect(&dialog, &vel::ImportDialog::tablesChanged, &dialog,
+                     [&frame] { frame.tablesChanged(); });
+    if (!file.isEmpty()) dialog.setFile(file);
+    dialog.exec();
+  };
+}
+
 std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                      SideWindows& windows) {
   auto browser = std::make_unique<vel::AcarsBrowser>(frame, web);
   vel::offerHistory(*browser, vel::ReportKind::list, windows.history);
   offerSaving(*browser, windows.lists);
+  offerImport(*browser, frame);
   browser->prepareTour = [&windows](int step) { windows.tour.step = step; };
   browser->showTour = [&windows, window = browser.get()] {
     const vel::WindowTourHost host(window);
@@ -69,6 +84,7 @@ std::unique_ptr<vel::BrowserWindow> makeHfdlBrowser(vel::BrowserFrame& frame, ve
   auto browser = std::make_unique<vel::HfdlBrowser>(frame, web);
   vel::offerHistory(*browser, vel::ReportKind::hfdl, windows.history);
   offerSaving(*browser, windows.lists);
+  offerImport(*browser, frame);
   browser->showActivityChart = [&windows, &frame, window = browser.get()] {
     if (!windows.activity) {
       windows.activity = std::make_unique<vel::ActivityWindow>(
@@ -130,12 +146,26 @@ int run(const vel::Options& options) {
   return QApplication::exec();
 }
 
+// Fills the tables without a window.
+int import(const vel::Options& options) {
+  const std::filesystem::path folder =
+      options.programFolder.empty() ? vel::platform::executableFolder() : options.programFolder;
+  return vel::runImport(vel::Folders::of(folder),
+                        {options.importFile,
+                         {options.importTable, options.importAll, options.importReplaces},
+                         options.importTells},
+                        stdout, stderr);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  // Help, version and errors of the command line need no display.
+  // Help, version, errors of the command line and imports need no display.
   const auto options = vel::readOptions(vel::commandLine(argc, argv));
   if (const auto* exit = std::get_if<vel::ExitAtOnce>(&options)) return exit->status;
+  if (const auto& asked = std::get<vel::Options>(options); !asked.importFile.empty()) {
+    return import(asked);
+  }
   vel::followSystemTheme();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vel"));

@@ -23,6 +23,25 @@ std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments
                  "Load as usual, save a picture of the window to FILE, and exit; messages go to "
                  "the standard error output")
       ->option_text("FILE");
+  std::string importFile;
+  std::string importTable;
+  Options options;
+  CLI::Option* const import =
+      app.add_option(
+             "--import", importFile,
+             "Fill the tables from FILE without a window, say what was done, and exit: what "
+             "the station's logs name and the tables lack")
+          ->option_text("FILE");
+  app.add_option("--table", importTable, "Import into this table only")
+      ->option_text("aircraft|flight|airport|letter|icao24")
+      ->check(CLI::IsMember({"aircraft", "flight", "airport", "letter", "icao24"}))
+      ->needs(import);
+  app.add_flag("--all", options.importAll, "Import also what no log of the station names")
+      ->needs(import);
+  app.add_flag("--replace", options.importReplaces,
+               "Correct the records that the tables have otherwise")
+      ->needs(import);
+  app.add_flag("--dry-run", options.importTells, "Only say what an import would do")->needs(import);
   app.allow_extras();
   try {
     std::reverse(arguments.begin(), arguments.end());
@@ -33,7 +52,14 @@ std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments
   } catch (const CLI::ParseError& error) {
     return ExitAtOnce{app.exit(error)};
   }
-  return Options{toPath(programFolder), toPath(screenshot), chooseStation};
+  options.programFolder = toPath(programFolder);
+  options.screenshot = toPath(screenshot);
+  options.chooseStation = chooseStation;
+  options.importFile = toPath(importFile);
+  for (const Table table : kTables) {
+    if (equalIgnoringCase(tableName(table), importTable)) options.importTable = table;
+  }
+  return options;
 }
 
 }  // namespace vel

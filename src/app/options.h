@@ -1,9 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "tables/table_files.h"
 
 namespace vel {
 
@@ -14,6 +17,12 @@ struct Options {
   std::filesystem::path screenshot;
   /// Ask for the station, also where one is known.
   bool chooseStation = false;
+  /// Import this file without a window, and exit.
+  std::filesystem::path importFile;
+  std::optional<Table> importTable;  ///< into this table only
+  bool importAll = false;            ///< also what no log of the station names
+  bool importReplaces = false;       ///< records that the tables have otherwise too
+  bool importTells = false;          ///< only say what would be done
 };
 
 /// The exit status of a program that has nothing more to do.

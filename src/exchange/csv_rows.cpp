@@ -142,8 +142,11 @@ Result<bool> CsvRows::take(std::vector<std::string_view>& fields) {
                    "長すぎます。");
     }
     const bool wasAtEnd = atEnd_;
-    const Result<bool> more = readOn();
-    if (!more) return more.error();
+    // A long row is looked at anew only when twice as much of it has come.
+    const std::size_t had = buffer_.size() - begin_;
+    do {
+      if (const Result<bool> more = readOn(); !more) return more.error();
+    } while (!atEnd_ && buffer_.size() < 2 * had && buffer_.size() <= limits_.longestRow);
     if (wasAtEnd) {
       return atRow("a quote is not closed; the file is cut off.",
                    "引用符が閉じていません。ファイルが途中で切れています。");

@@ -22,7 +22,7 @@ namespace vel {
 
 /// What of a file is wanted.
 struct ImportWish {
-  std::optional<Table> table;  ///< only this one
+  std::optional<Table> table = {};  ///< only this one
   bool all = false;            ///< also what no log of the station names
   bool replace = false;        ///< the records that differ are taken at first
 };

@@ -102,7 +102,8 @@ std::vector<std::vector<std::string_view>> sampleOf(std::string_view begin, bool
     if (end == std::string_view::npos && !isWhole) break;
     const std::string_view line = begin.substr(0, end);
     begin.remove_prefix(std::min(begin.size(), line.size() + 1));
-    if (!line.empty()) lines.push_back(split(line, ','));
+    // A line without a comma is a comment.
+    if (line.find(',') != std::string_view::npos) lines.push_back(split(line, ','));
   }
   return lines;
 }

@@ -189,6 +189,7 @@ Result<std::unique_ptr<ImportSource>> ImportSource::open(const Folders& folders,
     }
     source->rowSource_ =
         std::make_unique<CsvRows>(*std::move(bytes), std::move(begin), shape->dialect, limits);
+    source->hasHeader_ = shape->hasHeader;
     if (shape->hasHeader) {
       if (const Result<bool> header = source->rowSource_->next(source->row_); !header) {
         return header.error();
@@ -218,8 +219,8 @@ Result<bool> ImportSource::next(std::vector<ImportedRecord>& records) {
   ++rows_;
   const bool isComment = format_ >= ImportFormat::ownAircraft && row_.size() == 1;
   if (row_.size() < fewestFields_ && !isComment) {
-    return importError("Row " + std::to_string(rows_) + " has only " + std::to_string(row_.size()) +
-                           " of " + std::to_string(fewestFields_) +
+    return importError("Row " + std::to_string(rows_ + (hasHeader_ ? 1 : 0)) + " has only " +
+                           std::to_string(row_.size()) + " of " + std::to_string(fewestFields_) +
                            " columns; the file is damaged or cut off.",
                        "列が足りません。");
   }

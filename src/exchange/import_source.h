@@ -105,6 +105,7 @@ class ImportSource {
   std::unique_ptr<AirlineCodes> airlines_;
   std::vector<std::size_t> columns_;  // of the format's fields
   std::size_t fewestFields_ = 0;
+  bool hasHeader_ = false;
   std::vector<std::string_view> row_;
   std::size_t rows_ = 0;
   std::size_t unusable_ = 0;

@@ -132,6 +132,11 @@ void AcarsBrowser::load() {
   });
 }
 
+void AcarsBrowser::tablesChanged() {
+  panel_->airports()->search();
+  LogBrowser::tablesChanged();
+}
+
 void AcarsBrowser::takeOver() {
   // The names of the user's own engines may have changed.
   const Settings& env = settings();

@@ -30,6 +30,8 @@ class AcarsBrowser : public LogBrowser {
 
   void load() override;
 
+  void tablesChanged() override;
+
   /// Puts every filter back as it is at load and reads the log once.
   void clearFilters();
 

@@ -28,6 +28,10 @@ class BrowserFrame {
   /// A read has ended.
   virtual void readEnded() = 0;
 
+  /// The tables were changed by something else than a browser's editors: both
+  /// browsers show what they say now.
+  virtual void tablesChanged() = 0;
+
   /// A browser is being closed: closes every window, saves the settings and ends
   /// the program.
   virtual void unload(BrowserWindow& closing) = 0;

@@ -24,6 +24,10 @@ class BrowserWindow : public QMainWindow {
   /// The number of list rows, as the splash shows it.
   [[nodiscard]] virtual int shownRows() const = 0;
 
+  /// The tables were changed by another part of the program: shows what they
+  /// say now.
+  virtual void tablesChanged() {}
+
   [[nodiscard]] const Context& context() const { return frame_.context(); }
   [[nodiscard]] QSize designedSize() const { return designedSize_; }
 

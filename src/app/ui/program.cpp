@@ -127,6 +127,12 @@ void Program::switchBrowser(const BrowserWindow& from) {
   next.activateWindow();
 }
 
+void Program::tablesChanged() {
+  for (BrowserWindow* browser : {mainWindow_.get(), otherWindow_.get()}) {
+    if (browser != nullptr) browser->tablesChanged();
+  }
+}
+
 void Program::unload(BrowserWindow& closing) {
   if (unloading_) return;
   unloading_ = true;

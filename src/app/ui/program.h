@@ -56,6 +56,7 @@ class Program : public QObject, public BrowserFrame {
   [[nodiscard]] bool hasOtherBrowser() const override { return otherWindow_ != nullptr; }
   void rowsRead(int untilReads) override;
   void readEnded() override;
+  void tablesChanged() override;
   void unload(BrowserWindow& closing) override;
 
   [[nodiscard]] Settings& settings() { return settings_; }

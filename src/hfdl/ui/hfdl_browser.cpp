@@ -113,6 +113,11 @@ void HfdlBrowser::load() {
   });
 }
 
+void HfdlBrowser::tablesChanged() {
+  panel_->airports()->search();
+  LogBrowser::tablesChanged();
+}
+
 void HfdlBrowser::layOutFrames(int height, int width) {
   const int listWidth = toPixels(width - kSideOffset);
   const int panelTop = toPixels(height - kPanelOffset);

@@ -26,6 +26,7 @@ class HfdlBrowser : public LogBrowser {
   std::function<void()> showFrequencyChart;
 
   void load() override;
+  void tablesChanged() override;
 
   [[nodiscard]] HfdlPanel* panel() const { return panel_; }
 

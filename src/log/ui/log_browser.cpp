@@ -1,7 +1,11 @@
 #include "log/ui/log_browser.h"
 
+#include <QDragEnterEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
 #include <QShortcut>
+#include <QUrl>
 #include <algorithm>
 #include <utility>
 
@@ -21,6 +25,12 @@ constexpr QSize kSmallestSize{14520, 4770};
 
 // In pixels: the guided tour stands right of the chooser.
 constexpr int kCaptionWidth = 78;
+
+// The one file that is dropped; empty for anything else.
+QString droppedFile(const QMimeData& data) {
+  const QList<QUrl> addresses = data.urls();
+  return addresses.size() == 1 ? addresses.front().toLocalFile() : QString();
+}
 
 }  // namespace
 
@@ -81,7 +91,7 @@ QWidget* LogBrowser::makeTopRow(QWidget* parent, const QString& chooserCaption,
 }
 
 void LogBrowser::fillMenu() {
-  importEntry_ = menu_->addEntry(tr("&Import..."), {}, [this] { showImport(); });
+  importEntry_ = menu_->addEntry(tr("&Import..."), {}, [this] { showImport(QString()); });
   saveEntry_ = menu_->addEntry(tr("&Save list as..."), QKeySequence(Qt::CTRL | Qt::Key_S),
                                [this] { saveList(); });
   menu_->addSeparator();
@@ -162,6 +172,9 @@ void LogBrowser::fill(std::function<void()> filled) {
   find_->setVisible(showFind != nullptr);
   report_->setVisible(showReport != nullptr);
   importEntry_->setVisible(showImport != nullptr);
+  setAcceptDrops(showImport != nullptr);
+  // A box takes text that is dropped on it, but no file.
+  for (QLineEdit* box : findChildren<QLineEdit*>()) box->installEventFilter(this);
   saveEntry_->setVisible(saveList != nullptr);
   findEntry_->setVisible(showFind != nullptr);
   reportEntry_->setVisible(showReport != nullptr);
@@ -267,6 +280,41 @@ void LogBrowser::readUnfiltered(const std::string& log, std::function<void()> th
     if (shownLog() == log) thenDo();
   };
   readChosenLog();
+}
+
+void LogBrowser::tablesChanged() {
+  const int selected = list_->listIndex();
+  const std::string log = shownLog();
+  whenRead_ = [this, log, selected] {
+    if (shownLog() != log || selected >= model_->rowCount()) return;
+    list_->setListIndex(selected);
+    if (selected >= 0) lineKept();
+  };
+  readFiltered();
+}
+
+void LogBrowser::dragEnterEvent(QDragEnterEvent* event) {
+  if (!droppedFile(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void LogBrowser::dropEvent(QDropEvent* event) {
+  const QString file = droppedFile(*event->mimeData());
+  if (file.isEmpty() || !showImport) return;
+  event->acceptProposedAction();
+  // The program that the file comes from waits until this returns.
+  QMetaObject::invokeMethod(
+      this, [this, file] { showImport(file); }, Qt::QueuedConnection);
+}
+
+bool LogBrowser::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::DragEnter) {
+    auto* drag = static_cast<QDragEnterEvent*>(event);
+    if (!droppedFile(*drag->mimeData()).isEmpty()) {
+      drag->ignore();
+      return true;
+    }
+  }
+  return BrowserWindow::eventFilter(watched, event);
 }
 
 void LogBrowser::showLine(const std::string& log, std::size_t row) {

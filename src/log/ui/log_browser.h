@@ -83,8 +83,11 @@ class LogBrowser : public BrowserWindow {
 
   /// What else the menu offers, set before load(); an entry without one is not
   /// offered.
-  std::function<void()> showImport;
+  std::function<void(const QString& file)> showImport;  ///< empty without a file
   std::function<void()> saveList;
+
+  /// Reads the shown log again and selects the line that was selected.
+  void tablesChanged() override;
 
   /// The menu in the row above the list. Other parts may add entries to it.
   [[nodiscard]] MenuButton& menu() const { return *menu_; }
@@ -124,6 +127,11 @@ class LogBrowser : public BrowserWindow {
   QWidget* makeTopRow(QWidget* parent, const QString& chooserCaption, const QString& longestName,
                       int designedWidth);
   QPushButton* addTopButton(const QString& text, const QString& name, const QString& toolTip);
+
+  /// A file that is dropped on the window is to be imported.
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
   /// The list over a new model.
   void makeList(QWidget* parent, LogListModel* model, const QList<int>& widths);

@@ -155,7 +155,13 @@ bool TableEditing::acceptKey(const QString& key) const {
 void TableEditing::rewrite(QPushButton& button, const TableEdit& edit,
                            std::function<void()> whenWritten,
                            std::function<void()> whenGivenUp) const {
-  ReferenceTableRewrite rewrite(tables_.folders(), tables_.encoding(), edit);
+  rewrite(button, ReferenceTableRewrite(tables_.folders(), tables_.encoding(), edit),
+          std::move(whenWritten), std::move(whenGivenUp));
+}
+
+void TableEditing::rewrite(QPushButton& button, ReferenceTableRewrite rewrite,
+                           std::function<void()> whenWritten,
+                           std::function<void()> whenGivenUp) const {
   if (rewrite.next() == RewriteOutcome::refused) {
     refuse(kIllegalCharacter);
     if (whenGivenUp) whenGivenUp();

@@ -49,6 +49,10 @@ class TableEditing {
   void rewrite(QPushButton& button, const TableEdit& edit, std::function<void()> whenWritten,
                std::function<void()> whenGivenUp = {}) const;
 
+  /// The same for a rewrite of any kind.
+  void rewrite(QPushButton& button, ReferenceTableRewrite rewrite,
+               std::function<void()> whenWritten, std::function<void()> whenGivenUp = {}) const;
+
   /// The value of a look-up; where it failed, shows the error and ends the
   /// program, and gives `otherwise`.
   template <typename T>

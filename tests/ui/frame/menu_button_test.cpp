@@ -25,7 +25,7 @@ class MenuButtonTest : public AcarsWindowTest {
   std::unique_ptr<BrowserWindow> makeBrowser(BrowserFrame& owner) {
     auto browser = std::make_unique<Browser>(owner, *web_);
     if (!offersAll_) return browser;
-    browser->showImport = [this] { chosen_.emplace_back("import"); };
+    browser->showImport = [this](const QString&) { chosen_.emplace_back("import"); };
     browser->saveList = [this] { chosen_.emplace_back("save"); };
     browser->showFind = [this] { chosen_.emplace_back("find"); };
     browser->showReport = [this] { chosen_.emplace_back("report"); };
