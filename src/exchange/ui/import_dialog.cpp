@@ -304,7 +304,10 @@ void ImportDialog::reject() {
 bool ImportDialog::eventFilter(QObject* watched, QEvent* event) {
   if (watched == list_ && event->type() == QEvent::KeyPress &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-    differences_->toggle(list_->selectionModel()->selectedRows());
+    // The keys may stand on a line that is not selected.
+    QModelIndexList rows = list_->selectionModel()->selectedRows();
+    if (rows.isEmpty() && list_->currentIndex().isValid()) rows << list_->currentIndex();
+    differences_->toggle(rows);
     return true;
   }
   return QDialog::eventFilter(watched, event);
