@@ -11,6 +11,7 @@
 
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
+#include "core/ui/screen_room.h"
 #include "exchange/import_command.h"
 #include "exchange/list_saving.h"
 
@@ -97,6 +98,7 @@ ImportDialog::ImportDialog(const Context& context, QWidget* parent)
     return QFileDialog::getOpenFileName(dialog, tr("Import a file"));
   };
   resize(kFirstSize);
+  fitToScreen(*this);
   showPlan();
 }
 
