@@ -2,7 +2,7 @@
 
 build_packages=(
   g++ cmake ninja-build pkg-config
-  qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev
+  qt6-base-dev qt6-base-dev-tools libgl1-mesa-dev cmark-gfm
   libmicrohttpd-dev libcli11-dev libpugixml-dev libjpeg-dev libsqlite3-dev zlib1g-dev
   fonts-ipafont-gothic fonts-ipafont-mincho
 )
