@@ -41,6 +41,11 @@ std::string frequencyLine(const GroundStation& station, Moment time) {
   return "   FREQUENCIES    = [ " + frequenciesAt(station, time) + "] (" + station.city() + ")";
 }
 
+bool hasHfdl(const Flight& flight) {
+  return !flight.aircraft->address.empty() &&
+         distanceKm(flight.from->place, flight.to->place) >= kShortestRouteKm;
+}
+
 /// One day's log in the making.
 class HfdlDay {
  public:
@@ -75,8 +80,7 @@ class HfdlDay {
   std::vector<const Flight*> reachableAt(Moment time) const {
     std::vector<const Flight*> flights = schedule_.activeAt(time);
     std::erase_if(flights, [time](const Flight* flight) {
-      return !flight->airborneAt(time) || flight->aircraft->address.empty() ||
-             distanceKm(flight->from->place, flight->to->place) < kShortestRouteKm;
+      return !flight->airborneAt(time) || !hasHfdl(*flight);
     });
     return flights;
   }
@@ -152,6 +156,16 @@ Status writeHfdlLog(const std::filesystem::path& folder, const SampleData& data,
     log.addMessage(time);
   }
   return file.write();
+}
+
+std::set<const Aircraft*> aircraftOnHfdl(const Schedule& schedule, Day day, Moment until) {
+  std::set<const Aircraft*> aircraft;
+  for (const Flight& flight : schedule.flights()) {
+    if (flight.arrival >= day && flight.departure <= until && hasHfdl(flight)) {
+      aircraft.insert(flight.aircraft);
+    }
+  }
+  return aircraft;
 }
 
 }  // namespace vel::samples

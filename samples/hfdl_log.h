@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <set>
 
 #include "core/result.h"
 #include "samples/sample_data.h"
@@ -14,5 +15,8 @@ namespace vel::samples {
 /// from the aircraft of the schedule whose address is known, up to `until`.
 Status writeHfdlLog(const std::filesystem::path& folder, const SampleData& data,
                     const Schedule& schedule, Day day, Moment until, std::uint64_t seed);
+
+/// The aircraft of the schedule that can be in that day's log.
+std::set<const Aircraft*> aircraftOnHfdl(const Schedule& schedule, Day day, Moment until);
 
 }  // namespace vel::samples

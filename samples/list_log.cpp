@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "samples/random.h"
+#include "samples/raw_log.h"
 #include "samples/text_file.h"
 
 namespace vel::samples {
@@ -44,8 +45,8 @@ std::string listLine(const Reception& reception, const std::set<std::string>& ph
 
 }  // namespace
 
-std::vector<Reception> receptionsOf(const Schedule& schedule, Day day, Moment until,
-                                    std::uint64_t seed) {
+std::vector<Reception> receptionsOf(const SampleData& data, const Schedule& schedule, Day day,
+                                    Moment until, std::uint64_t seed) {
   Random random(seed, "list " + compactDate(day));
   std::vector<Moment> times;
   for (int i = 0; i < kMessagesPerDay; ++i) {
@@ -56,9 +57,14 @@ std::vector<Reception> receptionsOf(const Schedule& schedule, Day day, Moment un
   std::vector<Reception> receptions;
   for (const Moment time : times) {
     if (time > until) break;
-    if (const auto audible = audibleAt(schedule, time); !audible.empty()) {
-      receptions.push_back({time, random.pick(audible)});
+    auto audible = audibleAt(schedule, time);
+    // What is selected first of a list is to show what the program can tell.
+    if (receptions.empty()) {
+      std::erase_if(audible, [&](const Flight* flight) {
+        return !flight->isKnown(data) || flight->aircraft->registration.size() > kLongestAddress;
+      });
     }
+    if (!audible.empty()) receptions.push_back({time, random.pick(audible)});
   }
   return receptions;
 }

@@ -18,9 +18,9 @@ struct Reception {
 };
 
 /// What the station hears of the schedule on one day, up to `until`; sorted by
-/// time.
-std::vector<Reception> receptionsOf(const Schedule& schedule, Day day, Moment until,
-                                    std::uint64_t seed);
+/// time. The first is that of a flight that every table knows, where there is one.
+std::vector<Reception> receptionsOf(const SampleData& data, const Schedule& schedule, Day day,
+                                    Moment until, std::uint64_t seed);
 
 /// Writes `<folder>/yyyymmdd_list.csv`. Aircraft in `photographed` (by
 /// registration) get the photo mark. `withMalformed` puts in lines of 9 and of 2

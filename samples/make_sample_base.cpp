@@ -1,6 +1,7 @@
 #include <QCommandLineParser>
 #include <QDateTime>
 #include <QGuiApplication>
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iostream>
@@ -13,7 +14,6 @@
 #include "samples/hfdl_log.h"
 #include "samples/list_log.h"
 #include "samples/photo.h"
-#include "samples/random.h"
 #include "samples/raw_log.h"
 #include "samples/sample_data.h"
 #include "samples/schedule.h"
@@ -25,10 +25,10 @@ namespace {
 constexpr int kFailed = 1;
 constexpr int kRefused = 2;
 
-constexpr std::size_t kPhotos = 25;
-constexpr std::size_t kRawLogs = 20;
-/// So many of the raw logs belong to aircraft without a photo.
-constexpr std::size_t kRawLogsWithoutPhoto = 4;
+/// Of the newest day's aircraft, one of so many has no photo, and of those
+/// without one, one of so many has a raw log.
+constexpr std::size_t kUnphotographed = 6;
+constexpr std::size_t kLoggedWithoutPhoto = 8;
 constexpr int kRawLogDays = 3;
 
 struct Request {
@@ -56,49 +56,44 @@ Status makeFolders(const std::filesystem::path& base) {
   return {};
 }
 
-/// The aircraft heard, the newest day's first, each once and in a random order
-/// within its day.
-std::vector<const Aircraft*> aircraftHeard(const std::map<Day, std::vector<Reception>>& receptions,
-                                           std::uint64_t seed) {
+/// The newest day's aircraft, each once: those of its list in the order in which
+/// they were heard, then those of its HFDL log.
+std::vector<const Aircraft*> aircraftOf(const std::vector<Reception>& receptions,
+                                        const std::set<const Aircraft*>& onHfdl) {
   std::vector<const Aircraft*> heard;
   std::set<const Aircraft*> seen;
-  for (auto day = receptions.rbegin(); day != receptions.rend(); ++day) {
-    const std::size_t begin = heard.size();
-    for (const Reception& reception : day->second) {
-      if (seen.insert(reception.flight->aircraft).second) {
-        heard.push_back(reception.flight->aircraft);
-      }
-    }
-    Random random(seed, "heard " + compactDate(day->first));
-    for (std::size_t i = heard.size(); i > begin + 1; --i) {
-      std::swap(heard[i - 1], heard[begin + random.below(i - begin)]);
-    }
+  for (const Reception& reception : receptions) {
+    if (seen.insert(reception.flight->aircraft).second) heard.push_back(reception.flight->aircraft);
   }
+  const auto firstOnHfdl = static_cast<std::ptrdiff_t>(heard.size());
+  for (const Aircraft* aircraft : onHfdl) {
+    if (seen.insert(aircraft).second) heard.push_back(aircraft);
+  }
+  std::sort(heard.begin() + firstOnHfdl, heard.end(),
+            [](const Aircraft* a, const Aircraft* b) { return a->registration < b->registration; });
   return heard;
 }
 
-/// Whose photos to draw: of many airlines, at most two of each.
+/// Whose photos to draw: of those whose airline's colours are known, most.
 std::vector<const Aircraft*> choosePhotographed(const SampleData& data,
                                                 const std::vector<const Aircraft*>& heard) {
   std::vector<const Aircraft*> chosen;
-  std::map<std::string, int> ofAirline;
+  std::size_t number = 0;
   for (const Aircraft* aircraft : heard) {
-    if (chosen.size() < kPhotos && !data.airline(aircraft->airline).fuselageColour.empty() &&
-        ofAirline[aircraft->airline]++ < 2) {
-      chosen.push_back(aircraft);
-    }
+    if (data.airline(aircraft->airline).fuselageColour.empty()) continue;
+    if (++number % kUnphotographed != 0) chosen.push_back(aircraft);
   }
   return chosen;
 }
 
-/// Whose raw logs to write: mostly of those with a photo.
+/// Whose raw logs to write: of all with a photo, and of some others.
 std::vector<const Aircraft*> chooseRawLogs(const std::vector<const Aircraft*>& heard,
                                            const std::set<std::string>& photographed) {
   std::vector<const Aircraft*> chosen;
   std::size_t without = 0;
   for (const Aircraft* aircraft : heard) {
-    if (chosen.size() == kRawLogs || aircraft->registration.size() > kLongestAddress) continue;
-    if (photographed.contains(aircraft->registration) || without++ < kRawLogsWithoutPhoto) {
+    if (aircraft->registration.size() > kLongestAddress) continue;
+    if (photographed.contains(aircraft->registration) || ++without % kLoggedWithoutPhoto == 0) {
       chosen.push_back(aircraft);
     }
   }
@@ -115,9 +110,10 @@ Status makeSampleBase(const Request& request) {
   const Schedule schedule(data, first, request.today, request.seed);
   std::map<Day, std::vector<Reception>> receptions;
   for (Day day = first; day <= request.today; day += std::chrono::days(1)) {
-    receptions[day] = receptionsOf(schedule, day, request.until, request.seed);
+    receptions[day] = receptionsOf(data, schedule, day, request.until, request.seed);
   }
-  const std::vector<const Aircraft*> heard = aircraftHeard(receptions, request.seed);
+  const std::vector<const Aircraft*> heard =
+      aircraftOf(receptions[request.today], aircraftOnHfdl(schedule, request.today, request.until));
   std::set<std::string> photographed;
   for (const Aircraft* aircraft : choosePhotographed(data, heard)) {
     photographed.insert(aircraft->registration);

@@ -42,6 +42,11 @@ std::string remarkOf(const Route& route, Random& random) {
 
 }  // namespace
 
+bool Flight::isKnown(const SampleData& data) const {
+  const Airline& airline = data.airline(aircraft->airline);
+  return route->listed && aircraft->listed && airline.listed && !airline.fuselageColour.empty();
+}
+
 Place Flight::placeAt(Moment time) const {
   const auto flown = static_cast<double>((time - departure).count());
   const auto whole = static_cast<double>((arrival - departure).count());

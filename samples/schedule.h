@@ -29,6 +29,9 @@ struct Flight {
   std::string remark;
 
   bool airborneAt(Moment time) const { return departure <= time && time <= arrival; }
+  /// True where every table knows what flies, and its airline's photos can be
+  /// drawn.
+  bool isKnown(const SampleData& data) const;
   /// The departure airport before the departure, the destination after the
   /// arrival.
   Place placeAt(Moment time) const;
