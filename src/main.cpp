@@ -7,13 +7,16 @@
 #include "acars/ui/acars_browser.h"
 #include "app/options.h"
 #include "app/ui/end_by_system.h"
+#include "app/ui/help.h"
 #include "app/ui/program.h"
 #include "app/ui/program_icon.h"
 #include "app/ui/station_choice.h"
 #include "app/ui/system_theme.h"
 #include "app/ui/unattended_desktop.h"
+#include "core/platform.h"
 #include "core/program_files.h"
 #include "core/ui/japanese_fonts.h"
+#include "core/ui/readable_colours.h"
 #include "core/version.h"
 #include "exchange/import_command.h"
 #include "exchange/ui/import_dialog.h"
@@ -37,8 +40,10 @@ bool canReadText(vel::Desktop& desktop, const vel::Folders& folders) {
 
 // The windows that the browsers open beside themselves.
 struct SideWindows {
-  explicit SideWindows(const vel::Context& context) : history(context), lists(context) {}
+  SideWindows(const vel::Context& context, vel::Help& guide)
+      : help(guide), history(context), lists(context) {}
 
+  vel::Help& help;
   vel::HistoryWindows history;
   vel::ListSaver lists;
   vel::TourState tour;
@@ -65,9 +70,14 @@ void offerImport(vel::LogBrowser& browser, vel::BrowserFrame& frame) {
   };
 }
 
+void offerHelp(vel::LogBrowser& browser, vel::Help& help) {
+  browser.showHelp = [&help, window = &browser] { help.open(vel::Help::pageOf(*window)); };
+}
+
 std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                      SideWindows& windows) {
   auto browser = std::make_unique<vel::AcarsBrowser>(frame, web);
+  offerHelp(*browser, windows.help);
   vel::offerHistory(*browser, vel::ReportKind::list, windows.history);
   offerSaving(*browser, windows.lists);
   offerImport(*browser, frame);
@@ -82,6 +92,7 @@ std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, v
 std::unique_ptr<vel::BrowserWindow> makeHfdlBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                     SideWindows& windows) {
   auto browser = std::make_unique<vel::HfdlBrowser>(frame, web);
+  offerHelp(*browser, windows.help);
   vel::offerHistory(*browser, vel::ReportKind::hfdl, windows.history);
   offerSaving(*browser, windows.lists);
   offerImport(*browser, frame);
@@ -112,6 +123,7 @@ int run(const vel::Options& options) {
   const bool unattended = !options.screenshot.empty();
   const std::unique_ptr<vel::QtDesktop> desktop =
       unattended ? std::make_unique<vel::UnattendedDesktop>() : std::make_unique<vel::QtDesktop>();
+  vel::Help help(*desktop, vel::platform::executableFolder(), vel::Help::sessionLanguage());
   const auto programFolder = vel::chooseProgramFolder(options, *desktop);
   if (!programFolder) return desktop->exitStatus();
   const vel::Folders folders = vel::Folders::of(*programFolder);
@@ -119,7 +131,7 @@ int run(const vel::Options& options) {
 
   vel::Program program(*desktop, folders);
   vel::WebAccess web(program.context());
-  SideWindows windows(program.context());
+  SideWindows windows(program.context(), help);
   windows.history.saveList = [&windows](QTableView& list, const QString& title) {
     windows.lists.save(list, title);
   };
@@ -175,5 +187,6 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("vel"));
   QApplication::setWindowIcon(vel::programIcon());
   QApplication::setQuitOnLastWindowClosed(false);
+  const vel::ReadableColours colours;
   return run(std::get<vel::Options>(options));
 }

@@ -16,9 +16,14 @@ std::filesystem::path kmlFile(const Folders& folders) {
   return fileIn(folders.program, "temp.kml");
 }
 
+std::filesystem::path columnsFile(const Folders& folders) {
+  return fileIn(folders.program, "columns.ini");
+}
+
 void removeLeftOvers(const Folders& folders) {
   removeLeftOver(settingsFile(folders), kSettingsSuffix);
   removeLeftOver(kmlFile(folders), kKmlSuffix);
+  removeLeftOver(columnsFile(folders), kSettingsSuffix);
 }
 
 }  // namespace vel

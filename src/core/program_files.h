@@ -12,9 +12,10 @@ namespace vel {
 [[nodiscard]] std::filesystem::path settingsFile(const Folders& folders);  ///< vel.env
 [[nodiscard]] std::filesystem::path servicesFile(const Folders& folders);  ///< services.ini
 [[nodiscard]] std::filesystem::path kmlFile(const Folders& folders);       ///< temp.kml
+[[nodiscard]] std::filesystem::path columnsFile(const Folders& folders);   ///< columns.ini
 
-/// What is added to the names of vel.env and temp.kml while they are written.
-inline constexpr std::string_view kSettingsSuffix = ".new";
+/// What is added to the names of these files while they are written.
+inline constexpr std::string_view kSettingsSuffix = ".new";  ///< vel.env, columns.ini
 inline constexpr std::string_view kKmlSuffix = ".part";
 
 /// Removes what a killed program left of files half written. For the one

@@ -87,6 +87,9 @@ AcarsBrowser::AcarsBrowser(BrowserFrame& frame, WebAccess& web)
   onPress(panel_->photoSearch()->button(), &AcarsBrowser::searchPhoto);
   onPress(panel_->flightSearch()->button(), &AcarsBrowser::searchFlight);
   onPress(panel_->rawLogButton(), &AcarsBrowser::openRawLog);
+  for (EngineRow* row : {panel_->photoSearch(), panel_->flightSearch()}) {
+    row->offerSettings([this] { openConfig(); });
+  }
   addShortcuts();
 }
 
@@ -123,6 +126,7 @@ void AcarsBrowser::load() {
   config_->setVisible(settings().env_Config != 0);
   otherBrowserButton()->setVisible(frame().hasOtherBrowser());
   tour_->setVisible(showTour != nullptr);
+  keepSmallestSize();
   fill([this] {
     panel_->airports()->search();
     if (desktop().isEnding()) return;
@@ -143,6 +147,11 @@ void AcarsBrowser::takeOver() {
   panel_->photoSearch()->setEngines(photoEngines(SearchWindow::acars, env), env.env_regSchCmb);
   panel_->flightSearch()->setEngines(flightEngines(SearchWindow::acars, env), env.env_fltSchCmb);
   BrowserWindow::takeOver();
+}
+
+int AcarsBrowser::neededWidth() const {
+  return toPixels(kSideOffset) +
+         qMax(topRow_->minimumSizeHint().width(), filters_->minimumSizeHint().width());
 }
 
 void AcarsBrowser::layOutFrames(int height, int width) {
@@ -189,6 +198,14 @@ void AcarsBrowser::keepPhotoEngine() {
 
 void AcarsBrowser::keepFlightEngine() {
   settings().env_fltSchCmb = panel_->flightSearch()->chooser()->currentIndex();
+}
+
+QString AcarsBrowser::noLineHint() const {
+  return tr(
+      "No line to show: the log holds no message yet, or none passes the filters.\n"
+      "Clear (Ctrl+L) takes the filters back, Refresh (F5) reads the log again.\n\n"
+      "表示する行がありません。\n"
+      "Clear（Ctrl+L）で絞り込みを消し、Refresh（F5）で受信ログを読み直します。");
 }
 
 void AcarsBrowser::takeFiltersBack() { filters_->clearAll(); }

@@ -40,6 +40,7 @@ class AcarsBrowser : public LogBrowser {
 
  protected:
   void takeOver() override;
+  [[nodiscard]] int neededWidth() const override;
   void layOutFrames(int height, int width) override;
   std::unique_ptr<LogReader> makeReader(InputFile file) override;
   void readBegins() override {}
@@ -47,6 +48,7 @@ class AcarsBrowser : public LogBrowser {
   void readEnds() override;
   void lineKept() override;
   void addFilterActions(QMenu& menu, const QModelIndex& clicked) override;
+  [[nodiscard]] QString noLineHint() const override;
   void takeFiltersBack() override;
   [[nodiscard]] int registrationColumn() const override;
   [[nodiscard]] std::string flightToFind() override;
@@ -55,6 +57,7 @@ class AcarsBrowser : public LogBrowser {
   void searchFlight() override;
   void openPhoto() override;
   void openRawLog() override;
+  void openConfig() override;
 
  private:
   void fillTopRow();
@@ -62,7 +65,6 @@ class AcarsBrowser : public LogBrowser {
   void keepPhotoEngine();
   void keepFlightEngine();
   void takeTour();
-  void openConfig();
 
   WebAccess& web_;
   Tables tables_;

@@ -96,7 +96,6 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, LogListVi
 
 QWidget* DetailPanel::makePhotoColumn() {
   auto* column = new QWidget(this);
-  column->setFixedWidth(kPhotoColumnWidth);
   photo_ = new PhotoPane(context_, kPhotoSearchIndex, {}, column);
   photo_->setFixedHeight(kPhotoHeight);
 
@@ -122,6 +121,8 @@ QWidget* DetailPanel::makePhotoColumn() {
   rows->addWidget(photo_);
   rows->addWidget(aircraftFrame_);
   rows->addStretch();
+  // A larger font takes more.
+  column->setFixedWidth(qMax(kPhotoColumnWidth, column->minimumSizeHint().width()));
   return column;
 }
 

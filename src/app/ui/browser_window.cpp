@@ -44,7 +44,7 @@ void BrowserWindow::setOuterTwips(const QRect& outer) {
 void BrowserWindow::keepSmallestSize() {
   // The smallest size is one with the frame around the window.
   const QSize outer(toPixels(smallestSize_.width()), toPixels(smallestSize_.height()));
-  setMinimumSize(outer.shrunkBy(frameOf(*this)).expandedTo(QSize(1, 1)));
+  setMinimumSize(outer.shrunkBy(frameOf(*this)).expandedTo(QSize(qMax(1, neededWidth()), 1)));
 }
 
 void BrowserWindow::noticeFrame() {

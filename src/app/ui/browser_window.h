@@ -21,6 +21,9 @@ class BrowserWindow : public QMainWindow {
   /// Fills the window, while events run; called once, before it is shown.
   /// `loaded` tells the end; it never does where the program ends.
   virtual void load() = 0;
+  /// The program ends in good order: what the window keeps beside the settings
+  /// is saved now.
+  virtual void programEnds() {}
   /// The number of list rows, as the splash shows it.
   [[nodiscard]] virtual int shownRows() const = 0;
 
@@ -47,6 +50,13 @@ class BrowserWindow : public QMainWindow {
   /// another window of the program or is shown.
   virtual void takeOver();
 
+  /// The width in pixels below which something within the window would be cut,
+  /// in the letters in use; 0 for the designed smallest one.
+  [[nodiscard]] virtual int neededWidth() const { return 0; }
+  /// Keeps the window from being made smaller than it may be. To be called once
+  /// the window is filled.
+  void keepSmallestSize();
+
   /// Puts the frames where the outer height and width (twips) want them.
   virtual void layOutFrames(int height, int width) = 0;
 
@@ -64,7 +74,6 @@ class BrowserWindow : public QMainWindow {
  private:
   [[nodiscard]] WindowState state() const;
   void noticeFrame();
-  void keepSmallestSize();
   void recordPlace();
   void layOut();
   enum class Coming { shown, toTheFront };

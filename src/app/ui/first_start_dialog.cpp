@@ -137,7 +137,8 @@ QCommandLinkButton* FirstStartDialog::addChoice(const QString& name, const QStri
   auto* label = new QLabel(buttons_);
   label->setWordWrap(true);
   label->setIndent(button->iconSize().width() + kTextIndent);
-  showPlainText(*label, explanation);
+  label->setTextFormat(Qt::PlainText);
+  label->setText(explanation);
   buttons_->layout()->addWidget(label);
   return button;
 }
@@ -148,7 +149,7 @@ QString FirstStartDialog::askForFolder(QWidget* parent, const QString& title) {
 }
 
 void FirstStartDialog::tell(const QString& text) {
-  showPlainText(*note_, text);
+  note_->setText(text);
   note_->setAccessibleName(text);
 }
 

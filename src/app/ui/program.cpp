@@ -157,6 +157,9 @@ void Program::endBySystem() {
 void Program::saveAndEnd() {
   for (const auto& step : unloadSteps_) step();
   if (desktop_.isEnding()) return;
+  for (BrowserWindow* browser : {mainWindow_.get(), otherWindow_.get()}) {
+    if (browser != nullptr) browser->programEnds();
+  }
   // Nothing is shown for any trouble with the settings.
   static_cast<void>(SaveEnv(settingsFile(folders_), encoding_, settings_));
   desktop_.endProgram(0);

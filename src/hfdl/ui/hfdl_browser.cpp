@@ -12,6 +12,7 @@
 #include "hfdl/hfdl_row.h"
 #include "tables/rewrite.h"
 #include "web/address.h"
+#include "web/ui/conffig_dialog.h"
 #include "web/ui/flight_search.h"
 
 namespace vel {
@@ -86,6 +87,9 @@ HfdlBrowser::HfdlBrowser(BrowserFrame& frame, WebAccess& web)
     if (hasLine()) openRawLogOfDirection();
   });
   connect(list(), &LogListView::clicked, panel_, &HfdlPanel::showSelectionAgain);
+  for (EngineRow* row : {panel_->photoSearch(), panel_->flightSearch()}) {
+    row->offerSettings([this] { openConfig(); });
+  }
 }
 
 void HfdlBrowser::fillTopRow() {
@@ -103,6 +107,7 @@ void HfdlBrowser::fillTopRow() {
 void HfdlBrowser::load() {
   activityChart_->setVisible(showActivityChart != nullptr);
   frequencyChart_->setVisible(showFrequencyChart != nullptr);
+  keepSmallestSize();
   fill([this] {
     for (const EngineRow* row :
          {panel_->photoSearch(), panel_->flightSearch(), panel_->addressSearch()}) {
@@ -111,6 +116,11 @@ void HfdlBrowser::load() {
     panel_->airports()->search();
     if (!desktop().isEnding()) Q_EMIT loaded();
   });
+}
+
+int HfdlBrowser::neededWidth() const {
+  return qMax(panel_->minimumSizeHint().width(),
+              toPixels(kSideOffset) + topRow_->minimumSizeHint().width());
 }
 
 void HfdlBrowser::tablesChanged() {
@@ -180,6 +190,8 @@ void HfdlBrowser::searchFlight() {
 }
 
 void HfdlBrowser::openPhoto() { panel_->openSelectedPhoto(); }
+
+void HfdlBrowser::openConfig() { ConffigDialog(context(), web_.site(), this).exec(); }
 
 void HfdlBrowser::openRawLog() { showRawLog(list()->selectedText(kHfdlRegistration)); }
 

@@ -31,6 +31,7 @@ class HfdlBrowser : public LogBrowser {
   [[nodiscard]] HfdlPanel* panel() const { return panel_; }
 
  protected:
+  [[nodiscard]] int neededWidth() const override;
   void layOutFrames(int height, int width) override;
   std::unique_ptr<LogReader> makeReader(InputFile file) override;
   void readBegins() override;
@@ -45,6 +46,7 @@ class HfdlBrowser : public LogBrowser {
   void searchFlight() override;
   void openPhoto() override;
   void openRawLog() override;
+  void openConfig() override;
 
  private:
   void fillTopRow();

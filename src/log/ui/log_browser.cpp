@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/program_files.h"
 #include "core/text.h"
 #include "core/ui/narrow_letters.h"
 #include "core/ui/plain_text.h"
@@ -99,6 +100,9 @@ void LogBrowser::fillMenu() {
                                [this] { showFind(); });
   reportEntry_ = menu_->addEntry(tr("&Report..."), QKeySequence(Qt::CTRL | Qt::Key_R),
                                  [this] { showReport(); });
+  menu_->addSeparator();
+  menu_->addEntry(tr("Search &engines..."), {}, [this] { openConfig(); });
+  helpEntry_ = menu_->addEntry(tr("&Help"), QKeySequence(Qt::Key_F1), [this] { showHelp(); });
 }
 
 QPushButton* LogBrowser::addTopButton(const QString& text, const QString& name,
@@ -114,10 +118,23 @@ QPushButton* LogBrowser::addTopButton(const QString& text, const QString& name,
 void LogBrowser::makeList(QWidget* parent, LogListModel* model, const QList<int>& widths) {
   model_ = model;
   list_ = new LogListView(model, widths, parent);
+  const auto columns = static_cast<std::size_t>(widths.size());
+  if (const auto places = loadColumns(columnsFile(context().folders), listName(), columns)) {
+    list_->setColumnPlaces(*places);
+  }
   list_->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(list_, &LogListView::customContextMenuRequested, this, &LogBrowser::showContextMenu);
   connect(list_, &LogListView::copied, this,
           [this](const QString& text) { desktop().setClipboardText(text.toStdString()); });
+}
+
+std::string LogBrowser::listName() const { return objectName().toStdString(); }
+
+void LogBrowser::programEnds() {
+  std::optional<ColumnPlaces> places = list_->columnPlaces();
+  if (places == list_->designedPlaces()) places.reset();
+  // As with the settings, nothing is shown for any trouble.
+  static_cast<void>(saveColumns(columnsFile(context().folders), listName(), places));
 }
 
 int LogBrowser::shownRows() const { return static_cast<int>(model_->rows().size()); }
@@ -178,6 +195,7 @@ void LogBrowser::fill(std::function<void()> filled) {
   saveEntry_->setVisible(saveList != nullptr);
   findEntry_->setVisible(showFind != nullptr);
   reportEntry_->setVisible(showReport != nullptr);
+  helpEntry_->setVisible(showHelp != nullptr);
   GetLogFileList();
 }
 
@@ -202,6 +220,7 @@ void LogBrowser::GetLogData(ReadReason reason) {
   readBegins();
   const auto open = [this]() -> Result<std::unique_ptr<LogReader>> {
     if (list_->listIndex() >= 0) rememberedIndex_ = list_->listIndex();
+    list_->setEmptyHint({});
     model_->clear();
     rowsShown(0);
     Result<InputFile> file = InputFile::open(selectedLog());
@@ -250,6 +269,32 @@ void LogBrowser::showNoLog() {
   model_->clear();
   rowsShown(0);
   readEnds();
+  showEmptyHint();
+}
+
+void LogBrowser::showEmptyHint() {
+  if (logFile_->currentIndex() >= 0) {
+    list_->setEmptyHint(noLineHint());
+    return;
+  }
+  std::error_code error;
+  const std::filesystem::path& logs = context().folders.logs;
+  const QString hint =
+      std::filesystem::is_directory(logs, error)
+          ? tr("No log of this decoder in %1.\nLet the decoder write its logs there, then press "
+               "Refresh (F5).\n\nこのデコーダーの受信ログがまだありません。\n"
+               "デコーダーの保存先を上のフォルダーに設定し、Refresh（F5）を押してください。")
+          : tr("There is no folder %1.\nMake it and let the decoder write its logs there, then "
+               "press "
+               "Refresh (F5).\n\nログのフォルダーがありません。\nフォルダーを作ってデコーダーの"
+               "保存先に設定し、Refresh（F5）を押してください。");
+  list_->setEmptyHint(hint.arg(shownText(toUtf8(logs))));
+}
+
+QString LogBrowser::noLineHint() const {
+  return tr(
+      "This log holds no message yet.\nRefresh (F5) reads it again.\n\n"
+      "この受信ログにはまだメッセージがありません。\nRefresh（F5）で読み直します。");
 }
 
 std::filesystem::path LogBrowser::selectedLog() {
@@ -258,6 +303,7 @@ std::filesystem::path LogBrowser::selectedLog() {
 
 void LogBrowser::finishRead() {
   readEnds();
+  showEmptyHint();
   if (settings().env_keepCsrPos == 1) {
     list_->setListIndex(rememberedIndex_ < model_->rowCount() ? rememberedIndex_ : -1);
     lineKept();

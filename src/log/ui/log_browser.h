@@ -45,6 +45,8 @@ class LogBrowser : public BrowserWindow {
   LogBrowser(BrowserFrame& frame, LogKind kind);
 
   [[nodiscard]] int shownRows() const override;
+  /// Saves how the list's columns stand.
+  void programEnds() override;
 
   /// Fills the log file chooser and selects a log, which reads it.
   void GetLogFileList();
@@ -85,6 +87,9 @@ class LogBrowser : public BrowserWindow {
   /// offered.
   std::function<void(const QString& file)> showImport;  ///< empty without a file
   std::function<void()> saveList;
+
+  /// Opens the guide's page about this window; as above.
+  std::function<void()> showHelp;
 
   /// Reads the shown log again and selects the line that was selected.
   void tablesChanged() override;
@@ -159,6 +164,9 @@ class LogBrowser : public BrowserWindow {
   /// there still is one.
   virtual void lineKept() {}
 
+  /// What the list says when a log gave no line.
+  [[nodiscard]] virtual QString noLineHint() const;
+
   /// Takes every filter back, without reading.
   virtual void takeFiltersBack() {}
   /// The columns by which all days are searched.
@@ -168,6 +176,9 @@ class LogBrowser : public BrowserWindow {
 
   /// Gives an editor the keys once the selected line's details are shown.
   virtual void readyEditor(LineEditor editor, const std::string& key) = 0;
+
+  /// Opens the dialog of the user's own search engines.
+  virtual void openConfig() = 0;
 
   /// Adds to the list's menu, between the copies and the look-ups.
   virtual void addFilterActions(QMenu& menu, const QModelIndex& clicked) = 0;
@@ -184,10 +195,12 @@ class LogBrowser : public BrowserWindow {
   void addHistoryActions(QMenu& menu);
   void fillMenu();
   void addLog(const std::string& name);
+  [[nodiscard]] std::string listName() const;
   void offerLogs(const std::vector<std::string>& names);
   void finishListing();
   void tell(const LogReading::Message& message);
   void showNoLog();
+  void showEmptyHint();
   [[nodiscard]] std::filesystem::path selectedLog();
   void finishRead();
   void showContextMenu(const QPoint& position);
@@ -210,6 +223,7 @@ class LogBrowser : public BrowserWindow {
   QAction* findEntry_ = nullptr;
   QAction* reportEntry_ = nullptr;
   bool readsNothing_ = false;  // a change is made that asks for no read
+  QAction* helpEntry_ = nullptr;
   bool isListed_ = false;      // a list was made that is complete with its read
   int rememberedIndex_ = -1;   // selected before the running read, and those it overtook
   bool reportIsOwed_ = false;  // also when it was shown already

@@ -2,22 +2,89 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
 #include <algorithm>
 #include <cstdlib>
 
 namespace vel {
+namespace {
+
+constexpr int kHintMargin = 12;
+// The designed widths are for letters of this height, in pixels; the widest
+// column gives way to what larger ones take, down to this.
+constexpr double kUsualLetters = 15;
+constexpr int kNarrowestGiving = 90;
+
+QList<int> fittedWidths(const QList<int>& designed, int letters) {
+  const double scale = letters / kUsualLetters;
+  if (scale <= 1) return designed;
+  QList<int> widths;
+  int more = 0;
+  for (const int width : designed) {
+    widths.append(static_cast<int>(width * scale));
+    more += widths.constLast() - width;
+  }
+  const auto widest = std::max_element(widths.begin(), widths.end());
+  *widest = std::max(*widest - more, static_cast<int>(kNarrowestGiving * scale));
+  return widths;
+}
+
+}  // namespace
 
 LogListView::LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent)
     : LineList(model, parent), model_(model) {
+  designedWidths_ = fittedWidths(widths, fontMetrics().height());
   setObjectName(QStringLiteral("xLView1"));
   setAccessibleName(tr("Messages"));
   QHeaderView* header = horizontalHeader();
   header->setSectionsClickable(true);
+  header->setSectionsMovable(true);
   header->setSectionResizeMode(QHeaderView::Interactive);
   header->setSortIndicatorShown(false);
   header->setMinimumSectionSize(20);
-  for (int column = 0; column < widths.size(); ++column) setColumnWidth(column, widths[column]);
+  setColumnPlaces(designedPlaces());
   connect(header, &QHeaderView::sectionClicked, this, &LogListView::sortByTitle);
+  header->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(header, &QWidget::customContextMenuRequested, this, &LogListView::showTitleMenu);
+}
+
+ColumnPlaces LogListView::designedPlaces() const {
+  ColumnPlaces places;
+  for (int column = 0; column < designedWidths_.size(); ++column) {
+    places.order.push_back(column);
+    places.widths.push_back(designedWidths_[column]);
+  }
+  return places;
+}
+
+ColumnPlaces LogListView::columnPlaces() const {
+  const QHeaderView* header = horizontalHeader();
+  ColumnPlaces places;
+  for (int column = 0; column < header->count(); ++column) {
+    places.order.push_back(header->logicalIndex(column));
+    // The last one takes the room that is left: its own width is that of before.
+    const bool stretched = header->visualIndex(column) == header->count() - 1;
+    places.widths.push_back(stretched ? designedWidths_[column] : columnWidth(column));
+  }
+  return places;
+}
+
+void LogListView::setColumnPlaces(const ColumnPlaces& places) {
+  QHeaderView* header = horizontalHeader();
+  for (int place = 0; place < static_cast<int>(places.order.size()); ++place) {
+    header->moveSection(header->visualIndex(places.order[static_cast<std::size_t>(place)]), place);
+  }
+  for (int column = 0; column < static_cast<int>(places.widths.size()); ++column) {
+    setColumnWidth(column, places.widths[static_cast<std::size_t>(column)]);
+  }
+}
+
+void LogListView::showTitleMenu(const QPoint& position) {
+  QMenu menu(this);
+  menu.setObjectName(QStringLiteral("ColumnsMenu"));
+  menu.addAction(tr("Columns as at first"), this, [this] { setColumnPlaces(designedPlaces()); });
+  menu.exec(horizontalHeader()->mapToGlobal(position));
 }
 
 void LogListView::sortByTitle(int column) {
@@ -28,6 +95,24 @@ void LogListView::sortByTitle(int column) {
   horizontalHeader()->setSortIndicator(column, order);
   horizontalHeader()->setSortIndicatorShown(true);
   if (currentIndex().isValid()) scrollTo(currentIndex());
+}
+
+void LogListView::setEmptyHint(const QString& hint) {
+  if (emptyHint_ == hint) return;
+  emptyHint_ = hint;
+  // A screen reader has no other way to an empty list's words.
+  setAccessibleDescription(hint);
+  viewport()->update();
+}
+
+void LogListView::paintEvent(QPaintEvent* event) {
+  LineList::paintEvent(event);
+  if (emptyHint_.isEmpty() || model_->rowCount() > 0) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::Text));
+  painter.drawText(
+      viewport()->rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
+      Qt::AlignCenter | Qt::TextWordWrap, emptyHint_);
 }
 
 void LogListView::setListIndex(int shownIndex) {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "core/ui/line_list.h"
+#include "log/column_places.h"
 #include "log/ui/log_list_model.h"
 
 namespace vel {
 
-/// The list of messages of a browser: a click on a column title sorts, column
-/// widths can be dragged, odd rows have their own colour.
+/// The list of messages of a browser: a click on a column title sorts, columns
+/// can be dragged to other widths and places, odd rows have their own colour.
 class LogListView : public LineList {
   Q_OBJECT
 
@@ -14,6 +15,17 @@ class LogListView : public LineList {
   /// Widths are those of the columns at first, in logical pixels. The model is
   /// not owned.
   LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent);
+
+  /// How the columns stand now, and how they stand at first.
+  [[nodiscard]] ColumnPlaces columnPlaces() const;
+  [[nodiscard]] ColumnPlaces designedPlaces() const;
+  /// Puts the columns there.
+  void setColumnPlaces(const ColumnPlaces& places);
+
+  /// What the list says while it holds no line: what to do about it. Plain text;
+  /// empty for nothing.
+  void setEmptyHint(const QString& hint);
+  [[nodiscard]] const QString& emptyHint() const { return emptyHint_; }
 
   /// Selects a line and scrolls it into view; -1 clears the selection.
   void setListIndex(int shownIndex);
@@ -26,6 +38,7 @@ class LogListView : public LineList {
   void listIndexChanged();
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   /// Home and End go to the first and the last line.
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   /// Every key that goes to a line selects it, also with Ctrl.
@@ -36,11 +49,14 @@ class LogListView : public LineList {
 
  private:
   void sortByTitle(int column);
+  void showTitleMenu(const QPoint& position);
   void followLater();
   void follow();
   void keepCurrentSelected();
 
   LogListModel* model_;
+  QList<int> designedWidths_;
+  QString emptyHint_;
   QPersistentModelIndex told_;  // the line that listIndexChanged told last
 };
 

@@ -81,6 +81,7 @@ TourWindow::TourWindow(const TourHost& host, TourState& state)
 TourWindow::~TourWindow() { removeFrames(0); }
 
 void TourWindow::buildControls() {
+  setObjectName(QStringLiteral("TourWindow"));
   text_ = new WholeLines(this);
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(QStringLiteral("Explanation"));

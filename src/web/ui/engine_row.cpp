@@ -1,6 +1,8 @@
 #include "web/ui/engine_row.h"
 
 #include <QHBoxLayout>
+#include <QMenu>
+#include <utility>
 
 namespace vel {
 namespace {
@@ -22,6 +24,17 @@ EngineRow::EngineRow(const Texts& texts, QWidget* parent) : QWidget(parent) {
   row->setSpacing(4);
   row->addWidget(chooser_, 1);
   row->addWidget(button_);
+}
+
+void EngineRow::offerSettings(std::function<void()> open) {
+  chooser_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(chooser_, &QWidget::customContextMenuRequested, this,
+          [this, open = std::move(open)](const QPoint& position) {
+            QMenu menu(chooser_);
+            menu.setObjectName(QStringLiteral("EngineMenu"));
+            menu.addAction(tr("Search &engines..."), this, open);
+            menu.exec(chooser_->mapToGlobal(position));
+          });
 }
 
 EngineRow* makeFlightSearchRow(int buttonIndex,
@@ -48,9 +61,12 @@ QPushButton* makeLookUpButton(QWidget* parent, int index, const QString& caption
 }
 
 QPushButton* makeRawLogButton(QWidget* parent) {
-  return makeLookUpButton(parent, kRawLogIndex, QStringLiteral("Raw log"),
-                          EngineRow::tr("Shows the raw messages of this aircraft\n"
-                                        "この機体の受信メッセージを表示"));
+  return makeLookUpButton(
+      parent, kRawLogIndex, QStringLiteral("Raw log"),
+      EngineRow::tr("Shows the raw messages of this aircraft\nThe decoder writes "
+                    "them to logs/EachLogs\n"
+                    "この機体の生ログを表示\n"
+                    "デコーダーがlogs/EachLogsに書き出したもの"));
 }
 
 }  // namespace vel

@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 #include <QString>
 #include <QWidget>
+#include <functional>
 #include <vector>
 
 #include "core/ui/plain_text.h"
@@ -44,6 +45,10 @@ class EngineRow : public QWidget {
   [[nodiscard]] Engine engine() const {
     return static_cast<Engine>(chooser_->currentData().toInt());
   }
+
+  /// Offers the settings of the search engines by a right click on the chooser,
+  /// or its menu key.
+  void offerSettings(std::function<void()> open);
 
   [[nodiscard]] QComboBox* chooser() const { return chooser_; }
   [[nodiscard]] QPushButton* button() const { return button_; }

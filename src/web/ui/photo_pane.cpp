@@ -6,6 +6,8 @@
 #include <memory>
 #include <utility>
 
+#include "core/ui/plain_text.h"
+
 namespace vel {
 namespace {
 
@@ -76,6 +78,8 @@ PhotoPane::PhotoPane(const Context& context, int searchIndex,
 }
 
 void PhotoPane::showPhoto(const std::string& registration) {
+  missing_ = tr("No photo 写真なし\nSearch, then save it as\n検索して保存:\npics/%1.jpg")
+                 .arg(shownText(registration, kLongestTitle));
   if (const auto file = photos_.find(registration)) {
     decode(*file, {.ended = [this](const Status& decoded) { takePhoto(decoded); }});
   } else {
@@ -117,17 +121,19 @@ void PhotoPane::showPlaceholder() {
   const auto placeholder = photos_.placeholder();
   if (!placeholder) {
     decoding_.stop();
-    photo_->clear();
+    showNothing();
     return;
   }
   decode(*placeholder, {.ended = [this](const Status& decoded) {
     if (decoded && !picture_.pixels.empty()) {
       showDecoded();
     } else {
-      photo_->clear();
+      showNothing();
     }
   }});
 }
+
+void PhotoPane::showNothing() { photo_->showHint(missing_); }
 
 void PhotoPane::showDecoded() {
   photo_->showPicture(upright(picture_), trueSize());

@@ -40,12 +40,14 @@ class PhotoPane : public QWidget {
   void decode(const std::filesystem::path& file, const JobSlot::Watch& watch);
   void takePhoto(const Status& decoded);
   void showPlaceholder();
+  void showNothing();
   void showDecoded();
   [[nodiscard]] QSize trueSize() const;
 
   PhotoFolder photos_;
   JobSlot decoding_;
   JpegPicture picture_;  // of the job
+  QString missing_;      // what to do where there is no photo
   PhotoView* photo_;     // Image1
   QLabel* photoSize_;    // Label1
   EngineRow* search_;    // Combo2

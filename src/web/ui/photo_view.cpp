@@ -9,6 +9,7 @@ namespace vel {
 namespace {
 
 constexpr int kFocusFrame = 2;
+constexpr int kHintMargin = 6;
 
 }  // namespace
 
@@ -24,7 +25,14 @@ PhotoView::PhotoView(QWidget* parent) : QWidget(parent) {
 void PhotoView::showPicture(const QImage& picture, QSize trueSize) {
   picture_ = picture;
   pictureSize_ = trueSize;
+  hint_.clear();
   scaled_ = QPixmap();
+  update();
+}
+
+void PhotoView::showHint(const QString& hint) {
+  clear();
+  hint_ = hint;
   update();
 }
 
@@ -44,6 +52,11 @@ void PhotoView::paintEvent(QPaintEvent*) {
     QRect place(QPoint(), shown);
     place.moveCenter(frame.center());
     painter.drawPixmap(place, scaled_);
+  }
+  if (picture_.isNull() && !hint_.isEmpty()) {
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(frame.adjusted(kHintMargin, 0, -kHintMargin, 0),
+                     Qt::AlignCenter | Qt::TextWrapAnywhere, hint_);
   }
   painter.setPen(palette().color(QPalette::Mid));
   painter.drawRect(frame.adjusted(0, 0, -1, -1));

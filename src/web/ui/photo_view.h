@@ -17,6 +17,10 @@ class PhotoView : public QWidget {
   /// Shows a picture whose true size, in its own pixels, is this.
   void showPicture(const QImage& picture, QSize trueSize);
 
+  /// Says instead of a picture what to do to have one. Plain text.
+  void showHint(const QString& hint);
+  [[nodiscard]] const QString& hint() const { return hint_; }
+
   /// The true size of the shown picture; invalid without one.
   [[nodiscard]] QSize pictureSize() const { return pictureSize_; }
 
@@ -35,6 +39,7 @@ class PhotoView : public QWidget {
  private:
   QImage picture_;
   QSize pictureSize_;
+  QString hint_;
   QPixmap scaled_;  // to the size that was painted last
 };
 

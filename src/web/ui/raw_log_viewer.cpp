@@ -55,6 +55,9 @@ RawLogViewer::RawLogViewer(const Context& context, OwnSite& site)
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(tr("Messages"));
   text_->setToolTip(tr("The aircraft's messages; Ctrl+F finds text\n機体別の受信ログ"));
+  text_->setPlaceholderText(
+      tr("This raw log holds no message yet.\n"
+         "この生ログにはまだメッセージがありません。"));
   export_ = new KmlExport(context, site, this);
   buttons_ = makeButtonFrame();
   setTabOrder(text_, sendToMap_);

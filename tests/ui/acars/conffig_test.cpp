@@ -1,4 +1,6 @@
 #include <QCheckBox>
+#include <QContextMenuEvent>
+#include <algorithm>
 #include <filesystem>
 
 #include <gmock/gmock.h>
@@ -61,6 +63,38 @@ TEST_F(Conffig, ItsButtonIsShownWhenTheOptionIsSet) {
   startWithConfig();
   EXPECT_TRUE(button("Command10").isVisible());
   EXPECT_EQ(button("Command10").text(), QStringLiteral("Config"));
+}
+
+TEST_F(Conffig, TheMenuAndBothChoosersOpenItWhateverTheOptionSays) {
+  start();
+  ASSERT_EQ(settings().env_Config, 0);
+  const auto isOpened = [this](const char* menuName, const std::function<void()>& openMenu) {
+    bool opened = false;
+    test::inDialog(menuName, openMenu, [&](QWidget& widget) {
+      auto& menu = dynamic_cast<QMenu&>(widget);
+      const auto entries = menu.actions();
+      const auto entry = std::find_if(entries.begin(), entries.end(), [](const QAction* each) {
+        return captionOf(*each) == "Search &engines...";
+      });
+      ASSERT_NE(entry, entries.end());
+      test::inDialog(
+          "ConffigDialog",
+          [&] {
+            QTest::mouseClick(&menu, Qt::LeftButton, {}, menu.actionGeometry(*entry).center());
+          },
+          [&](QWidget& dialog) { opened = dialog.isVisible(); });
+    });
+    return opened;
+  };
+  select(0);
+  for (const char* chooser : {"Combo2", "Combo3"}) {
+    EXPECT_TRUE(isOpened("EngineMenu", [&] {
+      QContextMenuEvent asked(QContextMenuEvent::Mouse, QPoint(5, 5),
+                              logs().mapToGlobal(QPoint(5, 5)));
+      QApplication::sendEvent(&find<QComboBox>(chooser), &asked);
+    })) << chooser;
+  }
+  EXPECT_FALSE(button("Command10").isVisible());
 }
 
 TEST_F(Conffig, ItShowsTheSettings) {

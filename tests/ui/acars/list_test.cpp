@@ -256,5 +256,57 @@ TEST_F(AcarsList, TabReachesEveryControlOfTheWindow) {
   }
 }
 
+TEST_F(AcarsList, ColumnsStayWhereTheUserPutThem) {
+  start();
+  ASSERT_TRUE(list().columnPlaces() == list().designedPlaces());
+  list().setColumnWidth(kListEquipment, 77);
+  list().horizontalHeader()->moveSection(kListTime, kListFlight);
+  const ColumnPlaces places = list().columnPlaces();
+  window().close();
+  EXPECT_TRUE(fileExists(base_.folders.program / "columns.ini"));
+  program_.reset();
+  desktop_.ended = false;
+  start();
+  EXPECT_TRUE(list().columnPlaces() == places);
+  list().setColumnPlaces(list().designedPlaces());
+  window().close();
+  EXPECT_EQ(test::readBytes(base_.folders.program / "columns.ini"), "");
+}
+
+TEST_F(AcarsList, ColumnsThatNobodyMovedMakeNoFile) {
+  start();
+  window().close();
+  EXPECT_FALSE(fileExists(base_.folders.program / "columns.ini"));
+}
+
+TEST_F(AcarsList, SaysWhatToDoWhereThereIsNoLog) {
+  std::filesystem::remove_all(base_.folders.logs);
+  std::filesystem::create_directories(base_.folders.logs);
+  start();
+  const std::string hint = list().emptyHint().toStdString();
+  EXPECT_THAT(hint, testing::HasSubstr("No log of this decoder in " + toUtf8(base_.folders.logs)));
+  EXPECT_THAT(hint, testing::HasSubstr("Refresh（F5）を押してください。"));
+  EXPECT_EQ(list().accessibleDescription().toStdString(), hint);
+  std::filesystem::remove_all(base_.folders.logs);
+  QTest::keyClick(&list(), Qt::Key_F5);
+  test::finishJobs();
+  EXPECT_THAT(list().emptyHint().toStdString(),
+              testing::HasSubstr("There is no folder " + toUtf8(base_.folders.logs)));
+}
+
+TEST_F(AcarsList, SaysWhatToDoWhereNoLinePassesTheFilters) {
+  start();
+  const QImage full = list().viewport()->grab().toImage();
+  test::typeKeys(box("Text4(0)"), "ZZZ999");
+  EXPECT_EQ(list().model()->rowCount(), 0);
+  EXPECT_THAT(list().emptyHint().toStdString(), testing::HasSubstr("Clear (Ctrl+L)"));
+  const QImage hinted = list().viewport()->grab().toImage();
+  list().setEmptyHint({});
+  EXPECT_NE(hinted, list().viewport()->grab().toImage());
+  click("Command9");
+  EXPECT_GT(list().model()->rowCount(), 0);
+  EXPECT_EQ(list().viewport()->grab().toImage(), full);
+}
+
 }  // namespace
 }  // namespace vel

@@ -1,6 +1,8 @@
 #include "log/ui/log_list_view.h"
 
 #include <QHeaderView>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QSignalSpy>
@@ -8,6 +10,8 @@
 #include <QTest>
 
 #include <gmock/gmock.h>
+
+#include "tests/ui/support/window_driver.h"
 
 namespace vel {
 namespace {
@@ -62,6 +66,46 @@ TEST_F(LogListViewTest, TheFirstLineCanBeClickedAfterTheListGotTheKeyboard) {
   settle();
   EXPECT_EQ(changed.count(), 1);
   EXPECT_EQ(view_.listIndex(), 0);
+}
+
+TEST_F(LogListViewTest, ColumnsAreDraggedToOtherPlacesAndWidthsAndTheirMenuPutsThemBack) {
+  const ColumnPlaces designed{{0, 1, 2}, {40, 80, 90}};
+  EXPECT_EQ(view_.columnPlaces(), designed);
+  QHeaderView* header = view_.horizontalHeader();
+  const auto drag = [header](int from, int to) {
+    QWidget* titles = header->viewport();
+    const int y = titles->height() / 2;
+    QTest::mousePress(titles, Qt::LeftButton, {}, QPoint(from, y));
+    for (int step = 1; step <= 4; ++step) {
+      QTest::mouseMove(titles, QPoint(from + (to - from) * step / 4, y));
+      // The pointer's position alone tells offscreen nothing of the button.
+      QMouseEvent moved(QEvent::MouseMove, QPointF(from + (to - from) * step / 4, y),
+                        titles->mapToGlobal(QPointF(from + (to - from) * step / 4, y)),
+                        Qt::NoButton, Qt::LeftButton, {});
+      QApplication::sendEvent(titles, &moved);
+    }
+    QTest::mouseRelease(titles, Qt::LeftButton, {}, QPoint(to, y));
+  };
+  drag(39, 69);  // the line behind the first title
+  EXPECT_EQ(view_.columnPlaces().widths, (std::vector<int>{70, 80, 90}));
+  drag(100, 10);  // the second title, before the first
+  EXPECT_EQ(view_.columnPlaces().order, (std::vector<int>{1, 0, 2}));
+  test::inDialog(
+      "ColumnsMenu", [header] { Q_EMIT header->customContextMenuRequested(QPoint(5, 5)); },
+      [](QWidget& widget) {
+        auto& menu = dynamic_cast<QMenu&>(widget);
+        QTest::mouseClick(&menu, Qt::LeftButton, {},
+                          menu.actionGeometry(menu.actions().constFirst()).center());
+      });
+  EXPECT_EQ(view_.columnPlaces(), designed);
+}
+
+TEST_F(LogListViewTest, ColumnsComeBackWhereTheyWere) {
+  const ColumnPlaces places{{2, 0, 1}, {50, 80, 60}};
+  view_.setColumnPlaces(places);
+  EXPECT_EQ(view_.columnPlaces(), places);
+  EXPECT_EQ(view_.horizontalHeader()->logicalIndex(0), 2);
+  EXPECT_EQ(view_.columnWidth(2), 60);
 }
 
 TEST_F(LogListViewTest, ASortIsNoNewSelection) {

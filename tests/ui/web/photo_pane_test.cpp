@@ -138,5 +138,17 @@ TEST_F(PhotoPaneTest, TheFocusDrawsAFrameAndLeavesTheColoursAlone) {
   EXPECT_NE(with.pixel(photo->width() / 2, 1), without.pixel(photo->width() / 2, 1));
 }
 
+TEST_F(PhotoPaneTest, SaysWhereAPhotoBelongsWhereNothingElseCanBeShown) {
+  std::filesystem::remove(photo("noimage.jpg"));
+  show("JA<b>1");
+  const std::string hint = pane_->photo()->hint().toStdString();
+  EXPECT_NE(hint.find("pics/JA<b>1.jpg"), std::string::npos) << hint;
+  EXPECT_NE(hint.find("写真なし"), std::string::npos) << hint;
+  const QImage hinted = pane_->photo()->grab().toImage();
+  pane_->clear();
+  EXPECT_EQ(pane_->photo()->hint(), QString());
+  EXPECT_NE(pane_->photo()->grab().toImage(), hinted);
+}
+
 }  // namespace
 }  // namespace vel
