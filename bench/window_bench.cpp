@@ -266,8 +266,8 @@ constexpr int kLongRows = 25;
 
 // Lets events run until nothing is left to do and the list was painted since.
 template <typename Browser>
-void settle(Browser& browser, const PaintWatch& watch, int paintsBefore) {
-  while (!browser.context().jobs.isIdle() || watch.paints == paintsBefore) {
+void settle(Browser& browser, const vel::test::PaintWatch& watch, int paintsBefore) {
+  while (!browser.context().jobs.isIdle() || watch.count == paintsBefore) {
     QCoreApplication::processEvents();
   }
   QCoreApplication::processEvents();
@@ -280,8 +280,8 @@ bool measureLongFields(const std::string& what, LogStation<Browser>& station) {
   Browser& browser = station.browser();
   fill(browser);
   browser.show();
-  PaintWatch watch(browser.list()->viewport());
-  while (watch.paints == 0) QCoreApplication::processEvents();
+  vel::test::PaintWatch watch(browser.list()->viewport());
+  while (watch.count == 0) QCoreApplication::processEvents();
   if (browser.shownRows() != kLongRows) qFatal("the log was not read");
   constexpr int kRounds = 5;
   constexpr int kClickedRows = 5;
@@ -289,13 +289,13 @@ bool measureLongFields(const std::string& what, LogStation<Browser>& station) {
   vel::bench::LeastTime clicked(kClickedRows);
   for (int round = 0; round < kRounds; ++round) {
     shown.measure(0, [&] {
-      const int before = watch.paints;
+      const int before = watch.count;
       browser.GetLogFileList();
       settle(browser, watch, before);
     });
     for (int row = 0; row < kClickedRows; ++row) {
       clicked.measure(static_cast<std::size_t>(row), [&] {
-        const int before = watch.paints;
+        const int before = watch.count;
         const QModelIndex index = browser.model()->index(row, 1);
         QTest::mouseClick(browser.list()->viewport(), Qt::LeftButton, {},
                           browser.list()->visualRect(index).center());

@@ -19,7 +19,7 @@ inline std::string gzipped(std::string_view bytes) {
   EXPECT_EQ(
       deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, kGzipOnly + MAX_WBITS, 8, Z_DEFAULT_STRATEGY),
       Z_OK);
-  std::string packed(deflateBound(&stream, bytes.size()) + 64, '\0');
+  std::string packed(deflateBound(&stream, static_cast<uLong>(bytes.size())) + 64, '\0');
   std::string copy(bytes);
   stream.next_in = reinterpret_cast<Bytef*>(copy.data());
   stream.avail_in = static_cast<uInt>(copy.size());

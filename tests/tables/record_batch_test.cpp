@@ -43,7 +43,8 @@ class BatchRewriteTest : public testing::Test {
   }
   test::DrivenRewrite write(std::shared_ptr<const RecordBatch> batch) {
     ReferenceTableRewrite rewrite(base_.folders, Encoding::codePage932(), std::move(batch));
-    return test::drive(desktop_, rewrite);
+    test::EventTurns turns;
+    return test::drive(desktop_, rewrite, turns);
   }
 
   test::TemporaryBase base_;

@@ -114,7 +114,9 @@ QVariant DifferenceModel::headerData(int section, Qt::Orientation orientation, i
 }
 
 Qt::ItemFlags DifferenceModel::flags(const QModelIndex& index) const {
-  Qt::ItemFlags flags = QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled;
+  Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  if (!index.isValid()) return flags;
+  flags |= Qt::ItemIsDragEnabled;
   if (index.column() == kTick) flags |= Qt::ItemIsUserCheckable;
   return flags;
 }

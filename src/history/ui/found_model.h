@@ -45,7 +45,8 @@ class FoundModel : public QAbstractTableModel {
                                     int role) const override;
   /// Rows can be dragged to other programs, see draggedRows().
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
-    return QAbstractTableModel::flags(index) | Qt::ItemIsDragEnabled;
+    const Qt::ItemFlags own = QAbstractTableModel::flags(index);
+    return index.isValid() ? own | Qt::ItemIsDragEnabled : own;
   }
   [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
   [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {

@@ -115,9 +115,10 @@ QPushButton* LogBrowser::addTopButton(const QString& text, const QString& name,
   return button;
 }
 
-void LogBrowser::makeList(QWidget* parent, LogListModel* model, const QList<int>& widths) {
+void LogBrowser::makeList(QWidget* parent, LogListModel* model, const QList<int>& widths,
+                          int firstGrowing) {
   model_ = model;
-  list_ = new LogListView(model, widths, parent);
+  list_ = new LogListView(model, widths, parent, firstGrowing);
   const auto columns = static_cast<std::size_t>(widths.size());
   if (const auto places = loadColumns(columnsFile(context().folders), listName(), columns)) {
     list_->setColumnPlaces(*places);

@@ -138,8 +138,9 @@ class LogBrowser : public BrowserWindow {
   void dropEvent(QDropEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  /// The list over a new model.
-  void makeList(QWidget* parent, LogListModel* model, const QList<int>& widths);
+  /// The list over a new model; see LogListView.
+  void makeList(QWidget* parent, LogListModel* model, const QList<int>& widths,
+                int firstGrowing = 0);
 
   /// Lists the logs and reads one, as GetLogFileList. `filled` is called when
   /// that read has ended, or at once where there is no log; never where the

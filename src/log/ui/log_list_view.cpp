@@ -16,14 +16,14 @@ constexpr int kHintMargin = 12;
 constexpr double kUsualLetters = 15;
 constexpr int kNarrowestGiving = 90;
 
-QList<int> fittedWidths(const QList<int>& designed, int letters) {
+QList<int> fittedWidths(const QList<int>& designed, int letters, int firstGrowing) {
   const double scale = letters / kUsualLetters;
   if (scale <= 1) return designed;
-  QList<int> widths;
+  QList<int> widths = designed;
   int more = 0;
-  for (const int width : designed) {
-    widths.append(static_cast<int>(width * scale));
-    more += widths.constLast() - width;
+  for (int column = firstGrowing; column < widths.size(); ++column) {
+    widths[column] = static_cast<int>(designed[column] * scale);
+    more += widths[column] - designed[column];
   }
   const auto widest = std::max_element(widths.begin(), widths.end());
   *widest = std::max(*widest - more, static_cast<int>(kNarrowestGiving * scale));
@@ -32,9 +32,10 @@ QList<int> fittedWidths(const QList<int>& designed, int letters) {
 
 }  // namespace
 
-LogListView::LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent)
+LogListView::LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent,
+                         int firstGrowing)
     : LineList(model, parent), model_(model) {
-  designedWidths_ = fittedWidths(widths, fontMetrics().height());
+  designedWidths_ = fittedWidths(widths, fontMetrics().height(), firstGrowing);
   setObjectName(QStringLiteral("xLView1"));
   setAccessibleName(tr("Messages"));
   QHeaderView* header = horizontalHeader();

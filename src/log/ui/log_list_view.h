@@ -14,7 +14,8 @@ class LogListView : public LineList {
  public:
   /// Widths are those of the columns at first, in logical pixels. The model is
   /// not owned.
-  LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent);
+  /// Larger letters make the columns from `firstGrowing` on wider.
+  LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent, int firstGrowing = 0);
 
   /// How the columns stand now, and how they stand at first.
   [[nodiscard]] ColumnPlaces columnPlaces() const;
