@@ -13,7 +13,7 @@ BrowserWindow::BrowserWindow(BrowserFrame& frame, QSize designedSize, QSize smal
       designedSize_(designedSize),
       smallestSize_(smallestSize),
       placement_(new OuterPlacement(*this)) {
-  keepSmallestSize();
+  keepSmallestSize(0);
   resize(toPixels(designedSize.width()), toPixels(designedSize.height()));
   connect(placement_, &OuterPlacement::looking, this, &BrowserWindow::noticeFrame);
   connect(placement_, &OuterPlacement::settled, this, [this] {
@@ -41,10 +41,12 @@ void BrowserWindow::setOuterTwips(const QRect& outer) {
   placement_->place(outer, frame_.place().frame());
 }
 
-void BrowserWindow::keepSmallestSize() {
+void BrowserWindow::keepSmallestSize() { keepSmallestSize(neededWidth()); }
+
+void BrowserWindow::keepSmallestSize(int width) {
   // The smallest size is one with the frame around the window.
   const QSize outer(toPixels(smallestSize_.width()), toPixels(smallestSize_.height()));
-  setMinimumSize(outer.shrunkBy(frameOf(*this)).expandedTo(QSize(qMax(1, neededWidth()), 1)));
+  setMinimumSize(outer.shrunkBy(frameOf(*this)).expandedTo(QSize(qMax(1, width), 1)));
 }
 
 void BrowserWindow::noticeFrame() {

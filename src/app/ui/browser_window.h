@@ -72,6 +72,8 @@ class BrowserWindow : public QMainWindow {
   [[nodiscard]] Settings& settings() const { return context().settings; }
 
  private:
+  /// No smaller than the designed least, nor narrower inside than this, in pixels.
+  void keepSmallestSize(int width);
   [[nodiscard]] WindowState state() const;
   void noticeFrame();
   void recordPlace();

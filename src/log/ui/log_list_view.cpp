@@ -34,8 +34,9 @@ QList<int> fittedWidths(const QList<int>& designed, int letters, int firstGrowin
 
 LogListView::LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent,
                          int firstGrowing)
-    : LineList(model, parent), model_(model) {
-  designedWidths_ = fittedWidths(widths, fontMetrics().height(), firstGrowing);
+    : LineList(model, parent),
+      model_(model),
+      designedWidths_(fittedWidths(widths, fontMetrics().height(), firstGrowing)) {
   setObjectName(QStringLiteral("xLView1"));
   setAccessibleName(tr("Messages"));
   QHeaderView* header = horizontalHeader();
