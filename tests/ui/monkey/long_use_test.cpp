@@ -128,9 +128,16 @@ TEST_F(LongUse, OpeningEveryWindow) {
   // The names of a line's airports, by which one of them is edited.
   auto* const airport = acars.findChild<QWidget*>(QStringLiteral("Label2(4)"));
   ASSERT_NE(airport, nullptr);
+  finish();
   acars.list()->setFocus();
-  QTest::keyClick(acars.list(), Qt::Key_Home, Qt::ControlModifier);
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !airport->property("text").toString().isEmpty(); }));
+  // A read that ends takes the selection with it.
+  const auto isShown = [&] {
+    if (acars.list()->listIndex() < 0) {
+      QTest::keyClick(acars.list(), Qt::Key_Home, Qt::ControlModifier);
+    }
+    return !airport->property("text").toString().isEmpty();
+  };
+  ASSERT_TRUE(QTest::qWaitFor(isShown, 60'000));
   finish();
   const int count = times(50);
   repeat("tour", count, [&] { openAndClose([&] { press(acars, "Command4"); }); });
