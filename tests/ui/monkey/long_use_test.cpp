@@ -130,14 +130,11 @@ TEST_F(LongUse, OpeningEveryWindow) {
   ASSERT_NE(airport, nullptr);
   finish();
   acars.list()->setFocus();
-  // A read that ends takes the selection with it.
-  const auto isShown = [&] {
-    if (acars.list()->listIndex() < 0) {
-      QTest::keyClick(acars.list(), Qt::Key_Home, Qt::ControlModifier);
-    }
-    return !airport->property("text").toString().isEmpty();
-  };
-  ASSERT_TRUE(QTest::qWaitFor(isShown, 60'000));
+  for (const Qt::Key key : {Qt::Key_End, Qt::Key_Home}) {
+    QTest::keyClick(acars.list(), key, Qt::ControlModifier);
+    finish();
+  }
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !airport->property("text").toString().isEmpty(); }));
   finish();
   const int count = times(50);
   repeat("tour", count, [&] { openAndClose([&] { press(acars, "Command4"); }); });
