@@ -125,21 +125,9 @@ TEST_F(LongUse, ReadingTheLogsAgain) {
 TEST_F(LongUse, OpeningEveryWindow) {
   AcarsBrowser& acars = program_.acars();
   HfdlBrowser& hfdl = program_.hfdl();
-  // The names of a line's airports, by which one of them is edited.
-  auto* const airport = acars.findChild<QWidget*>(QStringLiteral("Label2(4)"));
-  ASSERT_NE(airport, nullptr);
-  finish();
-  acars.list()->setFocus();
-  for (const Qt::Key key : {Qt::Key_End, Qt::Key_Home}) {
-    QTest::keyClick(acars.list(), key, Qt::ControlModifier);
-    finish();
-  }
-  ASSERT_TRUE(QTest::qWaitFor([&] { return !airport->property("text").toString().isEmpty(); }));
   finish();
   const int count = times(50);
   repeat("tour", count, [&] { openAndClose([&] { press(acars, "Command4"); }); });
-  repeat("airport", count,
-         [&] { openAndClose([&] { QTest::mouseClick(airport, Qt::LeftButton); }); });
   repeat("configuration", count, [&] { openAndClose([&] { press(acars, "Command10"); }); });
   repeat("find", count, [&] { openAndClose(acars.showFind); });
   repeat("report", count, [&] { openAndClose(acars.showReport); });
