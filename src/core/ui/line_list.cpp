@@ -2,12 +2,18 @@
 
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QPainter>
 #include <algorithm>
 
 #include "core/ui/list_rows.h"
 #include "core/ui/shown_text_delegate.h"
 
 namespace vel {
+namespace {
+
+constexpr int kHintMargin = 12;
+
+}  // namespace
 
 LineList::LineList(QAbstractItemModel* model, QWidget* parent) : QTableView(parent) {
   setModel(model);
@@ -29,6 +35,24 @@ LineList::LineList(QAbstractItemModel* model, QWidget* parent) : QTableView(pare
   horizontalHeader()->setStretchLastSection(true);
   connect(this, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { Q_EMIT lineOpened(index.row()); });
+}
+
+void LineList::setEmptyHint(const QString& hint) {
+  if (emptyHint_ == hint) return;
+  emptyHint_ = hint;
+  // A screen reader has no other way to an empty list's words.
+  setAccessibleDescription(hint);
+  viewport()->update();
+}
+
+void LineList::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (emptyHint_.isEmpty() || model()->rowCount() > 0) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::Text));
+  painter.drawText(
+      viewport()->rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
+      Qt::AlignCenter | Qt::TextWordWrap, emptyHint_);
 }
 
 int LineList::listIndex() const {

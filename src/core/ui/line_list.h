@@ -14,6 +14,11 @@ class LineList : public QTableView {
   /// The model is not owned.
   LineList(QAbstractItemModel* model, QWidget* parent);
 
+  /// What the list says while it holds no line: what to do about it. Plain text;
+  /// empty for nothing.
+  void setEmptyHint(const QString& hint);
+  [[nodiscard]] const QString& emptyHint() const { return emptyHint_; }
+
   /// The shown index of the selected line, -1 for none.
   [[nodiscard]] int listIndex() const;
 
@@ -30,6 +35,10 @@ class LineList : public QTableView {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QString emptyHint_;
 };
 
 }  // namespace vel

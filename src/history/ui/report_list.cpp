@@ -1,6 +1,7 @@
 #include "history/ui/report_list.h"
 
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 #include "core/ui/plain_text.h"
@@ -79,17 +80,43 @@ ReportList::ReportList(const QStringList& captions, const QString& names, QWidge
   connect(view_, &LineList::copied, this, &ReportList::copied);
 }
 
-void ReportList::setLines(int list, std::vector<ReportListModel::Line> lines) {
-  auto& kept = lists_[static_cast<std::size_t>(list)];
-  kept = std::move(lines);
-  chooser_->setItemText(list, QStringLiteral("%1 (%2)").arg(captions_[list]).arg(kept.size()));
-  if (list == chooser_->currentIndex()) showList();
+void ReportList::clear() {
+  isKnown_ = false;
+  for (Lines& lines : lists_) lines.clear();
+  view_->setEmptyHint({});
+  showCounts();
+  showList();
+}
+
+void ReportList::setLists(std::vector<Lines> lists) {
+  lists_ = std::move(lists);
+  view_->setEmptyHint(tr("None. ありません。"));
+  showCounts();
+  if (!std::exchange(isKnown_, true) && shownLines().empty()) {
+    const auto filled = std::find_if(lists_.begin(), lists_.end(),
+                                     [](const Lines& lines) { return !lines.empty(); });
+    if (filled != lists_.end()) {
+      chooser_->setCurrentIndex(static_cast<int>(filled - lists_.begin()));
+    }
+  }
+  showList();
+}
+
+void ReportList::showCounts() {
+  for (int list = 0; list < chooser_->count(); ++list) {
+    const std::size_t count = lists_[static_cast<std::size_t>(list)].size();
+    chooser_->setItemText(list, QStringLiteral("%1 (%2)").arg(captions_[list]).arg(count));
+  }
+}
+
+const ReportList::Lines& ReportList::shownLines() const {
+  return lists_[static_cast<std::size_t>(chooser_->currentIndex())];
 }
 
 void ReportList::showList() {
   const QModelIndex current = view_->currentIndex();
   const std::string selected = current.isValid() ? model_->line(current.row()).name : "";
-  model_->setLines(lists_[static_cast<std::size_t>(chooser_->currentIndex())]);
+  model_->setLines(shownLines());
   for (int row = 0; !selected.empty() && row < model_->rowCount(); ++row) {
     if (model_->line(row).name != selected) continue;
     view_->setCurrentIndex(model_->index(row, 0));

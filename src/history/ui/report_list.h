@@ -55,9 +55,14 @@ class ReportList : public QWidget {
   /// of chooser and list.
   ReportList(const QStringList& captions, const QString& names, QWidget* parent);
 
-  /// Puts lines in place of those of one list; what is selected stays selected
-  /// where it still is there.
-  void setLines(int list, std::vector<ReportListModel::Line> lines);
+  using Lines = std::vector<ReportListModel::Line>;
+
+  /// Empties all lists: what they will hold is not known yet.
+  void clear();
+  /// Puts lines in place of those of each list; what is selected stays selected
+  /// where it still is there. After clear() a list that has lines is shown, if
+  /// any has.
+  void setLists(std::vector<Lines> lists);
 
   /// The list that is shown.
   [[nodiscard]] QTableView& shownList() const { return *view_; }
@@ -69,11 +74,14 @@ class ReportList : public QWidget {
   void copied(const QString& text);
 
  private:
+  void showCounts();
   void showList();
+  [[nodiscard]] const Lines& shownLines() const;
   void open(int row);
 
   QStringList captions_;
-  std::vector<std::vector<ReportListModel::Line>> lists_;
+  std::vector<Lines> lists_;
+  bool isKnown_ = false;
   QComboBox* chooser_;
   ReportListModel* model_;
   LineList* view_;

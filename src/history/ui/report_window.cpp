@@ -60,8 +60,8 @@ std::vector<std::string> namesOf(const NameCounts& counts) {
   return names;
 }
 
-std::vector<ReportListModel::Line> linesOf(const std::vector<TableGap>& gaps) {
-  std::vector<ReportListModel::Line> lines;
+ReportList::Lines linesOf(const std::vector<TableGap>& gaps) {
+  ReportList::Lines lines;
   lines.reserve(gaps.size());
   for (const TableGap& gap : gaps) {
     const std::string address = gap.address.empty() ? "" : kAddressMark + gap.address;
@@ -70,9 +70,8 @@ std::vector<ReportListModel::Line> linesOf(const std::vector<TableGap>& gaps) {
   return lines;
 }
 
-std::vector<ReportListModel::Line> linesOf(const std::vector<std::string>& names,
-                                           const NameCounts& counts) {
-  std::vector<ReportListModel::Line> lines;
+ReportList::Lines linesOf(const std::vector<std::string>& names, const NameCounts& counts) {
+  ReportList::Lines lines;
   lines.reserve(names.size());
   for (const std::string& name : names) lines.push_back({name, name, counts.of(name)});
   return lines;
@@ -220,8 +219,8 @@ void ReportWindow::open(ReportKind kind, const std::string& log) {
   firstHeard_.stop();
   counting_.stop();
   showCounts();
-  for (int list = 0; list < static_cast<int>(kGapKinds); ++list) gaps_->setLines(list, {});
-  for (const int list : {0, 1}) first_->setLines(list, {});
+  gaps_->clear();
+  first_->clear();
   progress_->setValue(0);
   progress_->hide();
   for (QPushButton* button : {saveHtml_, saveCsv_}) button->setEnabled(false);
@@ -287,10 +286,12 @@ void ReportWindow::findGaps() {
                      say(toQString(result.error().text()));
                      return;
                    }
+                   std::vector<ReportList::Lines> lists;
                    for (std::size_t kind = 0; kind < kGapKinds; ++kind) {
                      report_.gaps[kind] = gaps->gaps(static_cast<GapKind>(kind));
-                     gaps_->setLines(static_cast<int>(kind), linesOf(report_.gaps[kind]));
+                     lists.push_back(linesOf(report_.gaps[kind]));
                    }
+                   gaps_->setLists(std::move(lists));
                  }});
 }
 
@@ -321,8 +322,8 @@ void ReportWindow::showFirstHeard(const FirstHeard& first, const Status& result)
   if (!problems.empty()) say(toQString(problems).remove(QLatin1Char('\r')));
   report_.firstHeard = first.heardFirst();
   const DayCounts& day = report_.days.front();
-  first_->setLines(0, linesOf(report_.firstHeard.aircraft, day.aircraft));
-  first_->setLines(1, linesOf(report_.firstHeard.flights, day.flights));
+  first_->setLists({linesOf(report_.firstHeard.aircraft, day.aircraft),
+                    linesOf(report_.firstHeard.flights, day.flights)});
   for (QPushButton* button : {saveHtml_, saveCsv_}) button->setEnabled(true);
 }
 

@@ -3,14 +3,12 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
 #include <algorithm>
 #include <cstdlib>
 
 namespace vel {
 namespace {
 
-constexpr int kHintMargin = 12;
 // The designed widths are for letters of this height, in pixels; the widest
 // column gives way to what larger ones take, down to this.
 constexpr double kUsualLetters = 15;
@@ -97,24 +95,6 @@ void LogListView::sortByTitle(int column) {
   horizontalHeader()->setSortIndicator(column, order);
   horizontalHeader()->setSortIndicatorShown(true);
   if (currentIndex().isValid()) scrollTo(currentIndex());
-}
-
-void LogListView::setEmptyHint(const QString& hint) {
-  if (emptyHint_ == hint) return;
-  emptyHint_ = hint;
-  // A screen reader has no other way to an empty list's words.
-  setAccessibleDescription(hint);
-  viewport()->update();
-}
-
-void LogListView::paintEvent(QPaintEvent* event) {
-  LineList::paintEvent(event);
-  if (emptyHint_.isEmpty() || model_->rowCount() > 0) return;
-  QPainter painter(viewport());
-  painter.setPen(palette().color(QPalette::Text));
-  painter.drawText(
-      viewport()->rect().adjusted(kHintMargin, kHintMargin, -kHintMargin, -kHintMargin),
-      Qt::AlignCenter | Qt::TextWordWrap, emptyHint_);
 }
 
 void LogListView::setListIndex(int shownIndex) {

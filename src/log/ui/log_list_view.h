@@ -23,11 +23,6 @@ class LogListView : public LineList {
   /// Puts the columns there.
   void setColumnPlaces(const ColumnPlaces& places);
 
-  /// What the list says while it holds no line: what to do about it. Plain text;
-  /// empty for nothing.
-  void setEmptyHint(const QString& hint);
-  [[nodiscard]] const QString& emptyHint() const { return emptyHint_; }
-
   /// Selects a line and scrolls it into view; -1 clears the selection.
   void setListIndex(int shownIndex);
 
@@ -39,7 +34,6 @@ class LogListView : public LineList {
   void listIndexChanged();
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
   /// Home and End go to the first and the last line.
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   /// Every key that goes to a line selects it, also with Ctrl.
@@ -57,7 +51,6 @@ class LogListView : public LineList {
 
   LogListModel* model_;
   QList<int> designedWidths_;
-  QString emptyHint_;
   QPersistentModelIndex told_;  // the line that listIndexChanged told last
 };
 

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "core/ui/line_list.h"
 #include "tests/ui/support/test_station.h"
 
 namespace vel::test {
@@ -109,6 +110,28 @@ TEST_F(ReportWindowTest, WhatIsMissingShrinksAsRecordsAreWritten) {
   std::filesystem::rename(data / "aircraft.new", data / "aircraft.csv");
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return lines(find<QTableView>("GapList")) == std::vector<std::string>{"JA0002 1"}; }));
+}
+
+TEST_F(ReportWindowTest, AListThatHasLinesIsShownAndAnEmptyOneSaysSo) {
+  station_.base.writeData("aircraft.csv", {"JA8089,B789", "JA0001,B789", "JA0002,B788"});
+  auto& list = find<LineList>("GapList");
+  EXPECT_TRUE(list.emptyHint().isEmpty());
+  open(ReportKind::list, "20261120_list.csv");
+  showPage(Qt::Key_M);
+  auto& chooser = find<QComboBox>("GapChooser");
+  EXPECT_EQ(chooser.currentIndex(), static_cast<int>(GapKind::flight));
+  EXPECT_THAT(lines(list), ElementsAre("JL0013 2", "ZZ1 1"));
+  EXPECT_THAT(missing(GapKind::aircraft), IsEmpty());
+  EXPECT_EQ(list.emptyHint().toStdString(), "None. ありません。");
+  EXPECT_EQ(list.accessibleDescription(), list.emptyHint());
+  // What the user chose stays, while the lists follow the tables.
+  station_.base.writeData("letter.new", {"ZZ,ZZZ,Somebody", "JL,JAL,Japan Airlines"});
+  const auto& data = station_.base.folders.data;
+  std::filesystem::rename(data / "letter.new", data / "letter.csv");
+  const int prefixes = static_cast<int>(GapKind::prefix);
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return chooser.itemText(prefixes).endsWith(QStringLiteral("(0)")); }));
+  EXPECT_EQ(chooser.currentIndex(), static_cast<int>(GapKind::aircraft));
 }
 
 TEST_F(ReportWindowTest, DoubleClickAndEnterSelectALineInTheBrowser) {
