@@ -27,6 +27,16 @@ void describe(QWidget& control, const char* name, const QString& toolTip) {
   control.setToolTip(toolTip);
 }
 
+// File managers copy a path with quotes around it.
+QString pathOf(const QString& text) {
+  QString path = text.trimmed();
+  constexpr QLatin1Char kQuote('"');
+  if (path.size() > 1 && path.startsWith(kQuote) && path.endsWith(kQuote)) {
+    path = path.mid(1, path.size() - 2);
+  }
+  return path;
+}
+
 }  // namespace
 
 ImportDialog::ImportDialog(const Context& context, QWidget* parent)
@@ -99,6 +109,7 @@ ImportDialog::ImportDialog(const Context& context, QWidget* parent)
   };
   resize(kFirstSize);
   fitToScreen(*this);
+  file_->setFocus();
   showPlan();
 }
 
@@ -109,7 +120,6 @@ QWidget* ImportDialog::makeFileRow() {
   auto* first = new QHBoxLayout;
   auto* caption = new QLabel(tr("&File ファイル"), row);
   caption->setBuddy(file_);
-  file_->setReadOnly(true);
   describe(*file_, "ImportFile", tr("The file to import\n取り込むファイル"));
   describe(*choose_, "ImportChoose",
            tr("Chooses the file; it can also be dropped on a browser\n"
@@ -134,6 +144,9 @@ QWidget* ImportDialog::makeFileRow() {
   second->addStretch();
   lines->addLayout(first);
   lines->addLayout(second);
+  connect(file_, &QLineEdit::editingFinished, this, [this] {
+    if (file_->isModified()) setFile(pathOf(file_->text()));
+  });
   connect(choose_, &QPushButton::clicked, this, [this] {
     const QString file = chooseFile(this);
     if (!file.isEmpty()) setFile(file);
@@ -182,11 +195,15 @@ void ImportDialog::setFile(const QString& file) {
 }
 
 void ImportDialog::readFile() {
-  if (file_->text().isEmpty() || isWriting_) return;
+  if (isWriting_) return;
   isDone_ = false;
   planning_.stop();
   differences_->setPlan(nullptr);
   plan_.reset();
+  if (file_->text().isEmpty()) {
+    showPlan();
+    return;
+  }
   ImportWish wish;
   wish.all = all_->isChecked();
   if (table_->currentIndex() > 0) {
@@ -216,7 +233,7 @@ void ImportDialog::planned(const Status& result) {
 
 void ImportDialog::showPlan() {
   const bool isReading = planning_.isRunning();
-  for (QWidget* control : std::initializer_list<QWidget*>{choose_, table_, all_}) {
+  for (QWidget* control : std::initializer_list<QWidget*>{file_, choose_, table_, all_}) {
     control->setEnabled(!isWriting_);
   }
   differences_->setPlan(plan_ ? &*plan_ : nullptr);

@@ -114,6 +114,33 @@ EXPECT_EQ(base_.data("airport.csv"), before);
 EXPECT_FALSE(std::filesystem::exists(base_.folders.data / "airport.bak"));
 }  // namespace
 
+TEST_F(ImportDialogTest, APathCanBeTypedOrPasted) {
+  start();
+  const std::string before = base_.data("airport.csv");
+  inDialog(
+      "ImportDialog", [this] { browser().showImport(QString()); },
+      [&](QWidget& dialog) {
+        auto& file = control<QLineEdit>(dialog, "ImportFile");
+        EXPECT_EQ(dialog.focusWidget(), &file);
+        QTest::keyClicks(&file, QLatin1Char('"') + toQString(airports_) + QLatin1Char('"'));
+        // Enter in the box reads the file; nothing is written yet.
+        QTest::keyClick(&file, Qt::Key_Return);
+        finishJobs();
+        EXPECT_EQ(file.text(), toQString(airports_));
+        EXPECT_THAT(summary(dialog), HasSubstr("airport.csv: 1 new, 1 differs, 1 the same"));
+        EXPECT_EQ(base_.data("airport.csv"), before);
+        typeOver(file, "no such file");
+        QTest::keyClick(&file, Qt::Key_Tab);
+        finishJobs();
+        EXPECT_THAT(summary(dialog), HasSubstr("There is no such file."));
+        EXPECT_FALSE(control<QPushButton>(dialog, "ImportButton").isEnabled());
+        typeOver(file, "");
+        QTest::keyClick(&file, Qt::Key_Tab);
+        EXPECT_THAT(summary(dialog), HasSubstr("Choose a file"));
+        press(control<QPushButton>(dialog, "CancelButton"));
+      });
+}
+
 TEST_F(ImportDialogTest, ATickTakesARecordFromTheFile) {
   start();
   import(airports_, [&](ImportDialog& dialog) {
