@@ -36,6 +36,10 @@ std::string mapCharacters(std::string_view text, Convert convert) {
   return mapped;
 }
 
+// Kana, ideographs and the marks among them: what Japanese texts are made of,
+// known without asking the platform.
+bool hasNoCase(char32_t character) { return character >= 0x3000 && character < 0xA000; }
+
 // The names under which people know code page 932. The converters' own idea of
 // "Shift_JIS" lacks the characters that makers added to it.
 bool namesCodePage932(std::string_view name) {
@@ -92,7 +96,7 @@ constexpr std::array<UndefinedByte, 5> kUndefined = {{{'\x80', U'\u0080'},
                                                       {'\xFF', U'\uF8F3'}}};
 
 const UndefinedByte* undefinedByte(char byte) {
-  if (static_cast<unsigned char>(byte) < 0x80) return nullptr;
+  if (byte != '\x80' && byte != '\xA0' && static_cast<unsigned char>(byte) < 0xFD) return nullptr;
   const auto* found = std::find_if(kUndefined.begin(), kUndefined.end(),
                                    [&](const UndefinedByte& each) { return each.byte == byte; });
   return found == kUndefined.end() ? nullptr : found;
@@ -362,9 +366,13 @@ std::string_view Trim(std::string_view text) {
   return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-std::string toLower(std::string_view text) { return mapCharacters(text, platform::lowerCase); }
+std::string toLower(std::string_view text) {
+  return mapCharacters(text, [](char32_t c) { return hasNoCase(c) ? c : platform::lowerCase(c); });
+}
 
-std::string toUpper(std::string_view text) { return mapCharacters(text, platform::upperCase); }
+std::string toUpper(std::string_view text) {
+  return mapCharacters(text, [](char32_t c) { return hasNoCase(c) ? c : platform::upperCase(c); });
+}
 
 std::vector<std::string_view> split(std::string_view text, char separator) {
   std::vector<std::string_view> pieces;

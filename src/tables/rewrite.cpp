@@ -1,6 +1,5 @@
 #include "tables/rewrite.h"
 
-#include <functional>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -38,32 +37,26 @@ CarryRule ruleOf(Table table, LetterFields letterFields) {
   return {0, false, false};
 }
 
-/// The records that a rewrite puts into a table, by number.
-class NewRecords {
- public:
-  virtual ~NewRecords() = default;
-  [[nodiscard]] virtual std::size_t count() const = 0;
-  /// The number of the record that takes the place of a line with that field 1.
-  [[nodiscard]] virtual std::optional<std::size_t> of(std::string_view firstField) const = 0;
-  /// In the table's encoding; empty deletes the lines of its key, and a new key
-  /// is not added then.
-  [[nodiscard]] virtual std::string_view record(std::size_t number) const = 0;
-  /// False for one that stays out.
-  [[nodiscard]] virtual bool isAdded(std::size_t number) const = 0;
-};
+// The records that a rewrite puts into a table, by number, have
+//   count(), how many there are;
+//   of(field), the number of the one that takes the place of a line with that
+//     field 1;
+//   record(number), in the table's encoding; empty deletes the lines of its key,
+//     and a new key is not added then;
+//   isAdded(number), false for one that stays out.
 
 /// The record of a single edit.
-class OneRecord : public NewRecords {
+class OneRecord {
  public:
   OneRecord(const Encoding& encoding, std::string_view key, const std::string& record)
       : key_(encoding, key), record_(record) {}
 
-  [[nodiscard]] std::size_t count() const override { return 1; }
-  [[nodiscard]] std::optional<std::size_t> of(std::string_view firstField) const override {
+  [[nodiscard]] static std::size_t count() { return 1; }
+  [[nodiscard]] std::optional<std::size_t> of(std::string_view firstField) const {
     return key_.equals(firstField) ? std::optional<std::size_t>(0) : std::nullopt;
   }
-  [[nodiscard]] std::string_view record(std::size_t) const override { return record_; }
-  [[nodiscard]] bool isAdded(std::size_t) const override { return !record_.empty(); }
+  [[nodiscard]] std::string_view record(std::size_t) const { return record_; }
+  [[nodiscard]] bool isAdded(std::size_t) const { return !record_.empty(); }
 
  private:
   Key key_;
@@ -71,42 +64,39 @@ class OneRecord : public NewRecords {
 };
 
 /// Those of a batch that are included.
-class BatchRecords : public NewRecords {
+class BatchRecords {
  public:
   explicit BatchRecords(const RecordBatch& batch) : batch_(batch) {}
 
-  [[nodiscard]] std::size_t count() const override { return batch_.size(); }
-  [[nodiscard]] std::optional<std::size_t> of(std::string_view firstField) const override {
+  [[nodiscard]] std::size_t count() const { return batch_.size(); }
+  [[nodiscard]] std::optional<std::size_t> of(std::string_view firstField) const {
     const auto found = batch_.find(firstField);
     return found && batch_.isIncluded(*found) ? found : std::nullopt;
   }
-  [[nodiscard]] std::string_view record(std::size_t number) const override {
-    return batch_.record(number);
-  }
-  [[nodiscard]] bool isAdded(std::size_t number) const override {
-    return batch_.isIncluded(number);
-  }
+  [[nodiscard]] std::string_view record(std::size_t number) const { return batch_.record(number); }
+  [[nodiscard]] bool isAdded(std::size_t number) const { return batch_.isIncluded(number); }
 
  private:
   const RecordBatch& batch_;
 };
 
-/// The first fields of a line, or nothing when there are not so many.
-std::optional<std::string_view> firstFields(std::string_view line, std::size_t count) {
-  std::size_t end = 0;
-  for (std::size_t field = 1;; ++field) {
-    const std::size_t comma = line.find(',', end);
-    if (field == count) return line.substr(0, comma);
+/// The first fields of a line, of which the first one ends at `comma`, or nothing
+/// when there are not so many.
+std::optional<std::string_view> firstFields(std::string_view line, std::size_t comma,
+                                            std::size_t count) {
+  for (std::size_t field = 1; field < count; ++field) {
     if (comma == std::string_view::npos) return std::nullopt;
-    end = comma + 1;
+    comma = line.find(',', comma + 1);
   }
+  return line.substr(0, comma);
 }
 
 /// Carries the lines of the live table over, with the edit applied.
+template <typename Records>
 class EditedCopy {
  public:
   /// `table` names the file in errors.
-  EditedCopy(const CarryRule& rule, bool keepsOldKey, const NewRecords& records,
+  EditedCopy(const CarryRule& rule, bool keepsOldKey, const Records& records,
              std::filesystem::path table, OutputFile& to)
       : rule_(rule),
         keepsOldKey_(keepsOldKey),
@@ -172,11 +162,11 @@ class EditedCopy {
     if (const auto number = records_.of(firstField)) return replaced(*number, firstField);
     if (rule_.keptFields == 0) return {.written = true, .text = line};
     if (rule_.keepsOneMore) {
-      if (const auto more = firstFields(line, rule_.keptFields + 1)) {
+      if (const auto more = firstFields(line, comma, rule_.keptFields + 1)) {
         return {.written = true, .text = *more};
       }
     }
-    const auto kept = firstFields(line, rule_.keptFields);
+    const auto kept = firstFields(line, comma, rule_.keptFields);
     if (!kept) return {.incomplete = true};
     return {.written = true, .text = *kept};
   }
@@ -200,7 +190,7 @@ class EditedCopy {
 
   CarryRule rule_;
   bool keepsOldKey_;
-  const NewRecords& records_;
+  const Records& records_;
   std::vector<bool> isWritten_;  // or, without a text, its lines were left out
   std::string replacing_;
   std::filesystem::path table_;
@@ -221,14 +211,13 @@ Status clearSecondName(const TableFiles& files) {
   return removeFile(files.temporary);
 }
 
-/// Makes what carries the table over to a new file.
-using CopyMaker = std::function<EditedCopy(OutputFile& to)>;
-
-/// Writes the edited table into the open new file, down to the disk.
+/// Writes the edited table into the open new file, down to the disk. `makeCopy`
+/// makes what carries the table over.
+template <typename CopyMaker>
 Status writeEdited(LineBlocks& lines, const TableFiles& files, const Encoding& encoding,
                    const CopyMaker& makeCopy, OutputFile file) {
   if (const Status status = file.copyPermissions(files.live); !status) return status;
-  EditedCopy copy = makeCopy(file);
+  auto copy = makeCopy(file);
   for (bool first = true;; first = false) {
     const Result<std::string_view> block = lines.next();
     if (!block && lines.metLongerLine()) return copy.errorInNextLine(block.error().number);
@@ -245,6 +234,7 @@ Status writeEdited(LineBlocks& lines, const TableFiles& files, const Encoding& e
 
 /// Makes `<name>.$$$`. A file that could not be finished does not stay: it
 /// must never be taken for a table.
+template <typename CopyMaker>
 Status writeNewTable(const TableFiles& files, const Encoding& encoding, const CopyMaker& makeCopy) {
   if (const Status status = clearSecondName(files); !status) return status;
   Result<InputFile> live = InputFile::open(files.live);
@@ -304,18 +294,16 @@ RewriteOutcome ReferenceTableRewrite::write() {
   files_ = filesOf(folders_, table_);
   lock_ = FolderLock::take(files_.live.parent_path());
   if (!lock_) return RewriteOutcome::busy;
+  const auto writeWith = [&](const auto& records, LetterFields letterFields) {
+    const CarryRule rule = ruleOf(table_, letterFields);
+    return writeNewTable(files_, encoding_, [&](OutputFile& to) {
+      return EditedCopy(rule, table_ == Table::letter, records, files_.named, to);
+    });
+  };
   const auto* edit = std::get_if<TableEdit>(&edit_);
-  std::unique_ptr<const NewRecords> records;
-  if (edit != nullptr) {
-    records = std::make_unique<OneRecord>(encoding_, edit->key, record_);
-  } else {
-    records = std::make_unique<BatchRecords>(*std::get<1>(edit_));
-  }
-  const CarryRule rule =
-      ruleOf(table_, edit != nullptr ? edit->letterFields : LetterFields::asTheyAre);
-  const Status written = writeNewTable(files_, encoding_, [&](OutputFile& to) {
-    return EditedCopy(rule, table_ == Table::letter, *records, files_.named, to);
-  });
+  const Status written =
+      edit != nullptr ? writeWith(OneRecord(encoding_, edit->key, record_), edit->letterFields)
+                      : writeWith(BatchRecords(*std::get<1>(edit_)), LetterFields::asTheyAre);
   if (!written) return fail(written.error());
   step_ = Step::removeBackup;
   return RewriteOutcome::more;
