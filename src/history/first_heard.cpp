@@ -45,11 +45,12 @@ FirstHeard::FirstHeard(const Folders& folders, const Encoding& encoding, const N
       flightLabel_(std::string(kFlightLabel.text)) {}
 
 // A folder of many files takes its time: one listing after the other.
-void FirstHeard::listLogs(bool isHfdl) {
+void FirstHeard::listLogs(HistorySource source) {
+  const bool isHfdl = source == HistorySource::hfdl;
   if (!(isHfdl ? which_.hfdl : which_.lists)) return;
   for (std::string& name : datedLogs(folders_.logs, isHfdl ? kHfdlLogSuffix : kListLogSuffix)) {
     const auto day = dayOfName(name);
-    if (day && *day < day_) logs_.push_back({isHfdl, std::move(name), *day});
+    if (day && *day < day_) logs_.push_back({source, std::move(name), *day});
   }
   std::stable_sort(logs_.begin(), logs_.end(),
                    [](const Log& left, const Log& right) { return left.day > right.day; });
@@ -57,7 +58,7 @@ void FirstHeard::listLogs(bool isHfdl) {
 
 Result<JobProgress> FirstHeard::step(Clock::time_point deadline) {
   if (listings_ < 2) {
-    listLogs(listings_ == 1);
+    listLogs(listings_ == 0 ? HistorySource::list : HistorySource::hfdl);
     ++listings_;
     return JobProgress::more;
   }
@@ -73,7 +74,7 @@ Result<JobProgress> FirstHeard::step(Clock::time_point deadline) {
       close();
     } else if (block->empty() && blocks_.isAtEnd()) {
       close();
-    } else if (logs_[next_].isHfdl) {
+    } else if (logs_[next_].source == HistorySource::hfdl) {
       strikeHfdlNames(*block, registrationLabel_, aircraft_);
       strikeHfdlNames(*block, flightLabel_, flights_);
     } else {

@@ -46,12 +46,12 @@ class FirstHeard : public Job {
 
  private:
   struct Log {
-    bool isHfdl;
+    HistorySource source;
     std::string name;
     std::chrono::local_days day;
   };
 
-  void listLogs(bool isHfdl);
+  void listLogs(HistorySource source);
   bool open();
   void close();
   void strikeHfdlNames(std::string_view block, BytePattern& label, WantedNames& names) const;

@@ -172,9 +172,10 @@ bool HistorySearch::open() {
   foundLog_ = found_.addLog({log.source, log.name});
   const std::string_view stem =
       std::string_view(log.name).substr(0, log.name.size() - kRawLogSuffix.size());
-  ofAircraft_ =
+  const bool isOwn =
       isRaw && query_.meaning == SearchMeaning::registration && match_.text().isDecodedField(stem);
-  everyLine_ = patterns_.empty() || ofAircraft_;
+  rawLog_ = isOwn ? MessageMatch::RawLog::ofTheAircraft : MessageMatch::RawLog::ofAny;
+  everyLine_ = patterns_.empty() || isOwn;
   return true;
 }
 
@@ -200,7 +201,7 @@ void HistorySearch::takePlace(std::string_view block, const char*& place) {
       match_.takeHfdlMessage(piece, offset, log.day, foundLog_, found_);
       break;
     case HistorySource::raw:
-      match_.takeRawLine(piece, offset, ofAircraft_, foundLog_, found_);
+      match_.takeRawLine(piece, offset, rawLog_, foundLog_, found_);
       break;
   }
   place = piece.data() + piece.size();

@@ -74,8 +74,8 @@ class HistorySearch : public Job {
   std::vector<Log> logs_;
   std::size_t next_ = 0;  // of logs_
   bool isOpen_ = false;
-  bool everyLine_ = false;   // of the open log is looked at
-  bool ofAircraft_ = false;  // the open raw log is that of the aircraft searched for
+  bool everyLine_ = false;                                     // of the open log is looked at
+  MessageMatch::RawLog rawLog_ = MessageMatch::RawLog::ofAny;  // the open one
   std::uint32_t foundLog_ = 0;
   LogBlocks blocks_;
   std::vector<char> folded_;

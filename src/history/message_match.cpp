@@ -190,7 +190,7 @@ void MessageMatch::takeHfdlMessage(std::string_view message, std::uint64_t offse
   });
 }
 
-void MessageMatch::takeRawLine(std::string_view line, std::uint64_t offset, bool ofAircraft,
+void MessageMatch::takeRawLine(std::string_view line, std::uint64_t offset, RawLog kind,
                                std::uint32_t log, FoundMessages& found) {
   line = withoutLineEnd(line);
   const std::optional<RawMessage> message = parseRawLine(decoded(line, kept_[0]));
@@ -200,7 +200,7 @@ void MessageMatch::takeRawLine(std::string_view line, std::uint64_t offset, bool
   const auto fitsQuery = [&] {
     switch (query_.meaning) {
       case SearchMeaning::registration:
-        return ofAircraft || text_.isDecodedField(registration);
+        return kind == RawLog::ofTheAircraft || text_.isDecodedField(registration);
       case SearchMeaning::flight:
         return text_.isDecodedField(message->flight);
       case SearchMeaning::airport:

@@ -69,9 +69,12 @@ class MessageMatch {
                        std::optional<std::chrono::local_days> day, std::uint32_t log,
                        FoundMessages& found);
 
-  /// A line of a raw log. `ofAircraft` says that the log is that of the
-  /// registration that is searched for.
-  void takeRawLine(std::string_view line, std::uint64_t offset, bool ofAircraft, std::uint32_t log,
+  /// Whose messages a raw log holds, by its name.
+  enum class RawLog { ofAny, ofTheAircraft };
+
+  /// A line of a raw log; in one of the aircraft that is searched for, every
+  /// message is its own.
+  void takeRawLine(std::string_view line, std::uint64_t offset, RawLog kind, std::uint32_t log,
                    FoundMessages& found);
 
  private:

@@ -349,8 +349,8 @@ PointerSet pointersOf(int step) {
   return found == nullptr ? PointerSet{} : found->pointers;
 }
 
-PointerSet visiblePointers(bool blink, const PointerSet& pointers) {
-  return blink ? pointers : PointerSet{};
+PointerSet visiblePointers(Blink blink, const PointerSet& pointers) {
+  return blink == Blink::on ? pointers : PointerSet{};
 }
 
 std::optional<TourPoint> tourPosition(int step, const TourRect& mainWindow, int panelTop,

@@ -52,8 +52,11 @@ struct TourState {
 /// The pointers of a step; none for a number that is no step.
 [[nodiscard]] PointerSet pointersOf(int step);
 
+/// Pointers blink: they are there, then they are not.
+enum class Blink { on, off };
+
 /// The pointers that are visible: those of the step while the blink is on.
-[[nodiscard]] PointerSet visiblePointers(bool blink, const PointerSet& pointers);
+[[nodiscard]] PointerSet visiblePointers(Blink blink, const PointerSet& pointers);
 
 /// The top left corner of the tour window for a step of 1 to 29, or nothing
 /// for another number. Everything is in twips and outer sizes; `panelTop` is

@@ -39,9 +39,9 @@ TEST(TourNavigation, TheThanksStepAndNumbersThatAreNoStepShowNoPointer) {
 
 TEST(TourBlink, ShowsTheStepsPointersOnEverySecondTickOnly) {
   const PointerSet both{false, true, true, false};
-  EXPECT_EQ(visiblePointers(true, both), both);
-  EXPECT_EQ(visiblePointers(false, both), PointerSet{});
-  EXPECT_EQ(visiblePointers(true, PointerSet{}), PointerSet{});
+  EXPECT_EQ(visiblePointers(Blink::on, both), both);
+  EXPECT_EQ(visiblePointers(Blink::off, both), PointerSet{});
+  EXPECT_EQ(visiblePointers(Blink::on, PointerSet{}), PointerSet{});
 }
 
 TEST(TourPosition, IsTheMainWindowsCornerPlusTheStepsOffsets) {

@@ -91,6 +91,16 @@ DetailPanel::DetailPanel(const Context& context, const Tables& tables, LogListVi
   });
   connect(photo_->photo(), &PhotoView::clicked, this, &DetailPanel::openSelectedPhoto);
   connect(enter_, &QPushButton::clicked, this, &DetailPanel::saveEquipment);
+  editors_.add(LineEditor::aircraft, [this](const std::string&) {
+    equipment_->setFocus();
+    equipment_->selectAll();
+  });
+  editors_.add(LineEditor::flight, [this](const std::string&) { flight_->takeKeys(); });
+  editors_.add(LineEditor::airline, [this](const std::string&) { airline_->takeKeys(); });
+  editors_.add(LineEditor::airport,
+               [this](const std::string& code) { airportEditor_->takeKeys(code); });
+  editors_.add(LineEditor::photo,
+               [this](const std::string&) { photo_->search()->button()->setFocus(); });
   hideFrames();
 }
 
@@ -186,7 +196,7 @@ void DetailPanel::showSelectionAgain() {
 }
 
 void DetailPanel::showSelection() {
-  readied_ = LineEditor::none;
+  editors_.wait(LineEditor::none, {});
   if (list_->listIndex() < 0) return;
   const auto photoAndAircraft = [this]() -> Result<JobProgress> {
     // The selection may have been given up again.
@@ -214,39 +224,15 @@ void DetailPanel::showSelection() {
   };
   const auto airline = [this]() -> Result<JobProgress> {
     if (airline_->AirLineLoad(std::string(Left(flightToShow_, 2)))) showFrames();
-    focusEditor();
+    editors_.giveKeys();
     return JobProgress::done;
   };
   lookUp_.start({photoAndAircraft, route, airline});
 }
 
 void DetailPanel::readyEditor(LineEditor editor, const std::string& key) {
-  readied_ = editor;
-  readiedKey_ = key;
-  if (!lookUp_.isRunning()) focusEditor();
-}
-
-void DetailPanel::focusEditor() {
-  switch (std::exchange(readied_, LineEditor::none)) {
-    case LineEditor::aircraft:
-      equipment_->setFocus();
-      equipment_->selectAll();
-      break;
-    case LineEditor::flight:
-      flight_->takeKeys();
-      break;
-    case LineEditor::airline:
-      airline_->takeKeys();
-      break;
-    case LineEditor::airport:
-      airportEditor_->takeKeys(readiedKey_);
-      break;
-    case LineEditor::photo:
-      photo_->search()->button()->setFocus();
-      break;
-    case LineEditor::none:
-      break;
-  }
+  editors_.wait(editor, key);
+  if (!lookUp_.isRunning()) editors_.giveKeys();
 }
 
 void DetailPanel::showFrames() {

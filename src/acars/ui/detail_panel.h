@@ -64,8 +64,6 @@ class DetailPanel : public QWidget {
   [[nodiscard]] QWidget* makePhotoColumn();
   [[nodiscard]] QWidget* makeFlightColumn();
 
-  void focusEditor();
-
   const Context& context_;
   LogListView* list_;
   LogListModel* model_;
@@ -82,11 +80,10 @@ class DetailPanel : public QWidget {
   QPushButton* rawLog_;       // Command7(3)
   AirportGroup* airports_;
   AirportEditor* airportEditor_;
-  AirlineEditor* airline_;                 // Frame3
-  std::string registration_;               // in the aircraft frame
-  std::string flightToShow_;               // of the look-up under way
-  LineEditor readied_ = LineEditor::none;  // when the look-up has ended
-  std::string readiedKey_;
+  AirlineEditor* airline_;    // Frame3
+  std::string registration_;  // in the aircraft frame
+  std::string flightToShow_;  // of the look-up under way
+  LineEditors editors_;       // get the keys when the look-up has ended
 };
 
 }  // namespace vel

@@ -53,6 +53,12 @@ HfdlPanel::HfdlPanel(const Context& context, const Tables& tables, LogListView* 
   connect(photo_->photo(), &PhotoView::clicked, this, &HfdlPanel::openSelectedPhoto);
   aircraft_->hide();
   flight_->hide();
+  editors_.add(LineEditor::aircraft, [this](const std::string&) { aircraft_->takeKeys(); });
+  editors_.add(LineEditor::flight, [this](const std::string&) { flight_->takeKeys(); });
+  editors_.add(LineEditor::airport,
+               [this](const std::string& code) { airportEditor_->takeKeys(code); });
+  editors_.add(LineEditor::photo,
+               [this](const std::string&) { photo_->search()->button()->setFocus(); });
 }
 
 QWidget* HfdlPanel::makeAircraftColumn() {
@@ -133,7 +139,7 @@ void HfdlPanel::showSelectionAgain() {
 }
 
 void HfdlPanel::showSelection() {
-  readied_ = LineEditor::none;
+  editors_.wait(LineEditor::none, {});
   if (list_->listIndex() < 0) return;
   aircraft_->hide();
   hint_->hide();
@@ -157,7 +163,7 @@ void HfdlPanel::showSelection() {
     flight_->setFlight(flight);
     flight_->setVisible(!flight.empty());
     if (flight.empty()) {
-      focusEditor();
+      editors_.giveKeys();
       return JobProgress::done;
     }
     flight_->setRoute(std::nullopt);
@@ -167,36 +173,15 @@ void HfdlPanel::showSelection() {
     return JobProgress::more;
   };
   const auto drawn = [this]() -> Result<JobProgress> {
-    focusEditor();
+    editors_.giveKeys();
     return JobProgress::done;
   };
   lookUp_.start({photoAndAircraft, route, drawn});
 }
 
 void HfdlPanel::readyEditor(LineEditor editor, const std::string& key) {
-  readied_ = editor;
-  readiedKey_ = key;
-  if (!lookUp_.isRunning()) focusEditor();
-}
-
-void HfdlPanel::focusEditor() {
-  switch (std::exchange(readied_, LineEditor::none)) {
-    case LineEditor::aircraft:
-      aircraft_->takeKeys();
-      break;
-    case LineEditor::flight:
-      flight_->takeKeys();
-      break;
-    case LineEditor::airport:
-      airportEditor_->takeKeys(readiedKey_);
-      break;
-    case LineEditor::photo:
-      photo_->search()->button()->setFocus();
-      break;
-    case LineEditor::airline:  // edited in the other browser
-    case LineEditor::none:
-      break;
-  }
+  editors_.wait(editor, key);
+  if (!lookUp_.isRunning()) editors_.giveKeys();
 }
 
 void HfdlPanel::updateAircraftRows(const Icao24Record& written) {

@@ -63,8 +63,6 @@ class HfdlPanel : public QWidget {
   void updateAircraftRows(const Icao24Record& written);
   [[nodiscard]] std::function<void()> flightRowsUpdate();
 
-  void focusEditor();
-
   const Context& context_;
   LogListView* list_;
   LogListModel* model_;
@@ -83,8 +81,7 @@ class HfdlPanel : public QWidget {
   QPersistentModelIndex shownLine_;
   std::string receivedFlight_;  // of the look-up under way
   Icao24Record foundAircraft_;
-  LineEditor readied_ = LineEditor::none;  // when the look-up has ended
-  std::string readiedKey_;
+  LineEditors editors_;  // get the keys when the look-up has ended
 };
 
 }  // namespace vel

@@ -1,6 +1,7 @@
 #include "history/ui/history_wiring.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "acars/list_log.h"
@@ -11,13 +12,10 @@ namespace vel {
 namespace {
 
 // The first browser is that of ACARS.
-LogBrowser* browserOf(Program& program, bool isHfdl) {
-  return qobject_cast<LogBrowser*>(isHfdl ? program.otherWindow() : program.mainWindow());
-}
-
-LogBrowser* broughtToFront(Program& program, bool isHfdl) {
-  LogBrowser* const browser = browserOf(program, isHfdl);
-  LogBrowser* const other = browserOf(program, !isHfdl);
+LogBrowser* broughtToFront(Program& program, ReportKind kind) {
+  auto* browser = qobject_cast<LogBrowser*>(program.mainWindow());
+  auto* other = qobject_cast<LogBrowser*>(program.otherWindow());
+  if (kind == ReportKind::hfdl) std::swap(browser, other);
   if (browser == nullptr) return nullptr;
   if (!browser->isVisible() && other != nullptr) program.switchBrowser(*other);
   bringToFront(*browser);
@@ -83,12 +81,13 @@ void openFromHistory(HistoryWindows& windows, Program& program, RawLogs& rawLogs
       rawLogs.openAt(log.substr(0, log.size() - kSuffix), row);
       return;
     }
-    LogBrowser* const browser = broughtToFront(program, source == HistorySource::hfdl);
+    LogBrowser* const browser = broughtToFront(
+        program, source == HistorySource::hfdl ? ReportKind::hfdl : ReportKind::list);
     if (browser != nullptr) browser->showLine(log, row);
   };
   windows.selectLine = [&program](ReportKind kind, const std::string& log, GapKind gap,
                                   const std::string& heardAs, const std::string& address) {
-    LogBrowser* const browser = broughtToFront(program, kind == ReportKind::hfdl);
+    LogBrowser* const browser = broughtToFront(program, kind);
     if (browser != nullptr) browser->showLineWith(log, lineTextOf(kind, gap, heardAs, address));
   };
 }

@@ -200,7 +200,7 @@ void TourWindow::reportPosition() {
 }
 
 void TourWindow::blink() {
-  blink_ = !blink_;
+  blink_ = blink_ == Blink::on ? Blink::off : Blink::on;
   // The window manager adds its frame some time after the window was shown.
   if (frameGeometry().size() - size() != placedFrame_) moveToStep();
   // Columns may have been dragged or a control shown since the last tick.
@@ -366,7 +366,7 @@ void TourWindow::changeEvent(QEvent* event) {
 
 void TourWindow::showEvent(QShowEvent* event) {
   if (!event->spontaneous()) {
-    blink_ = true;
+    blink_ = Blink::on;
     showStep();
     timer_->start();
   }

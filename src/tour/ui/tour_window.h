@@ -76,7 +76,7 @@ class TourWindow : public QDialog {
 
   const TourHost& host_;
   TourState& state_;
-  bool blink_ = true;
+  Blink blink_ = Blink::on;
   PointerSet pointers_ = {};
   bool followPending_ = false;
   QSize placedFrame_;  ///< what the frame added to the size at the last move to a step
