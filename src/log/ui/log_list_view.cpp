@@ -10,12 +10,14 @@ namespace vel {
 namespace {
 
 // The designed widths are for letters of this height, in pixels; the widest
-// column gives way to what larger ones take, down to this.
+// column gives way to what larger ones take, down to this and to its title.
 constexpr double kUsualLetters = 15;
 constexpr int kNarrowestGiving = 90;
+constexpr int kTitleMargin = 12;
 
-QList<int> fittedWidths(const QList<int>& designed, int letters, int firstGrowing) {
-  const double scale = letters / kUsualLetters;
+QList<int> fittedWidths(const QList<int>& designed, const QAbstractItemModel& model,
+                        const QFontMetrics& letters, int firstGrowing) {
+  const double scale = letters.height() / kUsualLetters;
   if (scale <= 1) return designed;
   QList<int> widths = designed;
   int more = 0;
@@ -24,7 +26,9 @@ QList<int> fittedWidths(const QList<int>& designed, int letters, int firstGrowin
     more += widths[column] - designed[column];
   }
   const auto widest = std::max_element(widths.begin(), widths.end());
-  *widest = std::max(*widest - more, static_cast<int>(kNarrowestGiving * scale));
+  const auto title = model.headerData(static_cast<int>(widest - widths.begin()), Qt::Horizontal);
+  *widest = std::max({*widest - more, static_cast<int>(kNarrowestGiving * scale),
+                      letters.horizontalAdvance(title.toString()) + kTitleMargin});
   return widths;
 }
 
@@ -34,7 +38,7 @@ LogListView::LogListView(LogListModel* model, const QList<int>& widths, QWidget*
                          int firstGrowing)
     : LineList(model, parent),
       model_(model),
-      designedWidths_(fittedWidths(widths, fontMetrics().height(), firstGrowing)) {
+      designedWidths_(fittedWidths(widths, *model, fontMetrics(), firstGrowing)) {
   setObjectName(QStringLiteral("xLView1"));
   setAccessibleName(tr("Messages"));
   QHeaderView* header = horizontalHeader();

@@ -7,16 +7,20 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
 #include <QStyleOption>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionFrame>
 #include <QStyleOptionGroupBox>
+#include <QTabBar>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
 #include <map>
 
+#include "log/ui/log_list_view.h"
 #include "tests/ui/support/layout_checks.h"
 
 namespace vel::test {
@@ -75,6 +79,9 @@ class Measurement {
   void addControl(QWidget& widget);
   void addFrame(const QGroupBox& frame);
   void addList(QAbstractItemView& list);
+  void addTabs(const QTabBar& tabs);
+  void addText(const QPlainTextEdit& text);
+  void addMenu(const QMenu& menu);
 
   [[nodiscard]] std::vector<TextContrast> take() { return std::move(found_); }
 
@@ -135,6 +142,10 @@ void Measurement::addList(QAbstractItemView& list) {
       add(*list.viewport(), place.adjusted(2, 1, -2, -1), cell.data().toString());
     }
   }
+  if (const auto* lines = qobject_cast<const LogListView*>(&list);
+      lines && model->rowCount() == 0) {
+    add(*list.viewport(), list.viewport()->rect(), lines->emptyHint());
+  }
   auto* table = qobject_cast<QTableView*>(&list);
   if (table == nullptr || !table->horizontalHeader()->isVisible()) return;
   QHeaderView* titles = table->horizontalHeader();
@@ -144,6 +155,25 @@ void Measurement::addList(QAbstractItemView& list) {
     if (!titles->viewport()->rect().contains(place.center())) continue;
     add(*titles->viewport(), place.adjusted(3, 2, -3, -2),
         model->headerData(column, Qt::Horizontal).toString());
+  }
+}
+
+void Measurement::addTabs(const QTabBar& tabs) {
+  for (int tab = 0; tab < tabs.count(); ++tab) {
+    add(tabs, tabs.tabRect(tab).adjusted(4, 4, -4, -4), tabs.tabText(tab));
+  }
+}
+
+void Measurement::addText(const QPlainTextEdit& text) {
+  const QString shown = text.toPlainText();
+  add(*text.viewport(), text.viewport()->rect(), shown.isEmpty() ? text.placeholderText() : shown);
+}
+
+void Measurement::addMenu(const QMenu& menu) {
+  for (QAction* entry : menu.actions()) {
+    if (entry->isVisible() && entry->isEnabled()) {
+      add(menu, menu.actionGeometry(entry).adjusted(2, 2, -2, -2), entry->text());
+    }
   }
 }
 
@@ -162,6 +192,13 @@ std::vector<TextContrast> contrastsOf(const QWidget& window, const QImage& pictu
   for (const QGroupBox* frame : window.findChildren<QGroupBox*>()) {
     if (frame->isVisible() && frame->isEnabled()) measured.addFrame(*frame);
   }
+  for (const QTabBar* tabs : window.findChildren<QTabBar*>()) {
+    if (tabs->isVisible()) measured.addTabs(*tabs);
+  }
+  for (const QPlainTextEdit* text : window.findChildren<QPlainTextEdit*>()) {
+    if (text->isVisible()) measured.addText(*text);
+  }
+  if (const auto* menu = qobject_cast<const QMenu*>(&window)) measured.addMenu(*menu);
   return measured.take();
 }
 
