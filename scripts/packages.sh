@@ -10,6 +10,7 @@ run_packages=("${build_packages[@]}" xdg-utils)
 test_packages=(
   "${build_packages[@]}"
   libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
+  appstream desktop-file-utils man-db
   libxml2-utils ripgrep mawk xvfb xauth openbox xdotool x11-utils
 )
 # For Windows programs: what builds them, and what runs them here besides.
