@@ -74,8 +74,12 @@ std::string planText(const ImportPlan& plan) {
 }
 
 Status makeMissingTable(const Folders& folders, Table table) {
-  recoverTables(folders);
   const TableFiles files = filesOf(folders, table);
+  if (fileExists(files.live)) return {};
+  recoverTables(folders);
+  // Another program may be between its renames at this moment.
+  const std::optional<FolderLock> lock = waitForLock(files);
+  if (!lock) return Error{ErrorNumber::permissionDenied, kTableHeld};
   if (fileExists(files.live)) return {};
   std::error_code error;
   // Whatever else stands there is not taken away.

@@ -228,7 +228,11 @@ Result<bool> ImportPlanning::compareBlock() {
     table_.reset();
   }
   for (std::size_t number = 0; number < met_.size(); ++number) {
-    if (met_[number] == kNotMet) ++plan.fresh;
+    if (met_[number] == kNotMet) {
+      ++plan.fresh;
+      // Somebody may add one of that key before it is written.
+      plan.records->setOnlyAdded(number);
+    }
     const bool differs = met_[number] >= kFirstDifference;
     plan.records->setIncluded(number, met_[number] == kNotMet || (differs && wish_.replace));
   }

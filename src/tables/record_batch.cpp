@@ -58,7 +58,7 @@ bool RecordBatch::add(std::string_view record) {
   const std::size_t place = placeOf(key, hash);
   if (places_[place] != 0) return false;
   records_.push_back({keep(record), static_cast<std::uint32_t>(record.size()),
-                      static_cast<std::uint32_t>(key.size()), hash, true});
+                      static_cast<std::uint32_t>(key.size()), hash, true, false});
   places_[place] = static_cast<std::uint32_t>(records_.size());
   return true;
 }

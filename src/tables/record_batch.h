@@ -42,6 +42,11 @@ class RecordBatch {
   [[nodiscard]] bool isIncluded(std::size_t number) const { return records_[number].included; }
   [[nodiscard]] std::size_t includedCount() const;
 
+  /// A record of a key that the table does not have: where it has one by the
+  /// time of the rewrite, that line stays as it is.
+  void setOnlyAdded(std::size_t number) { records_[number].onlyAdded = true; }
+  [[nodiscard]] bool isOnlyAdded(std::size_t number) const { return records_[number].onlyAdded; }
+
   /// Bytes of memory that the records take.
   [[nodiscard]] std::size_t memory() const;
 
@@ -52,6 +57,7 @@ class RecordBatch {
     std::uint32_t keyLength;
     std::uint32_t hash;
     bool included;
+    bool onlyAdded;
   };
 
   [[nodiscard]] std::size_t placeOf(std::string_view key, std::uint32_t hash) const;

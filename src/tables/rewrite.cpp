@@ -43,6 +43,7 @@ CarryRule ruleOf(Table table, LetterFields letterFields) {
 //     field 1;
 //   record(number), in the table's encoding; empty deletes the lines of its key,
 //     and a new key is not added then;
+//   keepsLine(number), true where a line of the record's key stays as it is;
 //   isAdded(number), false for one that stays out.
 
 /// The record of a single edit.
@@ -56,6 +57,7 @@ class OneRecord {
     return key_.equals(firstField) ? std::optional<std::size_t>(0) : std::nullopt;
   }
   [[nodiscard]] std::string_view record(std::size_t) const { return record_; }
+  [[nodiscard]] static bool keepsLine(std::size_t) { return false; }
   [[nodiscard]] bool isAdded(std::size_t) const { return !record_.empty(); }
 
  private:
@@ -74,6 +76,7 @@ class BatchRecords {
     return found && batch_.isIncluded(*found) ? found : std::nullopt;
   }
   [[nodiscard]] std::string_view record(std::size_t number) const { return batch_.record(number); }
+  [[nodiscard]] bool keepsLine(std::size_t number) const { return batch_.isOnlyAdded(number); }
   [[nodiscard]] bool isAdded(std::size_t number) const { return batch_.isIncluded(number); }
 
  private:
@@ -159,7 +162,10 @@ class EditedCopy {
     // A line without any character is no record of any key.
     if (line.empty()) return {.written = true, .text = line};
     const std::string_view firstField = line.substr(0, comma);
-    if (const auto number = records_.of(firstField)) return replaced(*number, firstField);
+    if (const auto number = records_.of(firstField)) {
+      if (!records_.keepsLine(*number)) return replaced(*number, firstField);
+      isWritten_[*number] = true;
+    }
     if (rule_.keptFields == 0) return {.written = true, .text = line};
     if (rule_.keepsOneMore) {
       if (const auto more = firstFields(line, comma, rule_.keptFields + 1)) {

@@ -40,7 +40,8 @@ class ReferenceTableRewrite {
 
   /// Many records at once: each included record takes the place of the first
   /// line of its key and removes the later ones; those of new keys are added at
-  /// the end in their order. A line of letter.csv keeps its fourth field.
+  /// the end in their order. A line of letter.csv keeps its fourth field, and a
+  /// line of a record that is only added stays in all.
   ReferenceTableRewrite(const Folders& folders, const Encoding& encoding,
                         std::shared_ptr<const RecordBatch> batch);
 

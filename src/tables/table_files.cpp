@@ -1,10 +1,7 @@
 #include "tables/table_files.h"
 
 #include <chrono>
-#include <optional>
 #include <thread>
-
-#include "core/file.h"
 
 namespace vel {
 namespace {
@@ -12,22 +9,13 @@ namespace {
 constexpr std::string_view kTemporaryExtension = ".$$$";
 constexpr std::string_view kBackupExtension = ".bak";
 
-// How often, and in what steps, the start of the program waits for another
-// program that is just changing a table.
+// How often, and in what steps, another program that is just changing a table is
+// waited for.
 constexpr int kLockTries = 100;
 constexpr std::chrono::milliseconds kLockWait{10};
 
 bool isCutOff(const TableFiles& files) {
   return !fileExists(files.live) && fileExists(files.temporary) && fileExists(files.backup);
-}
-
-std::optional<FolderLock> waitForLock(const std::filesystem::path& folder) {
-  std::optional<FolderLock> lock = FolderLock::take(folder);
-  for (int i = 0; i < kLockTries && !lock; ++i) {
-    std::this_thread::sleep_for(kLockWait);
-    lock = FolderLock::take(folder);
-  }
-  return lock;
 }
 
 }  // namespace
@@ -71,12 +59,22 @@ Error errorInLine(ErrorNumber number, const std::filesystem::path& table, std::s
   return error;
 }
 
+std::optional<FolderLock> waitForLock(const TableFiles& files) {
+  const std::filesystem::path folder = files.live.parent_path();
+  std::optional<FolderLock> lock = FolderLock::take(folder);
+  for (int i = 0; i < kLockTries && !lock; ++i) {
+    std::this_thread::sleep_for(kLockWait);
+    lock = FolderLock::take(folder);
+  }
+  return lock;
+}
+
 void recoverTables(const Folders& folders) {
   for (const Table table : kTables) {
     const TableFiles files = filesOf(folders, table);
     if (!isCutOff(files)) continue;
     // Another program may be between its renames at this moment.
-    const std::optional<FolderLock> lock = waitForLock(files.live.parent_path());
+    const std::optional<FolderLock> lock = waitForLock(files);
     if (!lock || !isCutOff(files)) continue;
     // Where this fails, the look-ups report the missing table.
     if (renameFile(files.temporary, files.live)) {

@@ -3,9 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "core/file.h"
 #include "core/folders.h"
 #include "core/result.h"
 
@@ -40,6 +42,10 @@ struct TableFiles {
 /// counted from 1.
 [[nodiscard]] Error errorInLine(ErrorNumber number, const std::filesystem::path& table,
                                 std::size_t line);
+
+/// The lock under which a table's files change; another program that has it is
+/// waited for, up to a second. Nothing where it still has it then.
+[[nodiscard]] std::optional<FolderLock> waitForLock(const TableFiles& files);
 
 /// Finishes, for every table, a rewrite that was cut off between its two
 /// renames: where `<name>.csv` is missing while both `<name>.$$$` and

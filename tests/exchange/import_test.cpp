@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tables/rewrite.h"
 #include "tests/exchange/import_files.h"
 #include "tests/exchange/import_station.h"
 
@@ -248,6 +249,34 @@ TEST_F(Import, AMissingTableIsMade) {
   EXPECT_FALSE(fileExists(base_.folders.data / "airport.csv"));
   EXPECT_EQ(import("airports.csv"), 0) << errors_;
   EXPECT_THAT(base_.data("airport.csv"), HasSubstr("RJTT,Tokyo"));
+}
+
+TEST_F(Import, ATableIsNotMadeWhileAnotherProgramIsBetweenItsRenames) {
+  const auto lock = FolderLock::take(base_.folders.data);
+  ASSERT_TRUE(lock);
+  std::filesystem::remove(base_.folders.data / "airport.csv");
+  const Status made = makeMissingTable(base_.folders, Table::airport);
+  ASSERT_FALSE(made);
+  EXPECT_THAT(made.error().text(), HasSubstr("Can't write file."));
+  EXPECT_FALSE(fileExists(base_.folders.data / "airport.csv"));
+}
+
+TEST_F(Import, WhatIsAddedBetweenTheReadingAndTheWritingStays) {
+  base_.writeData("airport.csv", {"PHNL,Honolulu HNL"});
+  writeFile("airports.csv", kOurAirports);
+  ImportPlanning planning(base_.folders, encoding_, file("airports.csv"), {.replace = true});
+  while (true) {
+    const Result<JobProgress> progress = planning.step(Job::Clock::now());
+    ASSERT_TRUE(progress);
+    if (*progress == JobProgress::done) break;
+  }
+  base_.writeData("airport.csv", {"PHNL,Honolulu HNL", "RJTT,by another program HND"});
+  ReferenceTableRewrite rewrite(base_.folders, encoding_, planning.plan().tables[0].records);
+  RewriteOutcome outcome = RewriteOutcome::more;
+  while (outcome == RewriteOutcome::more) outcome = rewrite.next();
+  EXPECT_EQ(outcome, RewriteOutcome::done);
+  EXPECT_THAT(base_.data("airport.csv"), HasSubstr("\r\nRJTT,by another program HND\r\n"));
+  EXPECT_THAT(base_.data("airport.csv"), testing::Not(HasSubstr("RJTT,Tokyo")));
 }
 
 TEST_F(Import, WhileAnotherProgramChangesTheTablesNothingIsWritten) {

@@ -32,6 +32,7 @@ std::string shown(const FaultAt& fault, const std::string& name) {
 }  // namespace
 
 Tally tryEveryFault(const std::string& name, const Trial& trial, Faults faults) {
+  constexpr std::size_t kMany = 100;
   constexpr std::size_t kSampled = 20;
   const bool all = faults == Faults::all || std::getenv("VEL_EVERY_FAULT") != nullptr;
   trial.prepare();
@@ -44,7 +45,8 @@ Tally tryEveryFault(const std::string& name, const Trial& trial, Faults faults) 
   for (std::size_t call = 0; call < whole.fileCalls.size(); ++call) {
     for (const FaultAt& fault : faultsAt(call, whole.fileCalls[call])) tried.push_back(fault);
   }
-  const std::size_t stride = all ? 1 : 1 + tried.size() / kSampled;
+  const std::size_t most = faults == Faults::many ? kMany : kSampled;
+  const std::size_t stride = all ? 1 : 1 + tried.size() / most;
   Tally tally{whole.fileCalls.size(), 0};
   for (std::size_t i = 0; i < tried.size(); i += stride) {
     const FaultAt& fault = tried[i];

@@ -21,7 +21,8 @@ struct Trial {
 /// Which faults are tried.
 enum class Faults {
   all,     ///< each at every call
-  sample,  ///< some; all where the environment has VEL_EVERY_FAULT
+  many,    ///< a hundred; all where the environment has VEL_EVERY_FAULT
+  sample,  ///< twenty; all where the environment has that
 };
 
 struct Tally {

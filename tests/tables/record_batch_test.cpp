@@ -66,6 +66,16 @@ TEST_F(BatchRewriteTest, ExistingKeysAreReplacedInPlaceAndNewOnesComeLast) {
             "NH0001,CCCCDDDD,-\r\n");
 }
 
+TEST_F(BatchRewriteTest, ARecordThatIsOnlyAddedLeavesTheLinesOfItsKeyAsTheyAre) {
+  base_.writeData("airport.csv", {"RJTT,somebody was faster", "KLAX,Los Angeles", "RJTT,twice"});
+  const auto batch = batchOf(Table::airport, {"RJTT,Tokyo HND", "KLAX,LAX", "RJAA,Narita NRT"});
+  batch->setOnlyAdded(0);
+  batch->setOnlyAdded(2);
+  EXPECT_EQ(write(batch), test::DrivenRewrite::done);
+  EXPECT_EQ(base_.data("airport.csv"),
+            "RJTT,somebody was faster\r\nKLAX,LAX\r\nRJTT,twice\r\nRJAA,Narita NRT\r\n");
+}
+
 TEST_F(BatchRewriteTest, AnIncompleteLineStopsItAsItStopsAnEdit) {
   base_.writeData("FLIGHT.csv", {"NH0001,AAAABBBB,-", "NH0002,AAAABBBB"});
   EXPECT_EQ(write(batchOf(Table::flight, {"NH0009,EEEEFFFF,-"})), test::DrivenRewrite::programEnds);
