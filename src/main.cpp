@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "acars/ui/acars_browser.h"
+#include "app/callers_console.h"
 #include "app/options.h"
 #include "app/ui/end_by_system.h"
 #include "app/ui/help.h"
@@ -159,25 +160,32 @@ int run(const vel::Options& options) {
 }
 
 // Fills the tables without a window.
-int import(const vel::Options& options) {
+int import(const vel::Options& options, const vel::CallersConsole& console) {
   const std::filesystem::path folder =
       options.programFolder.empty() ? vel::platform::executableFolder() : options.programFolder;
   return vel::runImport(vel::Folders::of(folder),
                         {options.importFile,
                          {options.importTable, options.importAll, options.importReplaces},
                          options.importTells},
-                        stdout, stderr);
+                        console.output(), console.errors());
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   // Help, version, errors of the command line and imports need no display.
+  auto console = std::make_unique<const vel::CallersConsole>();
   const auto options = vel::readOptions(vel::commandLine(argc, argv));
-  if (const auto* exit = std::get_if<vel::ExitAtOnce>(&options)) return exit->status;
-  if (const auto& asked = std::get<vel::Options>(options); !asked.importFile.empty()) {
-    return import(asked);
+  if (const auto* exit = std::get_if<vel::ExitAtOnce>(&options)) {
+    static_cast<void>(std::fputs(exit->output.c_str(), console->output()));
+    static_cast<void>(std::fputs(exit->errors.c_str(), console->errors()));
+    return exit->status;
   }
+  if (const auto& asked = std::get<vel::Options>(options); !asked.importFile.empty()) {
+    return import(asked, *console);
+  }
+  // Windows are shown long after the console belongs to others again.
+  if (std::get<vel::Options>(options).screenshot.empty()) console.reset();
   vel::followSystemTheme();
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("vel"));

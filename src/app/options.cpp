@@ -1,6 +1,7 @@
 #include "app/options.h"
 
 #include <algorithm>
+#include <sstream>
 
 #include <CLI/CLI.hpp>
 
@@ -50,7 +51,10 @@ std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments
     std::erase_if(unknown, [](const std::string& each) { return !each.starts_with("--"); });
     if (!unknown.empty()) throw CLI::ExtrasError(unknown);
   } catch (const CLI::ParseError& error) {
-    return ExitAtOnce{app.exit(error)};
+    std::ostringstream output;
+    std::ostringstream errors;
+    const int status = app.exit(error, output, errors);
+    return ExitAtOnce{status, output.str(), errors.str()};
   }
   options.programFolder = toPath(programFolder);
   options.screenshot = toPath(screenshot);

@@ -25,18 +25,19 @@ struct Options {
   bool importTells = false;          ///< only say what would be done
 };
 
-/// The exit status of a program that has nothing more to do.
+/// How a program ends that has nothing more to do than to print this.
 struct ExitAtOnce {
-  int status;
+  int status = 0;
+  std::string output;
+  std::string errors;
 };
 
 /// The program's arguments in UTF-8, without its own name. One implementation
 /// for each platform.
 [[nodiscard]] std::vector<std::string> commandLine(int argc, const char* const* argv);
 
-/// Reads the options. Help and version are printed, and so is an error; the
-/// program ends then. What begins with a single hyphen and is unknown is the
-/// windowing toolkit's.
+/// Reads the options. With help, version or an error the program ends. What begins with a single
+/// hyphen and is unknown is the windowing toolkit's.
 [[nodiscard]] std::variant<Options, ExitAtOnce> readOptions(std::vector<std::string> arguments);
 
 }  // namespace vel

@@ -1,0 +1,9 @@
+#include "app/callers_console.h"
+
+namespace vel {
+
+CallersConsole::CallersConsole() = default;
+
+CallersConsole::~CallersConsole() = default;
+
+}  // namespace vel
