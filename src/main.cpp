@@ -75,13 +75,19 @@ void offerHelp(vel::LogBrowser& browser, vel::Help& help) {
   browser.showHelp = [&help, window = &browser] { help.open(vel::Help::pageOf(*window)); };
 }
 
+// What both browsers open.
+void offerWindows(vel::LogBrowser& browser, vel::ReportKind kind, vel::BrowserFrame& frame,
+                  SideWindows& windows) {
+  offerHelp(browser, windows.help);
+  vel::offerHistory(browser, kind, windows.history);
+  offerSaving(browser, windows.lists);
+  offerImport(browser, frame);
+}
+
 std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                      SideWindows& windows) {
   auto browser = std::make_unique<vel::AcarsBrowser>(frame, web);
-  offerHelp(*browser, windows.help);
-  vel::offerHistory(*browser, vel::ReportKind::list, windows.history);
-  offerSaving(*browser, windows.lists);
-  offerImport(*browser, frame);
+  offerWindows(*browser, vel::ReportKind::list, frame, windows);
   browser->prepareTour = [&windows](int step) { windows.tour.step = step; };
   browser->showTour = [&windows, window = browser.get()] {
     const vel::WindowTourHost host(window);
@@ -93,10 +99,7 @@ std::unique_ptr<vel::BrowserWindow> makeAcarsBrowser(vel::BrowserFrame& frame, v
 std::unique_ptr<vel::BrowserWindow> makeHfdlBrowser(vel::BrowserFrame& frame, vel::WebAccess& web,
                                                     SideWindows& windows) {
   auto browser = std::make_unique<vel::HfdlBrowser>(frame, web);
-  offerHelp(*browser, windows.help);
-  vel::offerHistory(*browser, vel::ReportKind::hfdl, windows.history);
-  offerSaving(*browser, windows.lists);
-  offerImport(*browser, frame);
+  offerWindows(*browser, vel::ReportKind::hfdl, frame, windows);
   browser->showActivityChart = [&windows, &frame, window = browser.get()] {
     if (!windows.activity) {
       windows.activity = std::make_unique<vel::ActivityWindow>(

@@ -6,7 +6,7 @@
 namespace vel {
 
 DifferenceModel::DifferenceModel(const Encoding& encoding, QObject* parent)
-    : QAbstractTableModel(parent), encoding_(encoding) {}
+    : DraggedRowsModel(parent), encoding_(encoding) {}
 
 void DifferenceModel::setPlan(ImportPlan* plan) {
   beginResetModel();
@@ -114,11 +114,9 @@ QVariant DifferenceModel::headerData(int section, Qt::Orientation orientation, i
 }
 
 Qt::ItemFlags DifferenceModel::flags(const QModelIndex& index) const {
-  Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-  if (!index.isValid()) return flags;
-  flags |= Qt::ItemIsDragEnabled;
-  if (index.column() == kTick) flags |= Qt::ItemIsUserCheckable;
-  return flags;
+  const Qt::ItemFlags flags = DraggedRowsModel::flags(index);
+  const bool hasTick = index.isValid() && index.column() == kTick;
+  return hasTick ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 }  // namespace vel

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractTableModel>
 #include <vector>
 
 #include "core/text.h"
@@ -11,7 +10,7 @@ namespace vel {
 
 /// The records that the tables have otherwise than a file, both side by side,
 /// each with a tick that says whether the file's is taken.
-class DifferenceModel : public QAbstractTableModel {
+class DifferenceModel : public DraggedRowsModel {
   Q_OBJECT
 
  public:
@@ -36,10 +35,6 @@ class DifferenceModel : public QAbstractTableModel {
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
   [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
-  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
-  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
-    return draggedRows(cells);
-  }
 
  Q_SIGNALS:
   void ticksChanged();

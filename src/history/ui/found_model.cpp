@@ -9,7 +9,7 @@
 namespace vel {
 
 FoundModel::FoundModel(const FoundMessages& found, QObject* parent)
-    : QAbstractTableModel(parent), found_(found) {}
+    : DraggedRowsModel(parent), found_(found) {}
 
 void FoundModel::beginClear() {
   beginResetModel();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractTableModel>
 #include <vector>
 
 #include "core/ui/list_rows.h"
@@ -11,7 +10,7 @@ namespace vel {
 
 /// The found messages as a list shows them: those that pass the filter, in the
 /// order of the sort. "Shown index" counts in that order.
-class FoundModel : public QAbstractTableModel {
+class FoundModel : public DraggedRowsModel {
   Q_OBJECT
 
  public:
@@ -43,15 +42,6 @@ class FoundModel : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
-  /// Rows can be dragged to other programs, see draggedRows().
-  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
-    const Qt::ItemFlags own = QAbstractTableModel::flags(index);
-    return index.isValid() ? own | Qt::ItemIsDragEnabled : own;
-  }
-  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
-  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
-    return draggedRows(cells);
-  }
 
  private:
   const FoundMessages& found_;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractTableModel>
 #include <QComboBox>
 #include <QWidget>
 #include <string>
@@ -12,7 +11,7 @@
 namespace vel {
 
 /// Names with how often each was heard, as a list shows them.
-class ReportListModel : public QAbstractTableModel {
+class ReportListModel : public DraggedRowsModel {
   Q_OBJECT
 
  public:
@@ -22,7 +21,7 @@ class ReportListModel : public QAbstractTableModel {
     std::size_t count = 0;  ///< 0 where it is not told
   };
 
-  explicit ReportListModel(QObject* parent) : QAbstractTableModel(parent) {}
+  explicit ReportListModel(QObject* parent) : DraggedRowsModel(parent) {}
 
   void setLines(std::vector<Line> lines);
   [[nodiscard]] const Line& line(int row) const { return lines_[static_cast<std::size_t>(row)]; }
@@ -32,15 +31,6 @@ class ReportListModel : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
-  /// Rows can be dragged to other programs, see draggedRows().
-  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
-    const Qt::ItemFlags own = QAbstractTableModel::flags(index);
-    return index.isValid() ? own | Qt::ItemIsDragEnabled : own;
-  }
-  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
-  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
-    return draggedRows(cells);
-  }
 
  private:
   std::vector<Line> lines_;

@@ -10,7 +10,7 @@ namespace vel {
 
 LogListModel::LogListModel(const Encoding& encoding, char separator, const QStringList& titles,
                            NumberText numberText, QObject* parent)
-    : QAbstractTableModel(parent),
+    : DraggedRowsModel(parent),
       encoding_(encoding),
       rows_(separator),
       titles_(titles),

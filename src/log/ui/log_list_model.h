@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractTableModel>
 #include <QColor>
 #include <QStringList>
 #include <cstdint>
@@ -17,7 +16,7 @@ namespace vel {
 /// the order in which it was read; the other columns are the fields of a
 /// RowStore. Sorting changes only the order in which rows are shown; "shown
 /// index" counts in that order, "row" in the order of reading.
-class LogListModel : public QAbstractTableModel {
+class LogListModel : public DraggedRowsModel {
   Q_OBJECT
 
  public:
@@ -44,15 +43,6 @@ class LogListModel : public QAbstractTableModel {
   [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
   [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                     int role) const override;
-  /// Rows can be dragged to other programs, see draggedRows().
-  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
-    const Qt::ItemFlags own = QAbstractTableModel::flags(index);
-    return index.isValid() ? own | Qt::ItemIsDragEnabled : own;
-  }
-  [[nodiscard]] QStringList mimeTypes() const override { return {QStringLiteral("text/plain")}; }
-  [[nodiscard]] QMimeData* mimeData(const QModelIndexList& cells) const override {
-    return draggedRows(cells);
-  }
   /// Sorts by text in the order of its bytes, column 0 by number. Rows with
   /// equal text keep their order of reading. Column -1 shows the order of reading.
   void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
