@@ -19,6 +19,11 @@ constexpr std::size_t kLaterPieces = 16;
 constexpr std::size_t kPatienceFactor = 4;
 constexpr std::size_t kWorthChoosing = std::size_t{1} << 14;
 
+// Hits before another probe is looked for, of one that was just chosen and of
+// one that served the last pattern.
+constexpr std::size_t kFirstPatience = 256;
+constexpr std::size_t kProvenPatience = 1024;
+
 // So many probes are tried from the end of the pattern; and the one at its
 // beginning.
 constexpr std::size_t kTriedProbes = 7;
@@ -38,8 +43,19 @@ std::size_t highestProbe(std::size_t size) {
 }  // namespace
 
 BytePattern::BytePattern(std::string bytes, ByteSearcher searcher)
-    : bytes_(std::move(bytes)), searcher_(searcher) {
+    : bytes_(std::move(bytes)), searcher_(searcher), patience_(kFirstPatience) {
   if (bytes_.size() >= ByteProbe::kShortest) probe_ = probeAt(highestProbe(bytes_.size()));
+}
+
+void BytePattern::begin(const ProbeHint& hint) {
+  if (hint.patternSize != bytes_.size() || hint.at > highestProbe(bytes_.size())) return;
+  probe_ = probeAt(hint.at);
+  chosen_ = true;
+  patience_ = kProvenPatience;
+}
+
+ProbeHint BytePattern::hint() const {
+  return chosen_ ? ProbeHint{bytes_.size(), probe_.at} : ProbeHint{};
 }
 
 ByteProbe BytePattern::probeAt(std::size_t at) const {

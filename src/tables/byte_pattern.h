@@ -10,6 +10,13 @@
 
 namespace vel {
 
+/// What told the last pattern apart in a file: where the next one of that size
+/// is tried first. The keys of a table are alike.
+struct ProbeHint {
+  std::size_t patternSize = 0;  ///< 0 for no hint
+  std::size_t at = 0;           ///< the offset of its probe
+};
+
 /// Bytes that are searched for in large blocks, many places at a time.
 class BytePattern {
  public:
@@ -19,6 +26,12 @@ class BytePattern {
 
   /// At least one byte; by default searched for in the fastest way.
   explicit BytePattern(std::string bytes, ByteSearcher searcher = byteSearchers().front());
+
+  /// Begins with what the hint says, if it is one for a pattern of this size:
+  /// prepare() chooses only where that proves to be bad.
+  void begin(const ProbeHint& hint);
+  /// A hint for the next pattern; none as long as nothing was chosen.
+  [[nodiscard]] ProbeHint hint() const;
 
   /// Gets ready for a block with the slack around it, which stays as it is
   /// while it is searched: chooses the bytes that tell the pattern apart in the
@@ -41,8 +54,8 @@ class BytePattern {
   ByteSearcher searcher_;
   ByteProbe probe_;
   bool chosen_ = false;
-  std::size_t hits_ = 0;        // strides with some of the probe's bytes, since it was chosen
-  std::size_t patience_ = 256;  // hits before it is chosen anew
+  std::size_t hits_ = 0;  // strides with some of the probe's bytes, since it was chosen
+  std::size_t patience_;  // hits before it is chosen anew
 
   // What is known about a part of the block: which of its strides may hold the
   // bytes. Those before next_ lie before the place that was searched from last.

@@ -10,7 +10,7 @@ namespace vel {
 /// Places that are looked at together, and how many such strides at most in one
 /// go.
 constexpr std::size_t kSearchStride = 128;
-constexpr std::size_t kMostStrides = 256;
+constexpr std::size_t kMostStrides = 128;
 
 /// What a pattern of two or more bytes is looked for by: two or three bytes that
 /// follow one another in it, then one of its others, then its head.

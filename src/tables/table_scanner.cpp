@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "core/file.h"
-#include "tables/byte_pattern.h"
 
 namespace vel {
 namespace {
@@ -18,10 +17,16 @@ bool endsLine(char byte) { return byte == '\n' || byte == '\r'; }
 // How a block is looked through for lines with some bytes.
 class LineFinder {
  public:
-  LineFinder(std::string_view bytes, Anchor anchor) : bytes_(bytes), anchor_(anchor) {
+  LineFinder(std::string_view bytes, Anchor anchor, ProbeHint* hint)
+      : bytes_(bytes), anchor_(anchor), hint_(hint) {
     // One byte is in nearly every line.
     const std::size_t fewest = anchor == Anchor::lineStart ? ByteProbe::kShortest : 1;
     if (bytes.size() >= fewest) pattern_.emplace(std::string(bytes));
+    if (pattern_ && hint_ != nullptr) pattern_->begin(*hint_);
+  }
+  LineFinder(LineFinder&&) = delete;
+  ~LineFinder() {
+    if (pattern_ && hint_ != nullptr && pattern_->hint().patternSize > 0) *hint_ = pattern_->hint();
   }
 
   template <typename Visit>
@@ -58,6 +63,7 @@ class LineFinder {
 
   std::string_view bytes_;
   Anchor anchor_;
+  ProbeHint* hint_;
   std::optional<BytePattern> pattern_;
 };
 
@@ -70,7 +76,7 @@ Status TableScanner::scan(const std::filesystem::path& file, std::string_view by
   if (bytes.find_first_of("\r\n") != std::string_view::npos) return {};
   LineBlocks blocks(*std::move(input), LineBlocks::LongerLines::passOver, source.byteOrderMark,
                     source.memory);
-  LineFinder finder(bytes, anchor);
+  LineFinder finder(bytes, anchor, source.hint);
   const auto visit = [&](std::string_view line) { return callback(context, line); };
   while (true) {
     const Result<std::string_view> block = blocks.next();

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "core/result.h"
+#include "tables/byte_pattern.h"
 #include "tables/line_blocks.h"
 
 namespace vel {
@@ -27,6 +28,8 @@ class TableScanner {
     std::string_view byteOrderMark = {};
     /// What the lines are read into, kept from one file to the next.
     BlockMemory* memory = nullptr;
+    /// What told the bytes apart the last time, for the next time.
+    ProbeHint* hint = nullptr;
   };
 
   /// Calls `visit(line)` for every such line, in file order, without its line

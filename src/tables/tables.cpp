@@ -185,9 +185,11 @@ Result<std::optional<FlightRoute>> routeOf(TableReading table, const Encoding& e
 class Tables::Reader {
  public:
   static TableReading open(const Tables& tables, Table table) {
-    return {
-        tables.folders_, table, tables.usualPaths_[static_cast<std::size_t>(table)],
-        TableScanner::Source{.byteOrderMark = tables.byteOrderMark_, .memory = &tables.memory_}};
+    const auto number = static_cast<std::size_t>(table);
+    return {tables.folders_, table, tables.usualPaths_[number],
+            TableScanner::Source{.byteOrderMark = tables.byteOrderMark_,
+                                 .memory = &tables.memory_,
+                                 .hint = &tables.hints_[number]}};
   }
 };
 

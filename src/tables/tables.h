@@ -10,6 +10,7 @@
 #include "core/folders.h"
 #include "core/result.h"
 #include "core/text.h"
+#include "tables/byte_pattern.h"
 #include "tables/line_blocks.h"
 #include "tables/table_files.h"
 
@@ -110,6 +111,7 @@ class Tables {
   std::array<std::filesystem::path, kTables.size()> usualPaths_;
   std::string_view byteOrderMark_;
   mutable BlockMemory memory_;
+  mutable std::array<ProbeHint, kTables.size()> hints_;
 };
 
 }  // namespace vel
