@@ -10,12 +10,13 @@
 namespace vel {
 namespace {
 
+bool isAsciiByte(char byte) { return static_cast<unsigned char>(byte) < 0x80; }
+
 // Bytes of the first `count` characters.
 std::size_t offsetOf(std::string_view text, std::size_t count) {
   std::size_t offset = 0;
-  while (count > 0 && offset < text.size()) {
-    offset += firstCharacter(text.substr(offset)).size;
-    --count;
+  for (; count > 0 && offset < text.size(); --count) {
+    offset += isAsciiByte(text[offset]) ? 1 : firstCharacter(text.substr(offset)).size;
   }
   return offset;
 }
@@ -336,9 +337,8 @@ bool isAscii(std::string_view bytes) {
 
 std::size_t length(std::string_view text) {
   std::size_t count = 0;
-  while (!text.empty()) {
-    text.remove_prefix(firstCharacter(text).size);
-    ++count;
+  for (; !text.empty(); ++count) {
+    text.remove_prefix(isAsciiByte(text[0]) ? 1 : firstCharacter(text).size);
   }
   return count;
 }

@@ -12,6 +12,8 @@ namespace vel {
 namespace {
 
 constexpr std::size_t kCompleteFlight = 5;  // characters
+// Bytes that the text of a row takes at most, as a rule.
+constexpr std::size_t kUsualRow = 160;
 
 }  // namespace
 
@@ -38,7 +40,9 @@ Result<std::string> SetLVline(const HfdlRecord& record, const Tables& tables,
     }
   }
 
-  std::string row = record.timeStamp;
+  std::string row;
+  row.reserve(kUsualRow);
+  row = record.timeStamp;
   const std::string aircraftColumn = aircraftText(*aircraft, " ");
   for (const std::string_view field : std::initializer_list<std::string_view>{
            record.tag, record.direction, record.groundStation, record.address, record.registration,
@@ -53,7 +57,8 @@ std::string aircraftText(const Icao24Record& record, std::string_view lead) {
   const auto& [address, threeLetter, twoLetter, registration, equipment] = record;
   if (address.empty()) return {};
   std::string text(lead);
-  text += registration + ' ' + threeLetter + ' ' + twoLetter + ' ' + equipment;
+  text.append(registration).append(1, ' ').append(threeLetter).append(1, ' ');
+  text.append(twoLetter).append(1, ' ').append(equipment);
   return text;
 }
 
