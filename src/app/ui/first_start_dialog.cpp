@@ -21,8 +21,6 @@ namespace fs = std::filesystem;
 
 constexpr int kNoteHeight = 3;  // lines
 constexpr int kIconSize = 64;
-// Of a button's text from its picture, in pixels.
-constexpr int kTextIndent = 12;
 constexpr int kWidthInLetters = 72;
 // So many sample stations find a name of their own.
 constexpr int kMostSamples = 1000;
@@ -124,19 +122,17 @@ FirstStartDialog::~FirstStartDialog() {
   maker_.waitForFinished();
 }
 
-QCommandLinkButton* FirstStartDialog::addChoice(const QString& name, const QString& english,
-                                                const QString& japanese,
-                                                const QString& explanation) {
-  auto* button = new QCommandLinkButton(english + QStringLiteral(" / ") + japanese, buttons_);
+ChoiceButton* FirstStartDialog::addChoice(const QString& name, const QString& english,
+                                          const QString& japanese, const QString& explanation) {
+  auto* button = new ChoiceButton(english + QStringLiteral(" / ") + japanese, buttons_);
   button->setObjectName(name);
   QString spoken = english;
   button->setAccessibleName(spoken.remove(QLatin1Char('&')));
   button->setAccessibleDescription(explanation);
   buttons_->layout()->addWidget(button);
-  // The button's own description does not grow with what it holds.
   auto* label = new QLabel(buttons_);
   label->setWordWrap(true);
-  label->setIndent(button->iconSize().width() + kTextIndent);
+  label->setIndent(button->textIndent());
   label->setTextFormat(Qt::PlainText);
   label->setText(explanation);
   buttons_->layout()->addWidget(label);

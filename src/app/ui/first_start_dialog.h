@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QCommandLinkButton>
 #include <QDialog>
 #include <QLabel>
 #include <QProcess>
@@ -8,6 +7,8 @@
 #include <filesystem>
 #include <functional>
 #include <optional>
+
+#include "app/ui/choice_button.h"
 
 namespace vel {
 
@@ -41,8 +42,8 @@ class FirstStartDialog : public QDialog {
   static QString askForFolder(QWidget* parent, const QString& title);
 
  private:
-  QCommandLinkButton* addChoice(const QString& name, const QString& english,
-                                const QString& japanese, const QString& explanation);
+  ChoiceButton* addChoice(const QString& name, const QString& english, const QString& japanese,
+                          const QString& explanation);
   void openDecoderFolder();
   void makeSample();
   void makeEmpty();

@@ -12,8 +12,10 @@ namespace {
 // The designed widths are for letters of this height, in pixels; the widest
 // column gives way to what larger ones take, down to this and to its title.
 constexpr double kUsualLetters = 15;
-constexpr int kNarrowestGiving = 90;
+constexpr int kNarrowestGiving = 60;
 constexpr int kTitleMargin = 12;
+// Letters so much larger than the usual ones would be cut in every column.
+constexpr double kMuchLarger = 1.4;
 
 QList<int> fittedWidths(const QList<int>& designed, const QAbstractItemModel& model,
                         const QFontMetrics& letters, int firstGrowing) {
@@ -21,7 +23,7 @@ QList<int> fittedWidths(const QList<int>& designed, const QAbstractItemModel& mo
   if (scale <= 1) return designed;
   QList<int> widths = designed;
   int more = 0;
-  for (int column = firstGrowing; column < widths.size(); ++column) {
+  for (int column = scale < kMuchLarger ? firstGrowing : 0; column < widths.size(); ++column) {
     widths[column] = static_cast<int>(designed[column] * scale);
     more += widths[column] - designed[column];
   }

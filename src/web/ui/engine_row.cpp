@@ -8,6 +8,7 @@ namespace vel {
 namespace {
 
 constexpr int kRawLogIndex = 3;
+constexpr int kLargeLetters = 21;  // in pixels
 
 }  // namespace
 
@@ -17,7 +18,8 @@ EngineRow::EngineRow(const Texts& texts, QWidget* parent) : QWidget(parent) {
   chooser_->setAccessibleName(texts.chooserAccessible);
   chooser_->setToolTip(texts.chooserAccessible);
   chooser_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-  chooser_->setMinimumContentsLength(4);
+  // Letters much larger than the usual ones would be cut.
+  chooser_->setMinimumContentsLength(fontMetrics().height() < kLargeLetters ? 4 : 8);
   button_ = makeLookUpButton(this, texts.buttonIndex, texts.buttonCaption, texts.buttonToolTip);
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);

@@ -55,9 +55,6 @@ RawLogViewer::RawLogViewer(const Context& context, OwnSite& site)
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(tr("Messages"));
   text_->setToolTip(tr("The aircraft's messages; Ctrl+F finds text\n機体別の受信ログ"));
-  text_->setPlaceholderText(
-      tr("This raw log holds no message yet.\n"
-         "この生ログにはまだメッセージがありません。"));
   export_ = new KmlExport(context, site, this);
   buttons_ = makeButtonFrame();
   setTabOrder(text_, sendToMap_);
@@ -98,8 +95,6 @@ QWidget* RawLogViewer::makeButtonFrame() {
   connect(sendToMap_, &QPushButton::clicked, this, &RawLogViewer::exportLog);
   shortened_ = new QLabel(frame);
   shortened_->setObjectName(QStringLiteral("Label1"));
-  shortened_->setToolTip(
-      tr("The log goes on; only its beginning is read\nログの先頭部分のみ表示しています"));
   progress_ = new QProgressBar(frame);
   progress_->setObjectName(QStringLiteral("ProgressBar1"));
   progress_->setAccessibleName(tr("Progress of the KML export"));
@@ -168,10 +163,23 @@ void RawLogViewer::takeRead(const Status& outcome) {
                    return text_->fill(deadline) ? JobProgress::more : JobProgress::done;
                  }),
                  {.ended = [this](const Status&) { showWantedMessage(); }});
-  shortened_->setText(toQString(cutText(log_)));
+  showExtent(!nothingRead && log_.messageStarts.empty());
   showExportRunning(export_->isRunning());
   if (std::exchange(exportWhenRead_, false)) export_->start(log_.rawText);
   if (!outcome) context_.desktop.showMessage(outcome.error().text());
+}
+
+void RawLogViewer::showExtent(bool hasNoMessage) {
+  if (hasNoMessage) {
+    shortened_->setText(tr("No message yet まだメッセージがありません"));
+    shortened_->setToolTip(
+        tr("Bring this window to the front again when the decoder has written one\n"
+           "受信後にこの画面を前面に戻すと表示されます"));
+    return;
+  }
+  shortened_->setText(toQString(cutText(log_)));
+  shortened_->setToolTip(
+      tr("The log goes on; only its beginning is read\nログの先頭部分のみ表示しています"));
 }
 
 void RawLogViewer::showWantedMessage() {
@@ -265,6 +273,9 @@ void RawLogViewer::showExportRunning(bool running) {
   progress_->setVisible(running);
   cancel_->setVisible(running);
   shortened_->setVisible(!running && !shortened_->text().isEmpty());
+  // Larger letters need a wider window.
+  const int needed = buttons_->sizeHint().width() + toPixels(kTextWidthOffset);
+  if (needed > minimumWidth()) setMinimumWidth(needed);
 }
 
 void RawLogViewer::showProgress(qint64 done, qint64 total) {

@@ -68,6 +68,8 @@ class RawLogViewer : public QWidget {
   /// False when there is no such file; the window is closed then.
   bool read();
   void takeRead(const Status& outcome);
+  /// Says beside the buttons which part of the log is shown, if not all of it.
+  void showExtent(bool hasNoMessage);
   void showWantedMessage();
   void showMissing();
   void takePlaceFromSettings();

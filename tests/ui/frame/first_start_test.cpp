@@ -113,6 +113,20 @@ TEST_F(FirstStart, MakesAnEmptyStationButNeverInAnotherOne) {
   EXPECT_THAT(note(), HasSubstr("This folder holds a station already"));
 }
 
+TEST_F(FirstStart, SaysWhyAFolderCannotBeUsedAndAsksOn) {
+  test::writeBytes(root_.path() / "file", "");
+  chosen_ = root_.path() / "file" / "new";
+  open();
+  press("MakeEmpty");
+  EXPECT_TRUE(dialog_->isVisible());
+  EXPECT_TRUE(dialog_->programFolder().empty());
+  EXPECT_THAT(note(), HasSubstr("The station cannot be used. この受信局は使えません。\n"));
+  EXPECT_THAT(note(), HasSubstr(toUtf8(root_.path() / "file")));
+  chosen_ = root_.path() / "new";
+  press("MakeEmpty");
+  EXPECT_EQ(dialog_->programFolder(), chosen_ / "vel");
+}
+
 TEST_F(FirstStart, MakesASampleStationUnderANameOfItsOwn) {
   fs::create_directories(root_.path() / "VEL sample");
   open(maker("works"));

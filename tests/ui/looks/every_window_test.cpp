@@ -44,20 +44,15 @@ class EveryWindow : public LooksTest {
   void expectNoMessage() const { EXPECT_THAT(desktop_.messages, IsEmpty()); }
 
   void lookAtMenuOf(const char* name, LogBrowser& browser) {
-    inWindow(
-        "mainMenu", [&] { press(control<QPushButton>(browser, "menuButton")); },
-        [&](QWidget& menu) { looks_.atMenu(name, dynamic_cast<QMenu&>(menu)); });
+    lookAtMenu(name, "mainMenu", [&] { press(control<QPushButton>(browser, "menuButton")); });
   }
   void lookAtListMenu(const char* name, LogBrowser& browser) {
-    inWindow(
-        "ListMenu",
-        [&] {
-          const QPoint place = browser.list()->visualRect(browser.model()->index(0, 1)).center();
-          QContextMenuEvent asked(QContextMenuEvent::Mouse, place,
-                                  browser.list()->viewport()->mapToGlobal(place));
-          QApplication::sendEvent(browser.list()->viewport(), &asked);
-        },
-        [&](QWidget& menu) { looks_.atMenu(name, dynamic_cast<QMenu&>(menu)); });
+    lookAtMenu(name, "ListMenu", [&] {
+      const QPoint place = browser.list()->visualRect(browser.model()->index(0, 1)).center();
+      QContextMenuEvent asked(QContextMenuEvent::Mouse, place,
+                              browser.list()->viewport()->mapToGlobal(place));
+      QApplication::sendEvent(browser.list()->viewport(), &asked);
+    });
   }
   void lookAtChoices(const char* name, QComboBox& chooser) {
     chooser.showPopup();
@@ -199,7 +194,7 @@ TEST_F(EveryWindow, OfMessages) {
         "エクセル側で書き換えを行っていなければエクセルを閉じてから再試行を行うと継続できます。");
   });
   ServiceWait wait(QStringLiteral("Starting velweb...\nvelwebを起動しています..."), acars_, [] {});
-  ASSERT_TRUE(QTest::qWaitFor([&] { return wait.isVisible(); }));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return wait.isVisible(); }, kLongEnough));
   look("wait", wait);
 }
 

@@ -1,6 +1,7 @@
 #include "tests/ui/looks/looks_fixture.h"
 
 #include <QAction>
+#include <QMenu>
 #include <QProcess>
 #include <stdexcept>
 
@@ -106,6 +107,30 @@ void LooksTest::inWindow(const char* objectName, const std::function<void()>& op
     settle();
     action(window);
   });
+}
+
+void LooksTest::lookAtMenu(const char* name, const char* objectName,
+                           const std::function<void()>& open) const {
+  constexpr int kTries = 20;
+  constexpr int kUntilOpen = 2000;
+  bool isOver = false;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (isOver || menu == nullptr || menu->objectName() != QLatin1String(objectName)) return;
+    isOver = true;
+    looks_.atMenu(name, *menu);
+    menu->close();
+  });
+  timer.start(0);
+  // A compositor that is still giving the keys back after the last menu closes
+  // the next one at once: nobody's hand is that fast.
+  for (int tries = 0; tries < kTries; ++tries) {
+    const auto hasKeys = [] { return QApplication::activeWindow() != nullptr; };
+    if (QTest::qWaitFor(hasKeys, kUntilOpen)) open();
+    if (QTest::qWaitFor([&] { return isOver; }, kUntilOpen)) return;
+  }
+  ADD_FAILURE() << objectName << " did not open";
 }
 
 void LooksTest::lookAtDialog(const char* name, const char* objectName,

@@ -41,6 +41,8 @@ class LooksTest : public testing::Test {
   void look(const char* name, QWidget& window) const;
   /// Looks at a dialog that an action opens, at once or a moment later.
   void lookAtDialog(const char* name, const char* objectName, const std::function<void()>& open);
+  void lookAtMenu(const char* name, const char* objectName,
+                  const std::function<void()>& open) const;
   /// The same where more than a look is to be done there.
   static void inWindow(const char* objectName, const std::function<void()>& open,
                        const std::function<void(QWidget&)>& action);

@@ -47,6 +47,16 @@ class PhotoPaneTest : public testing::Test {
   std::unique_ptr<PhotoPane> pane_;
 };
 
+TEST_F(PhotoPaneTest, SaysWhatToDoWhereThereIsNeitherAPhotoNorAPlaceholder) {
+  std::filesystem::remove(photo("noimage.jpg"));
+  show("JA8089");
+  EXPECT_EQ(pane_->photo()->hint().toStdString(),
+            "No photo 写真なし\nSearch, then save it as\n検索して保存:\npics/JA8089.jpg");
+  const QImage hinted = pane_->photo()->grab().toImage();
+  pane_->clear();
+  EXPECT_NE(pane_->photo()->grab().toImage(), hinted);
+}
+
 TEST_F(PhotoPaneTest, ShowsThePhotoWithItsSizeAndTellsItToScreenReaders) {
   save("JA8089.jpg", QSize(300, 200), Qt::red);
   show("JA8089");

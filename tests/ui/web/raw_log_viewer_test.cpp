@@ -108,6 +108,17 @@ TEST_F(RawLogViewerTest, AFileOfAnotherFormGivesTheNote) {
   EXPECT_EQ(text(), kNote);
 }
 
+TEST_F(RawLogViewerTest, ALogWithoutAMessageSaysSoInBothLanguages) {
+  writeRawLog("JA8089", "");
+  open("JA8089");
+  auto* label = control<QLabel>("Label1");
+  EXPECT_TRUE(label->isVisible());
+  EXPECT_EQ(label->text().toStdString(), "No message yet まだメッセージがありません");
+  writeRawLog("JA8089", rawLine("HDR", "POS") + "\r\n");
+  open("JA8089");
+  EXPECT_FALSE(label->isVisible());
+}
+
 TEST_F(RawLogViewerTest, AMissingFileIsSaidAndNoWindowOpens) {
   web_->rawLogs().open("JA8089");
   EXPECT_THAT(desktop_.messages, ElementsAre(kNotFound));
