@@ -161,6 +161,11 @@ TEST_F(LongUse, OpeningEveryWindow) {
   repeat("configuration", count, [&] { openAndClose([&] { press(acars, "Command10"); }); });
   repeat("find", count, [&] { openAndClose(acars.showFind); });
   repeat("report", count, [&] { openAndClose(acars.showReport); });
+  repeat("import", count, [&] { openAndClose([&] { acars.showImport({}); }); });
+  repeat("saved list", count, [&] {
+    acars.saveList();
+    finish();
+  });
   repeat("raw log", count, [&] { openAndClose([&] { program_.openRawLog("JA1000A"); }); });
   repeat("ground stations", count, [&] { openAndClose(hfdl.showActivityChart); });
   repeat("frequencies", count, [&] { openAndClose(hfdl.showFrequencyChart); });

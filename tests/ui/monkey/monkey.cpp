@@ -2,11 +2,15 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QInputMethodEvent>
+#include <QMimeData>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 #include <QWheelEvent>
 #include <array>
 
@@ -37,6 +41,7 @@ constexpr std::array kStrokes = {
     Stroke{Qt::Key_Delete},
     Stroke{Qt::Key_Backspace},
     Stroke{Qt::Key_F5},
+    Stroke{Qt::Key_S, Qt::ControlModifier},
     Stroke{Qt::Key_F, Qt::ControlModifier},
     Stroke{Qt::Key_F, Qt::ControlModifier | Qt::ShiftModifier},
     Stroke{Qt::Key_L, Qt::ControlModifier},
@@ -140,7 +145,8 @@ void Monkey::act() {
                            : kind < 60 ? "wheel"
                            : kind < 80 ? "key"
                            : kind < 93 ? "type"
-                           : kind < 98 ? "resize"
+                           : kind < 97 ? "resize"
+                           : kind < 98 ? "drop"
                                        : "leave";
   work_ = std::string(name) + " " + window->metaObject()->className() + " " +
           target->objectName().toStdString() + " (" + target->metaObject()->className() + ")";
@@ -154,8 +160,10 @@ void Monkey::act() {
     pressKey(target);
   } else if (kind < 93) {
     type(target);
-  } else if (kind < 98) {
+  } else if (kind < 97) {
     resizeWindow(window);
+  } else if (kind < 98) {
+    drop(window);
   } else {
     leave(window);
   }
@@ -233,6 +241,19 @@ void Monkey::resizeWindow(QWidget* window) {
     default:
       window->resize(side(), side());
   }
+}
+
+void Monkey::drop(QWidget* window) {
+  if (filesToDrop_.isEmpty() || !window->acceptDrops()) return;
+  QMimeData files;
+  files.setUrls({QUrl::fromLocalFile(
+      filesToDrop_[static_cast<qsizetype>(below(static_cast<std::size_t>(filesToDrop_.size())))])});
+  const QPoint place = window->rect().center();
+  QDragEnterEvent enter(place, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window, &enter);
+  if (!enter.isAccepted()) return;
+  QDropEvent dropped(place, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(window, &dropped);
 }
 
 // Enter takes what a dialog proposes, Escape refuses it, and closing is left to

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QStringList>
 #include <QWidget>
 #include <chrono>
 #include <cstdint>
@@ -22,6 +23,9 @@ class Monkey : public QObject {
 
   /// Makes so many events, as far as `goesOn` allows; returns how many.
   std::size_t play(std::size_t events, const std::function<bool()>& goesOn);
+
+  /// Files that are dropped on the browsers; none at first.
+  void setFilesToDrop(const QStringList& files) { filesToDrop_ = files; }
 
   /// The longest that this thread worked between two events, in its own
   /// processor time, and after which event that was.
@@ -44,11 +48,13 @@ class Monkey : public QObject {
   void type(QWidget* target);
   void resizeWindow(QWidget* window);
   void leave(QWidget* window);
+  void drop(QWidget* window);
 
   std::mt19937_64 random_;
   std::size_t left_ = 0;
   std::size_t done_ = 0;
   std::function<bool()> goesOn_;
+  QStringList filesToDrop_;
   QPointer<QWidget> modal_;
   int eventsInModal_ = 0;
   std::chrono::nanoseconds lastTime_{};

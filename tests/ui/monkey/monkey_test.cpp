@@ -74,6 +74,8 @@ class WildUser : public testing::Test {
       if (!program.start()) continue;
       const std::size_t made = monkey.play(events, [&] { return !program.hasEnded(); });
       made_ += made;
+      imports_ += program.imports();
+      savedLists_ += program.savedLists();
       events -= made;
     }
   }
@@ -84,6 +86,8 @@ class WildUser : public testing::Test {
   fs::path workingFolder_;
   std::size_t starts_ = 0;
   std::size_t made_ = 0;
+  std::size_t imports_ = 0;
+  std::size_t savedLists_ = 0;
 };
 
 TEST_F(WildUser, DoesNoHarm) {
@@ -93,7 +97,14 @@ TEST_F(WildUser, DoesNoHarm) {
     const auto files = filesBelow(folder_.path());
     return std::set<std::string>(files.begin(), files.end());
   }();
+  const std::set<fs::path> foldersBefore(fs::directory_iterator(folders_.base),
+                                         fs::directory_iterator());
   Monkey monkey(seed);
+  QStringList imports;
+  for (const std::string& file : filesBelow(folders_.base / "imports")) {
+    imports << QString::fromStdString(file);
+  }
+  monkey.setFilesToDrop(imports);
   std::size_t changes = 0;
   std::size_t bytesAtFirst = 0;
   std::size_t bytesAtLast = 0;
@@ -117,16 +128,21 @@ TEST_F(WildUser, DoesNoHarm) {
     }
   }
   std::printf(
-      "%zu events in %zu starts, %zu changes of files; longest gap %lld ms (%s); "
-      "%zu KB in use halfway, %zu KB at the end\n",
-      made_, starts_, changes, static_cast<long long>(monkey.longestGap().count()),
-      monkey.longestWork().c_str(), bytesAtFirst / 1024, bytesAtLast / 1024);
+      "%zu events in %zu starts, %zu imports, %zu saved lists, %zu changes of files; "
+      "longest gap %lld ms (%s); %zu KB in use halfway, %zu KB at the end\n",
+      made_, starts_, imports_, savedLists_, changes,
+      static_cast<long long>(monkey.longestGap().count()), monkey.longestWork().c_str(),
+      bytesAtFirst / 1024, bytesAtLast / 1024);
   EXPECT_GT(made_, events / 2);
   EXPECT_GT(changes, 10U);
+  EXPECT_GT(imports_ + savedLists_, 0U);
   EXPECT_LT(monkey.longestGap(), kLongestGap) << monkey.longestWork();
   EXPECT_LE(openDescriptors(), descriptorsAtFirst);
   EXPECT_LT(bytesAtLast, bytesAtFirst + bytesAtFirst / 20 + kSlack);
   EXPECT_THAT(filesBelow(outside_), IsEmpty());
+  for (const fs::directory_entry& entry : fs::directory_iterator(folders_.base)) {
+    EXPECT_TRUE(foldersBefore.contains(entry.path())) << entry.path();
+  }
   for (const std::string& file : filesBelow(folders_.logs)) {
     EXPECT_TRUE(before.contains(file)) << "the program writes no logs: " << file;
   }

@@ -67,13 +67,33 @@ std::string rawLog(const std::string& registration) {
   return log;
 }
 
+void makeImports(const fs::path& folder) {
+  std::string aircraft;
+  std::string routes = "Callsign,Code,Number,AirlineCode,AirportCodes\n";
+  for (int i = 0; i < 200; ++i) {
+    const std::string number = std::to_string(1000 + i);
+    aircraft += "86D" + std::to_string(10 + i % 90) + "8;JA" + number + "A;B789;00;;;;\n";
+    routes += "JAL" + number + ",JL," + number + ",JAL,RJTT-PHNL-KLAX\n";
+  }
+  constexpr auto kNew = std::ios::trunc;
+  write(folder / "aircraft.csv", aircraft, kNew);
+  write(folder / "airports.csv",
+        "ident,type,name,municipality,iata_code\nRJTT,large_airport,\"Haneda, "
+        "Tokyo\",Tokyo,HND\nKLAX,large_airport,International,Los Angeles,LAX\n",
+        kNew);
+  write(folder / "letter.csv", "JL,JAL,Japan Airlines\r\nBA,BAW,British Airways\r\n", kNew);
+  write(folder / "nothing.txt", "this is no table\nat all\n", kNew);
+  write(folder / "routes.csv", routes, kNew);
+}
+
 }  // namespace
 
 void makeStation(const Folders& folders) {
-  for (const auto& folder :
-       {folders.program, folders.data, folders.logs, folders.eachLogs, folders.pics}) {
+  for (const auto& folder : {folders.program, folders.data, folders.logs, folders.eachLogs,
+                             folders.pics, folders.base / "imports", folders.base / "saved"}) {
     fs::create_directories(folder);
   }
+  makeImports(folders.base / "imports");
   std::string aircraft;
   std::string flights;
   std::string addresses;
@@ -106,7 +126,8 @@ void makeStation(const Folders& folders) {
 }
 
 RestlessFiles::RestlessFiles(const Folders& folders, std::uint64_t seed) {
-  for (const auto& folder : {folders.data, folders.logs, folders.eachLogs, folders.pics}) {
+  for (const auto& folder :
+       {folders.data, folders.logs, folders.eachLogs, folders.pics, folders.base / "imports"}) {
     for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
       if (!entry.is_regular_file()) continue;
       files_.push_back({entry.path(), read(entry.path()), folder == folders.data});

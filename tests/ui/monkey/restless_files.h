@@ -11,7 +11,8 @@
 
 namespace vel::test {
 
-/// Writes a small station: tables, logs of some days, raw logs, photos.
+/// Writes a small station: tables, logs of some days, raw logs, photos, files that
+/// are imported (`imports`), and a place for lists (`saved`).
 void makeStation(const Folders& folders);
 
 /// A thread that does to the files of a station what other programs might:

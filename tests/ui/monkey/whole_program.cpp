@@ -1,9 +1,13 @@
 #include "tests/ui/monkey/whole_program.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QTest>
 #include <QTimer>
+#include <array>
 
+#include "exchange/ui/import_dialog.h"
+#include "exchange/ui/list_saver.h"
 #include "hfdl/ui/activity_window.h"
 #include "hfdl/ui/frequency_window.h"
 #include "history/ui/history_wiring.h"
@@ -20,9 +24,13 @@ int EnclosedDesktop::open(const std::string&) {
 }
 
 struct WholeProgram::SideWindows {
-  explicit SideWindows(const Context& context) : history(context) {}
+  explicit SideWindows(const Context& context) : history(context), lists(context) {}
 
   HistoryWindows history;
+  ListSaver lists;
+  std::size_t askedForFile = 0;
+  std::size_t imports = 0;
+  std::size_t savedLists = 0;
   TourState tour;
   std::unique_ptr<ActivityWindow> activity;
   std::unique_ptr<FrequencyWindow> frequencies;
@@ -35,11 +43,23 @@ WholeProgram::WholeProgram(const Folders& folders)
       web_(std::make_unique<WebAccess>(program_->context(), QStringLiteral("/nowhere/velweb"))),
       side_(std::make_unique<SideWindows>(program_->context())) {
   openFromHistory(side_->history, *program_, web_->rawLogs());
+  side_->lists.chooseFile = [this](QWidget*, const QString&) {
+    constexpr std::array kFormats = {ListFormat::spreadsheet, ListFormat::station,
+                                     ListFormat::html};
+    const std::size_t number = side_->savedLists++ % kFormats.size();
+    const QDir base(QString::fromStdString(program_->context().folders.base.string()));
+    return ListSaver::Choice{base.filePath(QStringLiteral("saved/list%1").arg(number)),
+                             kFormats[number]};
+  };
+  side_->history.saveList = [this](QTableView& list, const QString& title) {
+    side_->lists.save(list, title);
+  };
   program_->addUnloadStep([this] { web_->rawLogs().close(); });
   program_->addUnloadStep([this] { side_->history.close(); });
   const auto makeAcars = [this](BrowserFrame& frame) {
     auto browser = std::make_unique<AcarsBrowser>(frame, *web_);
     offerHistory(*browser, ReportKind::list, side_->history);
+    offerExchange(*browser, frame);
     browser->prepareTour = [this](int step) { side_->tour.step = step; };
     browser->showTour = [this, window = browser.get()] {
       const WindowTourHost host(window);
@@ -50,6 +70,7 @@ WholeProgram::WholeProgram(const Folders& folders)
   const auto makeHfdl = [this](BrowserFrame& frame) {
     auto browser = std::make_unique<HfdlBrowser>(frame, *web_);
     offerHistory(*browser, ReportKind::hfdl, side_->history);
+    offerExchange(*browser, frame);
     browser->showActivityChart = [this, window = browser.get()] {
       if (!side_->activity) {
         side_->activity = std::make_unique<ActivityWindow>(program_->context(),
@@ -67,6 +88,35 @@ WholeProgram::WholeProgram(const Folders& folders)
   };
   program_->setBrowsers(makeAcars, makeHfdl);
 }
+
+QString WholeProgram::nextFile() {
+  const QDir folder(
+      QString::fromStdString((program_->context().folders.base / "imports").string()));
+  const QStringList files = folder.entryList(QDir::Files, QDir::Name);
+  if (files.isEmpty()) return {};
+  const auto number = side_->askedForFile++ % static_cast<std::size_t>(files.size());
+  return folder.filePath(files[static_cast<qsizetype>(number)]);
+}
+
+void WholeProgram::offerExchange(LogBrowser& browser, BrowserFrame& frame) {
+  browser.saveList = [this, &browser] {
+    side_->lists.save(*browser.list(), QString::fromStdString(browser.shownLog()));
+  };
+  browser.showImport = [this, &browser, &frame](const QString& file) {
+    ImportDialog dialog(frame.context(), &browser);
+    dialog.chooseFile = [this](QWidget*) { return nextFile(); };
+    QObject::connect(&dialog, &ImportDialog::tablesChanged, &dialog, [this, &frame] {
+      ++side_->imports;
+      frame.tablesChanged();
+    });
+    if (!file.isEmpty()) dialog.setFile(file);
+    dialog.exec();
+  };
+}
+
+std::size_t WholeProgram::imports() const { return side_->imports; }
+
+std::size_t WholeProgram::savedLists() const { return side_->savedLists; }
 
 WholeProgram::~WholeProgram() {
   // In the order in which main() leaves them.

@@ -23,7 +23,9 @@ class EnclosedDesktop : public QtDesktop {
   std::size_t opened_ = 0;
 };
 
-/// The whole program with all its windows, as main() puts it together.
+/// The whole program with all its windows, as main() puts it together. Where it
+/// asks for a file, it is given one of the base folder: of those in `imports`, or
+/// a place in `saved`.
 class WholeProgram {
  public:
   explicit WholeProgram(const Folders& folders);
@@ -37,10 +39,16 @@ class WholeProgram {
   [[nodiscard]] const JobRunner& jobs() const { return program_->context().jobs; }
   [[nodiscard]] AcarsBrowser& acars() const;
   [[nodiscard]] HfdlBrowser& hfdl() const;
+  /// How many imports wrote a table, and how many lists were saved.
+  [[nodiscard]] std::size_t imports() const;
+  [[nodiscard]] std::size_t savedLists() const;
   void openRawLog(const std::string& registration) { web_->rawLogs().open(registration); }
 
  private:
   struct SideWindows;
+
+  void offerExchange(LogBrowser& browser, BrowserFrame& frame);
+  [[nodiscard]] QString nextFile();
 
   EnclosedDesktop desktop_;
   std::unique_ptr<Program> program_;
