@@ -145,7 +145,7 @@ void Monkey::act() {
                            : kind < 60 ? "wheel"
                            : kind < 80 ? "key"
                            : kind < 93 ? "type"
-                           : kind < 97 ? "resize"
+                           : kind < 96 ? "resize"
                            : kind < 98 ? "drop"
                                        : "leave";
   work_ = std::string(name) + " " + window->metaObject()->className() + " " +
@@ -160,7 +160,7 @@ void Monkey::act() {
     pressKey(target);
   } else if (kind < 93) {
     type(target);
-  } else if (kind < 97) {
+  } else if (kind < 96) {
     resizeWindow(window);
   } else if (kind < 98) {
     drop(window);

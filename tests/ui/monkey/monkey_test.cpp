@@ -29,6 +29,8 @@ using testing::IsEmpty;
 
 constexpr std::size_t kRounds = 10;
 constexpr std::size_t kUsualEvents = 3000;
+/// So many that chance leaves out nothing that the user does.
+constexpr std::size_t kManyEvents = 30'000;
 constexpr std::chrono::milliseconds kLongestGap{1000};
 /// What Qt keeps of the texts, fonts and icons that chance brought to the
 /// screen differs from run to run.
@@ -135,7 +137,10 @@ TEST_F(WildUser, DoesNoHarm) {
       bytesAtFirst / 1024, bytesAtLast / 1024);
   EXPECT_GT(made_, events / 2);
   EXPECT_GT(changes, 10U);
-  EXPECT_GT(imports_ + savedLists_, 0U);
+  if (events >= kManyEvents) {
+    EXPECT_GT(imports_, 0U);
+    EXPECT_GT(savedLists_, 0U);
+  }
   EXPECT_LT(monkey.longestGap(), kLongestGap) << monkey.longestWork();
   EXPECT_LE(openDescriptors(), descriptorsAtFirst);
   EXPECT_LT(bytesAtLast, bytesAtFirst + bytesAtFirst / 20 + kSlack);
