@@ -57,6 +57,12 @@ void writeBytes(const std::filesystem::path& path, std::string_view bytes) {
   ASSERT_TRUE(file.good()) << path;
 }
 
+void giveName(const std::filesystem::path& path, const std::string& name) {
+  const std::filesystem::path between = path.parent_path() / "between two names";
+  std::filesystem::rename(path, between);
+  std::filesystem::rename(between, path.parent_path() / name);
+}
+
 std::string readBytes(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file.is_open()) << path;

@@ -40,6 +40,10 @@ class TemporaryBase : public TemporaryFolder {
 /// Writes bytes as they are; the test fails when that does not work.
 void writeBytes(const std::filesystem::path& path, std::string_view bytes);
 
+/// Gives a file of a folder another name, also one of the same letters in other
+/// case, which not every system takes for another name.
+void giveName(const std::filesystem::path& path, const std::string& name);
+
 /// The bytes of a file; the test fails when it cannot be read.
 [[nodiscard]] std::string readBytes(const std::filesystem::path& path);
 

@@ -56,6 +56,8 @@ bool Program::Main() {
   stage_ = Stage::splashShown;
   splash_->show();
   WriteRunLog(desktop_, "End main");
+  // Not before: some systems let timers tick while a window is being shown.
+  splash_->startTicking();
   return true;
 }
 

@@ -48,8 +48,9 @@ Splash::Splash(std::function<void()> tick)
   resize(sizeHint().expandedTo(QSize(440, 190)));
 
   connect(&timer_, &QTimer::timeout, this, std::move(tick));
-  timer_.start(kFirstInterval);
 }
+
+void Splash::startTicking() { timer_.start(kFirstInterval); }
 
 void Splash::showPleaseWait() { pleaseWait_->setVisible(true); }
 

@@ -8,7 +8,7 @@
 namespace vel {
 
 /// The window that is seen while the browsers load. Its timer drives the
-/// start: `tick` is called until the splash is closed.
+/// start: `tick` is called from startTicking() until the splash is closed.
 class Splash : public QWidget {
   Q_OBJECT
 
@@ -20,6 +20,7 @@ class Splash : public QWidget {
   /// Puts a text like "FMT:120 LIST:358" into the progress label.
   void setProgress(const QString& text);
   void setInterval(int milliseconds) { timer_.setInterval(milliseconds); }
+  void startTicking();
   /// Ends the ticks.
   void stop() { timer_.stop(); }
 

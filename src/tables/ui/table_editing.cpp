@@ -41,6 +41,9 @@ class TableEditing::Rewriting {
     button.setEnabled(false);
     if (hadFocus) heir_ = button.window()->focusWidget();
     hadFocus_ = hadFocus;
+    // Drawn at once, as what is said is: the work may begin before the window is
+    // drawn the next time.
+    button.repaint();
   }
 
   void start() {

@@ -111,7 +111,7 @@ TEST_F(AcarsDetails, AnAmpersandInAFlightOrRegistrationIsShown) {
 }
 
 TEST_F(AcarsDetails, TheFlightTableIsFoundInSmallLettersToo) {
-  fs::rename(base_.folders.data / "FLIGHT.csv", base_.folders.data / "flight.csv");
+  test::giveName(base_.folders.data / "FLIGHT.csv", "flight.csv");
   start();
   select(0);
   EXPECT_EQ(text("Text2(0)"), "RJTT");
@@ -150,7 +150,7 @@ TEST_F(AcarsDetails, WithoutAPhotoNoimageIsShownAndTheSizeStaysAsItWas) {
 }
 
 TEST_F(AcarsDetails, APhotoIsFoundWhateverTheCaseOfItsName) {
-  fs::rename(base_.folders.pics / "JA8089.jpg", base_.folders.pics / "ja8089.JPG");
+  test::giveName(base_.folders.pics / "JA8089.jpg", "ja8089.JPG");
   start();
   select(0);
   EXPECT_EQ(text("Label1"), "150 x 100");

@@ -206,7 +206,7 @@ TEST_F(FlightEditorWindow, ALineOfTheTableWithTwoFieldsEndsTheProgramWithTheTabl
 }
 
 TEST_F(FlightEditorWindow, ATableNamedInSmallLettersKeepsItsName) {
-  std::filesystem::rename(base_.folders.data / "FLIGHT.csv", base_.folders.data / "flight.csv");
+  test::giveName(base_.folders.data / "FLIGHT.csv", "flight.csv");
   select(0);
   fill("RJAA", "KSFO", "x");
   click("Command2");

@@ -82,7 +82,7 @@ TEST_F(OpenPhoto, ARegistrationThatLeavesTheFolderOpensOnlyNoimage) {
 }
 
 TEST_F(OpenPhoto, APhotoIsOpenedUnderTheNameThatItsFileHas) {
-  std::filesystem::rename(base_.folders.pics / "JA8089.jpg", base_.folders.pics / "Ja8089.JPG");
+  test::giveName(base_.folders.pics / "JA8089.jpg", "Ja8089.JPG");
   start();
   select(0);
   clickPhoto();

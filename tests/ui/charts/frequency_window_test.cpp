@@ -414,9 +414,11 @@ TEST_F(FrequencyWindowTest, SavedPictureIsAReadablePngOfAllStations) {
   ASSERT_NE(button, nullptr);
   EXPECT_EQ(button->text().toStdString(), "Save picture as PNG...");
   QTest::mouseClick(button, Qt::LeftButton);
-  QImageReader reader(file);
-  EXPECT_EQ(reader.format(), "png");
-  EXPECT_EQ(reader.read().size(), window_.picture()->size());
+  {
+    QImageReader reader(file);
+    EXPECT_EQ(reader.format(), "png");
+    EXPECT_EQ(reader.read().size(), window_.picture()->size());
+  }
   EXPECT_GT(window_.picture()->height(), frame()->height());
   std::filesystem::remove(station_.base / "week.png");
   QTest::keyClick(&window_, Qt::Key_S, Qt::ControlModifier);
@@ -549,10 +551,15 @@ TEST_F(FrequencyWindowTest, ArrowKeysMoveThePointFromRowToRowAndKeepItInSight) {
 TEST_F(FrequencyWindowTest, MenuKeysOpenAMenuThatEnlargesSavesCopiesAndLoadsAgain) {
   write(header("2026/11/15 07:03:00") + frequencies("2998", "Molokai"));
   open();
+  // The keys are the active window's, which it is again a moment after a menu.
+  const auto menuAfter = [this](Qt::Key key, Qt::KeyboardModifiers modifier) -> QMenu* {
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
+    QTest::keyClick(&window_, key, modifier);
+    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  };
   for (const auto& [key, modifier] :
        {std::pair(Qt::Key_Menu, Qt::NoModifier), std::pair(Qt::Key_F10, Qt::ShiftModifier)}) {
-    QTest::keyClick(&window_, key, modifier);
-    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    QMenu* menu = menuAfter(key, modifier);
     ASSERT_NE(menu, nullptr);
     EXPECT_EQ(menu->objectName().toStdString(), "ChartMenu");
     std::vector<std::string> captions;
@@ -567,8 +574,9 @@ TEST_F(FrequencyWindowTest, MenuKeysOpenAMenuThatEnlargesSavesCopiesAndLoadsAgai
   QTest::keyClick(&window_, Qt::Key_Right);
   const QPoint point = *window_.picture()->point();
   write(header("2026/11/15 07:03:00") + frequencies("2998", "Auckland"));
-  QTest::keyClick(&window_, Qt::Key_Menu);
-  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_E);
+  QMenu* menu = menuAfter(Qt::Key_Menu, Qt::NoModifier);
+  ASSERT_NE(menu, nullptr);
+  QTest::keyClick(menu, Qt::Key_E);
   finishJobs();
   EXPECT_EQ(window_.tables().stationName(0), "Auckland");
   EXPECT_TRUE(window_.magnifier()->isVisible());
@@ -577,8 +585,9 @@ TEST_F(FrequencyWindowTest, MenuKeysOpenAMenuThatEnlargesSavesCopiesAndLoadsAgai
   window_.magnifier()->close();
   EXPECT_EQ(window_.picture()->point(), point) << "still there";
   write(header("2026/11/15 07:03:00") + frequencies("2998", "Agana"));
-  QTest::keyClick(&window_, Qt::Key_Menu);
-  QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_R);
+  menu = menuAfter(Qt::Key_Menu, Qt::NoModifier);
+  ASSERT_NE(menu, nullptr);
+  QTest::keyClick(menu, Qt::Key_R);
   finishJobs();
   EXPECT_EQ(window_.tables().stationName(0), "Agana");
   EXPECT_FALSE(window_.magnifier()->isVisible());
