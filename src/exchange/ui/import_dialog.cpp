@@ -1,5 +1,6 @@
 #include "exchange/ui/import_dialog.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -189,8 +190,9 @@ QWidget* ImportDialog::makeButtons() {
 }
 
 void ImportDialog::setFile(const QString& file) {
-  file_->setText(file);
-  file_->setToolTip(plainToolTip(file));
+  const QString native = QDir::toNativeSeparators(file);
+  file_->setText(native);
+  file_->setToolTip(plainToolTip(native));
   readFile();
 }
 
