@@ -131,10 +131,11 @@ void Monkey::act() {
     eventsInModal_ = 0;
   }
   modal_ = isModal ? window : nullptr;
-  constexpr int kEnough = 25;
+  // An import has to be read before it can be made.
+  const int enough = window->objectName() == QLatin1String("ImportDialog") ? 250 : 25;
   // A dialog for files could write to any place: the monkey leaves it.
   const bool isForFiles = qobject_cast<QFileDialog*>(window) != nullptr;
-  if (isForFiles || eventsInModal_ > kEnough) {
+  if (isForFiles || eventsInModal_ > enough) {
     leave(window);
     return;
   }

@@ -142,7 +142,7 @@ TEST_F(WildUser, DoesNoHarm) {
     EXPECT_GT(savedLists_, 0U);
   }
   EXPECT_LT(monkey.longestGap(), kLongestGap) << monkey.longestWork();
-  EXPECT_LE(openDescriptors(), descriptorsAtFirst);
+  EXPECT_LE(openDescriptors(), descriptorsAtFirst) << namesOfDescriptors();
   EXPECT_LT(bytesAtLast, bytesAtFirst + bytesAtFirst / 20 + kSlack);
   EXPECT_THAT(filesBelow(outside_), IsEmpty());
   for (const fs::directory_entry& entry : fs::directory_iterator(folders_.base)) {

@@ -3,6 +3,7 @@
 #include <ctime>
 #include <filesystem>
 #include <iterator>
+#include <system_error>
 
 #include <malloc.h>
 
@@ -23,6 +24,16 @@ std::size_t allocatedBytes() {
 std::size_t openDescriptors() {
   const std::filesystem::directory_iterator descriptors("/proc/self/fd");
   return static_cast<std::size_t>(std::distance(begin(descriptors), end(descriptors)));
+}
+
+std::string namesOfDescriptors() {
+  std::string names;
+  std::error_code error;
+  for (const auto& each : std::filesystem::directory_iterator("/proc/self/fd")) {
+    names += each.path().filename().string() + ' ' +
+             std::filesystem::read_symlink(each.path(), error).string() + '\n';
+  }
+  return names;
 }
 
 std::chrono::nanoseconds threadTime() {

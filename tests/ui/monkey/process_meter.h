@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <string>
 
 namespace vel::test {
 
@@ -10,6 +11,9 @@ namespace vel::test {
 
 /// Its open descriptors.
 [[nodiscard]] std::size_t openDescriptors();
+
+/// What they are of, a line each.
+[[nodiscard]] std::string namesOfDescriptors();
 
 /// Processor time that this thread has used: what a busy machine does besides
 /// does not count.
