@@ -16,12 +16,16 @@ namespace fs = std::filesystem;
 
 const std::wstring kClasses = L"Software\\Classes\\";
 
-// A key of this user's, with its default value.
-void setKey(const std::wstring& name, const std::wstring& value) {
-  const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-  ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, (kClasses + name).c_str(), nullptr, REG_SZ,
-                            value.c_str(), size),
-            ERROR_SUCCESS);
+// Where classes can be set: this user's, unless the system passes them over, as
+// Wine 8 does; those of all users then.
+HKEY classesOwner() {
+  const std::wstring probe = kClasses + L"vel-test-probe";
+  RegSetKeyValueW(HKEY_CURRENT_USER, probe.c_str(), nullptr, REG_SZ, L"", sizeof(wchar_t));
+  HKEY merged = nullptr;
+  const bool counts = RegOpenKeyW(HKEY_CLASSES_ROOT, L"vel-test-probe", &merged) == ERROR_SUCCESS;
+  if (counts) RegCloseKey(merged);
+  RegDeleteTreeW(HKEY_CURRENT_USER, probe.c_str());
+  return counts ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
 }
 
 /// The kinds of file and of address that a stand-in opens, each under the verb
@@ -32,19 +36,28 @@ class Opener : public testing::Test {
     const std::wstring command = L'"' +
                                  (platform::executableFolder() / "opened_with.exe").wstring() +
                                  L"\" \"" + (folder_ / "out").wstring() + L"\" \"%1\"";
+    owner_ = classesOwner();
     for (const wchar_t* kind : {L"vel-test-file", L"vel-test"}) {
       ASSERT_NO_FATAL_FAILURE(setKey(kind, L"URL:vel"));
       ASSERT_NO_FATAL_FAILURE(setKey(std::wstring(kind) + L"\\shell\\Open\\command", command));
     }
     ASSERT_NO_FATAL_FAILURE(setKey(L".veltest", L"vel-test-file"));
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, (kClasses + L"vel-test").c_str(), L"URL Protocol",
-                              REG_SZ, L"", sizeof(wchar_t)),
+    ASSERT_EQ(RegSetKeyValueW(owner_, (kClasses + L"vel-test").c_str(), L"URL Protocol", REG_SZ,
+                              L"", sizeof(wchar_t)),
               ERROR_SUCCESS);
   }
   void TearDown() override {
     for (const wchar_t* kind : {L"vel-test-file", L"vel-test", L".veltest"}) {
-      RegDeleteTreeW(HKEY_CURRENT_USER, (kClasses + kind).c_str());
+      RegDeleteTreeW(owner_, (kClasses + kind).c_str());
     }
+  }
+
+  // A key with its default value.
+  void setKey(const std::wstring& name, const std::wstring& value) const {
+    const auto size = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    ASSERT_EQ(
+        RegSetKeyValueW(owner_, (kClasses + name).c_str(), nullptr, REG_SZ, value.c_str(), size),
+        ERROR_SUCCESS);
   }
 
   /// What the program was started with: one argument, the root folder as the
@@ -59,6 +72,7 @@ class Opener : public testing::Test {
   static std::string once(const std::string& target) { return "1\nC:\\\n0\n" + target; }
 
   test::TemporaryFolder folder_;
+  HKEY owner_ = nullptr;
 };
 
 TEST_F(Opener, AnAddressArrivesAsItIs) {
