@@ -32,7 +32,7 @@ class HelpTest : public testing::Test {
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&window_));
   }
   [[nodiscard]] std::string page(const std::string& name) const {
-    return toUtf8(folder_.path() / "help/guide" / (name + ".html"));
+    return toUtf8((folder_.path() / "help/guide" / (name + ".html")).make_preferred());
   }
 
   test::TemporaryFolder folder_;
@@ -81,7 +81,7 @@ TEST_F(HelpTest, TellsWhereTheGuideIsWhereNothingOpensIt) {
 }
 
 TEST_F(HelpTest, TellsThatNoGuideIsInstalled) {
-  Help help(desktop_, folder_.path() / "elsewhere", "en");
+  Help help(desktop_, folder_.path() / "else" / "where", "en");
   help.open("hfdl");
   EXPECT_THAT(desktop_.opened, IsEmpty());
   EXPECT_THAT(desktop_.messages,
