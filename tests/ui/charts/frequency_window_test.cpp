@@ -551,13 +551,16 @@ TEST_F(FrequencyWindowTest, ArrowKeysMoveThePointFromRowToRowAndKeepItInSight) {
 TEST_F(FrequencyWindowTest, MenuKeysOpenAMenuThatEnlargesSavesCopiesAndLoadsAgain) {
   write(header("2026/11/15 07:03:00") + frequencies("2998", "Molokai"));
   open();
-  // The keys are the active window's, which it is again a moment after a menu; a
-  // platform without a window manager may take the closed menu for it.
-  const auto menuAfter = [this](Qt::Key key, Qt::KeyboardModifiers modifier) -> QMenu* {
-    window_.activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
-    QTest::keyClick(&window_, key, modifier);
-    return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  // The keys are the active window's, which it is again a moment after a menu or
+  // the magnifier: they are pressed until they are heard.
+  const auto menuAfter = [this](Qt::Key key, Qt::KeyboardModifiers modifier) {
+    QMenu* menu = nullptr;
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+      QTest::keyClick(&window_, key, modifier);
+      menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+      return menu != nullptr;
+    }));
+    return menu;
   };
   for (const auto& [key, modifier] :
        {std::pair(Qt::Key_Menu, Qt::NoModifier), std::pair(Qt::Key_F10, Qt::ShiftModifier)}) {
