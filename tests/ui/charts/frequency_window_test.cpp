@@ -551,11 +551,12 @@ TEST_F(FrequencyWindowTest, ArrowKeysMoveThePointFromRowToRowAndKeepItInSight) {
 TEST_F(FrequencyWindowTest, MenuKeysOpenAMenuThatEnlargesSavesCopiesAndLoadsAgain) {
   write(header("2026/11/15 07:03:00") + frequencies("2998", "Molokai"));
   open();
-  // The keys are the active window's, which it is again a moment after a menu or
-  // the magnifier: they are pressed until they are heard.
+  // The keys are the active window's: after a menu or the magnifier it becomes that
+  // again, and they are pressed until they are heard.
   const auto menuAfter = [this](Qt::Key key, Qt::KeyboardModifiers modifier) {
     QMenu* menu = nullptr;
     EXPECT_TRUE(QTest::qWaitFor([&] {
+      if (QApplication::activeWindow() != &window_) window_.activateWindow();
       QTest::keyClick(&window_, key, modifier);
       menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
       return menu != nullptr;
