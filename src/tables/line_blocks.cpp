@@ -60,7 +60,9 @@ char* LineBlocks::readPlace() const {
 
 void LineBlocks::allocate(std::size_t room) {
   const std::unique_ptr<char[]> old = std::move(buffer_);
-  buffer_ = std::make_unique_for_overwrite<char[]>(2 * BytePattern::kSlack + kPage + 2 * room);
+  // Not only what is read: the search looks a little beyond it, and nothing there
+  // may be left to chance.
+  buffer_ = std::make_unique<char[]>(2 * BytePattern::kSlack + kPage + 2 * room);
   room_ = room;
   moveRest();
 }
