@@ -95,15 +95,18 @@ Result<std::unique_ptr<DatabaseRows>> DatabaseRows::open(const std::filesystem::
     return importError("The database has no table " + table + ".",
                        "データベースに必要な表がありません。");
   }
+  const std::string countOf =
+      "SELECT count(*) FROM pragma_table_info('" + table + "') WHERE lower(name) = lower('";
   std::string list;
   for (const std::string& column : columns) {
-    const auto has = database->number("SELECT count(*) FROM pragma_table_info('" + table +
-                                          "') WHERE lower(name) = lower('" + column + "')",
-                                      code);
+    std::string query = countOf;
+    query.append(column).append("')");
+    const auto has = database->number(query, code);
     if (code != SQLITE_ROW) return databaseError(code);
     if (has != 1) {
-      return importError("The database's table " + table + " has no column " + column + ".",
-                         "データベースに必要な列がありません。");
+      std::string problem = "The database's table ";
+      problem.append(table).append(" has no column ").append(column).append(".");
+      return importError(std::move(problem), "データベースに必要な列がありません。");
     }
     list += (list.empty() ? "" : ", ") + quotedName(column);
   }

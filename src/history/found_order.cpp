@@ -133,11 +133,9 @@ Result<JobProgress> FoundOrdering::step(Clock::time_point deadline) {
   do {
     if (next_ < total_) {
       look();
-    } else if (!order_.isSorted()) {
-      return JobProgress::done;
-    } else if (sorted_ < places_.size()) {
+    } else if (order_.isSorted() && sorted_ < places_.size()) {
       sortRun();
-    } else if (runSize_ < places_.size()) {
+    } else if (order_.isSorted() && runSize_ < places_.size()) {
       merged_.reserve(places_.size());
       mergeRuns();
     } else {

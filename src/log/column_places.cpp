@@ -47,8 +47,10 @@ Lists readLists(const std::filesystem::path& file) {
 std::string textOf(const Lists& lists) {
   std::string text;
   for (const auto& [list, keys] : lists) {
-    text += '[' + list + "]\n";
-    for (const auto& [key, value] : keys) text += key + '=' + value + '\n';
+    text.append(1, '[').append(list).append("]\n");
+    for (const auto& [key, value] : keys) {
+      text.append(key).append(1, '=').append(value).append(1, '\n');
+    }
   }
   return text;
 }
