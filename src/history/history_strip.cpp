@@ -89,6 +89,7 @@ Strip hourStrip(const std::array<std::size_t, 24>& hours, const std::optional<St
                 double width, double height, double ratio) {
   const double barWidth = std::max(1.0, (width - 2 * kMargin) / static_cast<double>(hours.size()));
   std::vector<StripBar> bars;
+  bars.reserve(hours.size());
   for (int hour = 0; hour < static_cast<int>(hours.size()); ++hour) {
     bars.push_back({kMargin + hour * barWidth, kMargin + (hour + 1) * barWidth,
                     hours[static_cast<std::size_t>(hour)], hour, hour});
