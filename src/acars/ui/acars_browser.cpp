@@ -45,8 +45,8 @@ constexpr int kChooserWidth = 150;
 
 // The tour stands beside the titles: Flight ends left of 116 pixels, Pict left
 // of 152, the route left of 364, and Equipment begins right of 346.
-const QList<int> kColumnWidths = {42, 62, 36, 96, 58, 58, 130, 296, 80};
-constexpr int kFirstFreeColumn = kListEquipment;
+const ColumnDesign kColumns = {
+    .widths = {42, 62, 36, 96, 58, 58, 130, 296, 80}, .kept = kListEquipment, .room = 5};
 
 }  // namespace
 
@@ -69,7 +69,7 @@ AcarsBrowser::AcarsBrowser(BrowserFrame& frame, WebAccess& web)
            new LogListModel(
                context().encoding, ListLogReader::kSeparator, columnTitles(),
                [](std::size_t number) { return toQString(listLineNumber(number)); }, this),
-           kColumnWidths, kFirstFreeColumn);
+           kColumns);
   panel_ = new DetailPanel(context(), tables_, list(), model(), canvas);
 
   connect(filters_, &FilterFrame::changed, this, &AcarsBrowser::readFiltered);

@@ -71,7 +71,7 @@ HfdlBrowser::HfdlBrowser(BrowserFrame& frame, WebAccess& web)
            new LogListModel(
                rowEncoding(context().encoding), kHfdlSeparator, columnTitles(),
                [](std::size_t number) { return toQString(hfdlLineNumber(number)); }, this),
-           kColumnWidths);
+           {.widths = kColumnWidths});
   panel_ = new HfdlPanel(context(), tables_, list(), model(), canvas_);
 
   connect(list(), &LogListView::listIndexChanged, panel_, &HfdlPanel::showSelection);

@@ -112,8 +112,9 @@ void HistoryWords::show(const HistoryTally& tally) {
   setDay(last_, tally.lastHeard());
   counts_->setText(
       tr("Messages 受信数 %1   Days 日数 %2").arg(tally.messages()).arg(tally.days().size()));
-  const NameCounts* const counts[] = {&tally.flights(), &tally.aircraft(), &tally.routes()};
-  for (std::size_t i = 0; i < groups_.size(); ++i) showGroup(groups_[i], *counts[i]);
+  showGroup(groups_.at(0), tally.flights());
+  showGroup(groups_.at(1), tally.aircraft());
+  showGroup(groups_.at(2), tally.routes());
 }
 
 void HistoryWords::showGroup(Group& group, const NameCounts& counts) {

@@ -115,12 +115,11 @@ QPushButton* LogBrowser::addTopButton(const QString& text, const QString& name,
   return button;
 }
 
-void LogBrowser::makeList(QWidget* parent, LogListModel* model, const QList<int>& widths,
-                          int firstGrowing) {
+void LogBrowser::makeList(QWidget* parent, LogListModel* model, const ColumnDesign& columns) {
   model_ = model;
-  list_ = new LogListView(model, widths, parent, firstGrowing);
-  const auto columns = static_cast<std::size_t>(widths.size());
-  if (const auto places = loadColumns(columnsFile(context().folders), listName(), columns)) {
+  list_ = new LogListView(model, columns, parent);
+  const auto count = static_cast<std::size_t>(columns.widths.size());
+  if (const auto places = loadColumns(columnsFile(context().folders), listName(), count)) {
     list_->setColumnPlaces(*places);
   }
   list_->setContextMenuPolicy(Qt::CustomContextMenu);

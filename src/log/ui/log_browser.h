@@ -139,8 +139,7 @@ class LogBrowser : public BrowserWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
   /// The list over a new model; see LogListView.
-  void makeList(QWidget* parent, LogListModel* model, const QList<int>& widths,
-                int firstGrowing = 0);
+  void makeList(QWidget* parent, LogListModel* model, const ColumnDesign& columns);
 
   /// Lists the logs and reads one, as GetLogFileList. `filled` is called when
   /// that read has ended, or at once where there is no log; never where the

@@ -17,13 +17,25 @@ constexpr int kTitleMargin = 12;
 // Letters so much larger than the usual ones would be cut in every column.
 constexpr double kMuchLarger = 1.4;
 
-QList<int> fittedWidths(const QList<int>& designed, const QAbstractItemModel& model,
-                        const QFontMetrics& letters, int firstGrowing) {
+// A column's margins do not grow with the letters: of what it would take in all,
+// this much helps already.
+constexpr double kHelping = 0.5;
+
+QList<int> fittedWidths(const ColumnDesign& columns, const QAbstractItemModel& model,
+                        const QFontMetrics& letters) {
+  const QList<int>& designed = columns.widths;
   const double scale = letters.height() / kUsualLetters;
   if (scale <= 1) return designed;
   QList<int> widths = designed;
   int more = 0;
-  for (int column = scale < kMuchLarger ? firstGrowing : 0; column < widths.size(); ++column) {
+  const int kept = scale < kMuchLarger ? columns.kept : 0;
+  for (int column = 0; column < kept; ++column) {
+    const int helping = static_cast<int>(designed[column] * (scale - 1) * kHelping);
+    const int grown = std::min(columns.room - more, helping);
+    widths[column] += grown;
+    more += grown;
+  }
+  for (int column = kept; column < widths.size(); ++column) {
     widths[column] = static_cast<int>(designed[column] * scale);
     more += widths[column] - designed[column];
   }
@@ -36,11 +48,10 @@ QList<int> fittedWidths(const QList<int>& designed, const QAbstractItemModel& mo
 
 }  // namespace
 
-LogListView::LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent,
-                         int firstGrowing)
+LogListView::LogListView(LogListModel* model, const ColumnDesign& columns, QWidget* parent)
     : LineList(model, parent),
       model_(model),
-      designedWidths_(fittedWidths(widths, *model, fontMetrics(), firstGrowing)) {
+      designedWidths_(fittedWidths(columns, *model, fontMetrics())) {
   setObjectName(QStringLiteral("xLView1"));
   setAccessibleName(tr("Messages"));
   QHeaderView* header = horizontalHeader();

@@ -6,16 +6,23 @@
 
 namespace vel {
 
+/// How wide the columns of a list are at first.
+struct ColumnDesign {
+  QList<int> widths;  ///< in logical pixels, for letters of the usual size
+  /// So many columns keep their places where letters are a little larger, but for
+  /// the pixels that they may take more, together.
+  int kept = 0;
+  int room = 0;
+};
+
 /// The list of messages of a browser: a click on a column title sorts, columns
 /// can be dragged to other widths and places, odd rows have their own colour.
 class LogListView : public LineList {
   Q_OBJECT
 
  public:
-  /// Widths are those of the columns at first, in logical pixels. The model is
-  /// not owned.
-  /// Larger letters make the columns from `firstGrowing` on wider.
-  LogListView(LogListModel* model, const QList<int>& widths, QWidget* parent, int firstGrowing = 0);
+  /// The model is not owned.
+  LogListView(LogListModel* model, const ColumnDesign& columns, QWidget* parent);
 
   /// How the columns stand now, and how they stand at first.
   [[nodiscard]] ColumnPlaces columnPlaces() const;

@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds kAtOnce{15};
 // As the camera was held.
 QImage upright(const JpegPicture& picture) {
   const QImage stored = QImage(picture.pixels.data(), picture.columns, picture.rows,
-                               3 * picture.columns, QImage::Format_RGB888)
+                               qsizetype{3} * picture.columns, QImage::Format_RGB888)
                             .convertToFormat(QImage::Format_RGB32);
   switch (picture.turn) {
     case 2:

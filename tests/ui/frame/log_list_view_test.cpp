@@ -22,7 +22,7 @@ class LogListViewTest : public testing::Test {
       : model_(
             Encoding::codePage932(), ',', {"Line", "A", "B"},
             [](std::size_t number) { return QString::number(number); }, nullptr),
-        view_(&model_, {40, 80, 90}, nullptr) {
+        view_(&model_, {.widths = {40, 80, 90}}, nullptr) {
     for (const char* row : {"b,1", "a,2", "c,3"}) model_.rows().append(row);
     model_.publish();
     view_.resize(400, 300);

@@ -74,12 +74,12 @@ void expectTextsHaveRoom(const QWidget& window) {
   constexpr int kRows = 20;
   for (const LogListView* list : window.findChildren<LogListView*>()) {
     const QAbstractItemModel* model = list->model();
-    // With letters a little larger the first columns stay where the tour points
-    // at them, and the widest codes lose their end.
+    // With letters a little larger the columns stay where the tour points at them:
+    // their widest codes lose their end, but no line number does.
     const int percent = qEnvironmentVariableIntValue("VEL_LOOKS_FONT");
-    if (percent > 100 && percent < 140) continue;
+    const int columns = percent > 100 && percent < 140 ? 1 : model->columnCount();
     for (int row = 0; row < std::min(kRows, model->rowCount()); ++row) {
-      for (int column = 0; column < model->columnCount(); ++column) {
+      for (int column = 0; column < columns; ++column) {
         const QString text = model->index(row, column).data().toString();
         if (text.size() > kCode) continue;
         EXPECT_GT(list->columnWidth(column), list->fontMetrics().horizontalAdvance(text) + 4)
