@@ -11,6 +11,7 @@
 #include "app/station.h"
 #include "app/ui/program_icon.h"
 #include "core/file.h"
+#include "core/ui/can_be_started.h"
 #include "core/ui/plain_text.h"
 #include "core/ui/qt_desktop.h"
 
@@ -195,7 +196,12 @@ void FirstStartDialog::makeSample() {
   buttons_->setEnabled(false);
   progress_->show();
   tell(tr("Making the sample station...\n見本の受信局を作っています..."));
-  maker_.start(toQString(toUtf8(*choices_.sampleMaker)), {toQString(toUtf8(sample_))});
+  const QString maker = toQString(toUtf8(*choices_.sampleMaker));
+  if (!canBeStarted(maker)) {
+    finishSample(false);
+    return;
+  }
+  maker_.start(maker, {toQString(toUtf8(sample_))});
 }
 
 void FirstStartDialog::finishSample(bool made) {

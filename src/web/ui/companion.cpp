@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "core/file.h"
+#include "core/ui/can_be_started.h"
 #include "core/ui/qt_desktop.h"
 
 namespace vel {
@@ -13,6 +14,8 @@ namespace {
 
 constexpr int kStartMilliseconds = 5000;
 constexpr int kEndMilliseconds = 2000;
+/// Each refused start costs a descriptor for good (can_be_started.h).
+constexpr int kMostRefusedStarts = 10;
 
 }  // namespace
 
@@ -48,11 +51,19 @@ void Companion::begin() {
   if (starting_) return;
   starting_ = true;
   address_.clear();
+  process_.reset();
+  if (!canBeStarted(executable_) || refusedStarts_ >= kMostRefusedStarts) {
+    QMetaObject::invokeMethod(this, &Companion::giveUp, Qt::QueuedConnection);
+    return;
+  }
   process_ = std::make_unique<QProcess>();
   process_->setProcessChannelMode(QProcess::SeparateChannels);
   process_->setStandardErrorFile(QProcess::nullDevice());
   connect(process_.get(), &QProcess::readyReadStandardOutput, this, &Companion::takeAddress);
-  connect(process_.get(), &QProcess::errorOccurred, this, &Companion::giveUp);
+  connect(process_.get(), &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+    if (error == QProcess::FailedToStart) ++refusedStarts_;
+    giveUp();
+  });
   connect(process_.get(), &QProcess::finished, this, &Companion::giveUp);
   startTime_.start();
   process_->start(executable_,
@@ -69,6 +80,7 @@ void Companion::takeAddress() {
   }
   starting_ = false;
   startTime_.stop();
+  refusedStarts_ = 0;
   address_ = line;
   answerRequests();
 }
@@ -78,10 +90,11 @@ void Companion::giveUp() {
   starting_ = false;
   startTime_.stop();
   // Reached from the process's own signals: it has to outlive this call.
-  QProcess* process = process_.release();
-  process->disconnect(this);
-  process->kill();
-  process->deleteLater();
+  if (QProcess* process = process_.release()) {
+    process->disconnect(this);
+    process->kill();
+    process->deleteLater();
+  }
   answerRequests();
 }
 

@@ -17,7 +17,7 @@ namespace vel {
 /// where services.ini names no real host. It is started when it is first
 /// needed, again when it has ended meanwhile, and ends with this program
 /// however that ends: it holds the reading end of a pipe and stops when the
-/// pipe closes.
+/// pipe closes. One that the system has refused ten times is left alone.
 class Companion : public QObject {
   Q_OBJECT
 
@@ -54,6 +54,7 @@ class Companion : public QObject {
   std::unique_ptr<QProcess> process_;
   QTimer startTime_;
   bool starting_ = false;
+  int refusedStarts_ = 0;
   std::string address_;
   std::vector<Request> requests_;
 };
