@@ -10,6 +10,7 @@
 #include <set>
 #include <system_error>
 
+#include "core/file.h"
 #include "samples/failure.h"
 #include "samples/hfdl_log.h"
 #include "samples/list_log.h"
@@ -51,7 +52,7 @@ Status makeFolders(const std::filesystem::path& base) {
   for (const char* name : {"vel", "data", "logs", "logs/EachLogs", "pics"}) {
     std::error_code error;
     std::filesystem::create_directories(base / name, error);
-    if (error) return failure((base / name).string() + ": cannot create: " + error.message());
+    if (error) return failure(toUtf8(base / name) + ": cannot create: " + error.message());
   }
   return {};
 }
@@ -186,7 +187,7 @@ std::optional<Request> parseCommandLine(const QCoreApplication& application) {
   };
   Request request;
   if (parser.positionalArguments().size() != 1) return refuse("name one folder; --help tells more");
-  request.base = parser.positionalArguments().constFirst().toStdString();
+  request.base = toPath(parser.positionalArguments().constFirst().toStdString());
   request.force = parser.isSet(QStringLiteral("force"));
   bool daysOk = false;
   request.days = parser.value(QStringLiteral("days")).toInt(&daysOk);
@@ -228,7 +229,7 @@ int main(int argc, char* argv[]) {
   if (!request) return kFailed;
   std::error_code error;
   if (!request->force && std::filesystem::exists(request->base / "data", error)) {
-    std::cerr << "vel-sample-base: " << (request->base / "data").string()
+    std::cerr << "vel-sample-base: " << vel::toUtf8(request->base / "data")
               << " exists already; --force writes over it\n";
     return kRefused;
   }
@@ -236,7 +237,7 @@ int main(int argc, char* argv[]) {
     std::cerr << "vel-sample-base: " << status.error().text() << '\n';
     return kFailed;
   }
-  std::cout << request->base.string() << ": " << request->days << " days of logs up to "
+  std::cout << vel::toUtf8(request->base) << ": " << request->days << " days of logs up to "
             << timeStamp(request->until) << '\n';
   return std::cout.flush() ? 0 : kFailed;
 }

@@ -9,6 +9,7 @@
 #include <QPainterPath>
 #include <array>
 
+#include "core/file.h"
 #include "samples/airliner.h"
 #include "samples/failure.h"
 #include "samples/random.h"
@@ -103,7 +104,7 @@ Status save(const QImage& image, const std::filesystem::path& path) {
   QImageWriter writer(&buffer, "jpg");
   writer.setQuality(kJpegQuality);
   if (!writer.write(image)) {
-    return failure(path.string() + ": cannot encode: " + writer.errorString().toStdString());
+    return failure(toUtf8(path) + ": cannot encode: " + writer.errorString().toStdString());
   }
   return writeFile(path, buffer.data().toStdString());
 }

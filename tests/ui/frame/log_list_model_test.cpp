@@ -65,7 +65,7 @@ TEST_F(LogListModelTest, RowsPublishedUnderASortTakeTheirPlaces) {
 }
 
 TEST_F(LogListModelTest, PublishingInPiecesGivesTheSameAsSortingAtOnce) {
-  std::mt19937 random(7);
+  std::mt19937_64 random(7);
   std::vector<std::string> rows;
   for (int i = 0; i < 3000; ++i) {
     // Texts of one, eight and more bytes, with common beginnings.
