@@ -219,11 +219,14 @@ std::optional<Request> parseCommandLine(const QCoreApplication& application) {
 
 int main(int argc, char* argv[]) {
   using namespace vel::samples;
+#ifndef _WIN32
   // Photos are drawn in memory; no display is needed, not even where there is one.
+  // Windows always has its own, and only with that the fonts.
   if (!qputenv("QT_QPA_PLATFORM", "offscreen")) {
     std::cerr << "vel-sample-base: cannot set the drawing platform\n";
     return kFailed;
   }
+#endif
   const QGuiApplication application(argc, argv);
   const std::optional<Request> request = parseCommandLine(application);
   if (!request) return kFailed;
