@@ -20,6 +20,7 @@
 #include "app/ui/program.h"
 #include "tests/support/recording_desktop.h"
 #include "tests/support/test_files.h"
+#include "tests/ui/support/window_driver.h"
 #include "tests/ui/tour/tour_geometry.h"
 #include "tour/ui/tour_window.h"
 #include "tour/ui/window_tour_host.h"
@@ -96,7 +97,8 @@ class RealTourTest : public testing::Test {
         },
         nullptr);
     ASSERT_TRUE(program_.Main());
-    ASSERT_TRUE(QTest::qWaitFor([this] { return browser_ != nullptr && browser_->isVisible(); }));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return browser_ != nullptr && browser_->isVisible(); },
+                                test::kPatience));
     // A window that was just shown keeps itself in its place for a moment.
     QTest::qWait(kSettleMilliseconds);
     // A little above the middle, as window managers do.
