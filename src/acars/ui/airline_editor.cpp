@@ -12,6 +12,9 @@ namespace {
 // What stands in for a field that the table does not have.
 constexpr QColor kLightGrey(0xC0, 0xC0, 0xC0);
 
+// What a box takes beside its text.
+constexpr int kCodeMargins = 14;
+
 }  // namespace
 
 AirlineEditor::AirlineEditor(const TableEditing& editing, IsLineSelected isLineSelected,
@@ -33,6 +36,9 @@ AirlineEditor::AirlineEditor(const TableEditing& editing, IsLineSelected isLineS
       tr("Company name, where letter.csv has a fourth field\n会社名（letter.csvに4項目ある場合）"),
       enter_);
 
+  // A code is seen whole, whatever the letters' size.
+  threeLetter_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("ABC")) +
+                                kCodeMargins);
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(6, 1, 6, 3);
   grid->setHorizontalSpacing(4);
