@@ -13,7 +13,8 @@ class CallersConsole {
   CallersConsole();
   CallersConsole(const CallersConsole&) = delete;
   CallersConsole& operator=(const CallersConsole&) = delete;
-  ~CallersConsole();
+  // It has something to give back on Windows.
+  ~CallersConsole();  // NOLINT(performance-trivially-destructible)
 
   [[nodiscard]] std::FILE* output() const { return output_; }
   [[nodiscard]] std::FILE* errors() const { return errors_; }
