@@ -212,7 +212,7 @@ void ImportDialog::readFile() {
     wish.table = kTables[static_cast<std::size_t>(table_->currentIndex()) - 1];
   }
   auto job = std::make_unique<ImportPlanning>(context_.folders, context_.encoding,
-                                              toPath(file_->text().toStdString()), wish);
+                                              toPath(pathOf(file_->text()).toStdString()), wish);
   ImportPlanning* const planning = job.get();
   planning_.start(std::move(job), {.stepped =
                                        [this, planning] {
@@ -273,6 +273,11 @@ void ImportDialog::showCounts() {
 
 void ImportDialog::import() {
   if (!plan_ || isWriting_ || isDone_) return;
+  // Its key may be pressed while another path stands in the box.
+  if (file_->isModified()) {
+    setFile(pathOf(file_->text()));
+    return;
+  }
   isWriting_ = true;
   next_ = 0;
   report_.clear();

@@ -129,6 +129,16 @@ TEST_F(ImportDialogTest, APathCanBeTypedOrPasted) {
         EXPECT_EQ(file.text(), toQString(airports_));
         EXPECT_THAT(summary(dialog), HasSubstr("airport.csv: 1 new, 1 differs, 1 the same"));
         EXPECT_EQ(base_.data("airport.csv"), before);
+        // Nor where the key of Import comes before that path is read.
+        press(control<QPushButton>(dialog, "TickAll"));
+        typeOver(file, "no such file");
+        QTest::keyClick(&file, Qt::Key_I, Qt::AltModifier);
+        // A button is pressed for a moment before it is clicked.
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+          finishJobs();
+          return summary(dialog).find("There is no such file.") != std::string::npos;
+        }));
+        EXPECT_EQ(base_.data("airport.csv"), before);
         typeOver(file, "no such file");
         QTest::keyClick(&file, Qt::Key_Tab);
         finishJobs();
