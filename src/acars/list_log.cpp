@@ -295,6 +295,7 @@ Result<bool> ListLogReader::takeShortLines(RowStore& rows) {
 }
 
 Result<bool> ListLogReader::step(std::chrono::steady_clock::time_point deadline, RowStore& rows) {
+  const Tables::ManyLookUps lookUps(tables_);
   do {
     const Result<bool> taken = takeShortLines(rows);
     if (!taken) return taken.error();

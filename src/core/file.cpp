@@ -49,6 +49,14 @@ Result<std::size_t> InputFile::read(char* data, std::size_t size) {
   return platform::readSome(handle_, data, size);
 }
 
+Status InputFile::rewind() { return platform::rewind(handle_); }
+
+std::optional<FileIdentity> InputFile::identity() const { return platform::identityOf(handle_); }
+
+std::optional<FileIdentity> identityOf(const std::filesystem::path& path) {
+  return platform::identityOf(path);
+}
+
 OutputFile::OutputFile(std::intptr_t handle) : handle_(handle) { buffer_.reserve(kWriteBuffer); }
 
 Result<OutputFile> OutputFile::create(const std::filesystem::path& path) {

@@ -21,6 +21,20 @@ class InstanceLock;
 [[nodiscard]] std::filesystem::path toPath(std::string_view utf8);
 [[nodiscard]] std::string toUtf8(const std::filesystem::path& path);
 
+/// What tells a file, as it is now, from any other that may take its name, and
+/// from itself once its content or who may read it has changed.
+struct FileIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  std::int64_t changedAt = 0;  ///< nanoseconds since 1970
+
+  bool operator==(const FileIdentity&) const = default;
+};
+
+/// The identity of what the path leads to. Nothing where it leads nowhere, and
+/// on systems on which asking is no cheaper than opening the file.
+[[nodiscard]] std::optional<FileIdentity> identityOf(const std::filesystem::path& path);
+
 /// A file open for reading; closed with the object. Other programs may read,
 /// write, rename and remove the file meanwhile.
 class InputFile {
@@ -38,6 +52,12 @@ class InputFile {
 
   /// Reads up to `size` bytes; 0 at the end of the file.
   Result<std::size_t> read(char* data, std::size_t size);
+
+  /// The next read is from the beginning again.
+  Status rewind();
+
+  /// As identityOf() of a path that leads to it.
+  [[nodiscard]] std::optional<FileIdentity> identity() const;
 
  private:
   explicit InputFile(std::intptr_t handle) : handle_(handle) {}

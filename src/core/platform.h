@@ -9,6 +9,10 @@
 
 #include "core/result.h"
 
+namespace vel {
+struct FileIdentity;
+}
+
 /// Whatever differs between the platforms: one implementation file each
 /// (platform_posix.cpp, platform_windows.cpp), called only by core.
 namespace vel::platform {
@@ -47,6 +51,13 @@ Result<std::intptr_t> openForReading(const std::filesystem::path& path);
 Result<std::intptr_t> createNew(const std::filesystem::path& path);
 
 Result<std::size_t> readSome(std::intptr_t handle, char* data, std::size_t size);
+/// The next read is from the beginning of the file.
+Status rewind(std::intptr_t handle);
+
+/// Of an open file, and of what a path leads to; see vel::identityOf.
+std::optional<FileIdentity> identityOf(std::intptr_t handle);
+std::optional<FileIdentity> identityOf(const std::filesystem::path& path);
+
 Status writeAll(std::intptr_t handle, std::string_view bytes);
 Status flushToDisk(std::intptr_t handle);
 Status closeFile(std::intptr_t handle);

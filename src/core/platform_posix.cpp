@@ -16,6 +16,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "core/file.h"
 #include "core/platform.h"
 #include "core/platform_folders.h"
 
@@ -143,6 +144,11 @@ class IconvTranscoder : public Transcoder {
   Converter decoder_;
   Converter encoder_;
 };
+
+FileIdentity identityFrom(const struct stat& info) {
+  constexpr std::int64_t kNanoseconds = 1'000'000'000;
+  return {info.st_dev, info.st_ino, info.st_ctim.tv_sec * kNanoseconds + info.st_ctim.tv_nsec};
+}
 
 locale_t utf8Locale() {
   static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -327,6 +333,22 @@ Result<std::size_t> readSome(std::intptr_t handle, char* data, std::size_t size)
   const ssize_t count = uninterrupted([&] { return ::read(static_cast<int>(handle), data, size); });
   if (count < 0) return errorOf(errno);
   return static_cast<std::size_t>(count);
+}
+
+Status rewind(std::intptr_t handle) {
+  return lseek(static_cast<int>(handle), 0, SEEK_SET) == 0 ? Status() : errorOf(errno);
+}
+
+std::optional<FileIdentity> identityOf(std::intptr_t handle) {
+  struct stat info {};
+  if (uninterrupted([&] { return fstat(static_cast<int>(handle), &info); }) != 0) return {};
+  return identityFrom(info);
+}
+
+std::optional<FileIdentity> identityOf(const std::filesystem::path& path) {
+  struct stat info {};
+  if (uninterrupted([&] { return stat(path.c_str(), &info); }) != 0) return {};
+  return identityFrom(info);
 }
 
 Status writeAll(std::intptr_t handle, std::string_view bytes) {

@@ -11,6 +11,7 @@
 #include <aclapi.h>
 #include <sddl.h>
 
+#include "core/file.h"
 #include "core/platform.h"
 #include "core/platform_folders.h"
 
@@ -429,6 +430,14 @@ Result<std::size_t> readSome(std::intptr_t handle, char* data, std::size_t size)
   }
   return std::size_t{count};
 }
+
+Status rewind(std::intptr_t handle) {
+  return fromResult(SetFilePointerEx(toHandle(handle), {}, nullptr, FILE_BEGIN));
+}
+
+// A file is asked for its identity by opening it.
+std::optional<FileIdentity> identityOf(std::intptr_t /*handle*/) { return {}; }
+std::optional<FileIdentity> identityOf(const std::filesystem::path& /*path*/) { return {}; }
 
 Status writeAll(std::intptr_t handle, std::string_view bytes) {
   constexpr std::size_t kMost = std::size_t{1} << 30;

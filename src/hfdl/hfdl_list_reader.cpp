@@ -13,6 +13,7 @@ HfdlListReader::HfdlListReader(InputFile file, const Encoding& encoding, const T
 
 Result<bool> HfdlListReader::step(std::chrono::steady_clock::time_point deadline, RowStore& rows) {
   photos_.refresh();
+  const Tables::ManyLookUps lookUps(tables_);
   do {
     const Result<HfdlReader::Step> read = reader_.step();
     if (!read) return read.error();

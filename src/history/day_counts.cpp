@@ -60,6 +60,7 @@ bool DayCounting::open() {
 }
 
 Result<JobProgress> DayCounting::step(Clock::time_point deadline) {
+  const Tables::ManyLookUps lookUps(tables_);
   do {
     if (!addresses_.empty()) {
       const Result<bool> looked = countType();

@@ -35,6 +35,7 @@ TableGaps::TableGaps(const Tables& tables, ReportKind kind, const DayCounts& day
 }
 
 Result<JobProgress> TableGaps::step(Clock::time_point deadline) {
+  const Tables::ManyLookUps lookUps(tables_);
   do {
     if (next_ == names_.size()) {
       if (routesDone_) return JobProgress::done;

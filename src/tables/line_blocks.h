@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "core/file.h"
 #include "core/result.h"
@@ -56,6 +57,9 @@ class LineBlocks {
   /// next call; the byte before it is an LF, and BytePattern::kSlack bytes on
   /// either side can be read.
   Result<std::string_view> next();
+
+  /// The file, when its blocks are no longer needed.
+  [[nodiscard]] InputFile file() && { return std::move(file_); }
 
   /// True when the file began with the byte order mark; known after next().
   [[nodiscard]] bool hadByteOrderMark() const { return hadByteOrderMark_; }

@@ -71,7 +71,8 @@ class LineFinder {
 
 Status TableScanner::scan(const std::filesystem::path& file, std::string_view bytes, Anchor anchor,
                           const Source& source, Callback callback, void* context) {
-  Result<InputFile> input = InputFile::open(file);
+  Result<InputFile> input =
+      source.kept == nullptr ? InputFile::open(file) : source.kept->take(file);
   if (!input) return input.error();
   if (bytes.find_first_of("\r\n") != std::string_view::npos) return {};
   LineBlocks blocks(*std::move(input), LineBlocks::LongerLines::passOver, source.byteOrderMark,
@@ -81,8 +82,10 @@ Status TableScanner::scan(const std::filesystem::path& file, std::string_view by
   while (true) {
     const Result<std::string_view> block = blocks.next();
     if (!block) return block.error();
-    if (block->empty() || finder.visit(*block, visit) == Next::stop) return {};
+    if (block->empty() || finder.visit(*block, visit) == Next::stop) break;
   }
+  if (source.kept != nullptr) source.kept->giveBack(std::move(blocks).file());
+  return {};
 }
 
 }  // namespace vel

@@ -5,6 +5,7 @@
 
 #include "core/result.h"
 #include "tables/byte_pattern.h"
+#include "tables/kept_file.h"
 #include "tables/line_blocks.h"
 
 namespace vel {
@@ -30,13 +31,15 @@ class TableScanner {
     BlockMemory* memory = nullptr;
     /// What told the bytes apart the last time, for the next time.
     ProbeHint* hint = nullptr;
+    /// Where the file is taken from and left open for the next time.
+    KeptFile* kept = nullptr;
   };
 
   /// Calls `visit(line)` for every such line, in file order, without its line
   /// end (CR LF, LF or CR). Empty bytes visit every line; bytes with CR or LF
   /// among them visit none. A line longer than LineBlocks::kLongestLine is
   /// passed over. The view lives until `visit` returns. The file is closed when
-  /// this returns; an Error when it could not be opened or read.
+  /// this returns, unless the source keeps it; an Error when it could not be opened or read.
   template <typename Visit>
   static Status forEachLine(const std::filesystem::path& file, std::string_view bytes,
                             Anchor anchor, Visit visit, const Source& source) {

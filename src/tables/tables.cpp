@@ -189,7 +189,8 @@ class Tables::Reader {
     return {tables.folders_, table, tables.usualPaths_[number],
             TableScanner::Source{.byteOrderMark = tables.byteOrderMark_,
                                  .memory = &tables.memory_,
-                                 .hint = &tables.hints_[number]}};
+                                 .hint = &tables.hints_[number],
+                                 .kept = tables.keepsFiles_ ? &tables.files_[number] : nullptr}};
   }
 };
 

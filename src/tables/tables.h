@@ -5,12 +5,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/folders.h"
 #include "core/result.h"
 #include "core/text.h"
 #include "tables/byte_pattern.h"
+#include "tables/kept_file.h"
 #include "tables/line_blocks.h"
 #include "tables/table_files.h"
 
@@ -36,8 +38,8 @@ struct Airline {
 /// code, registration, equipment; all empty when no line matches.
 using Icao24Record = std::array<std::string, 5>;
 
-/// Look-ups in the reference tables. Each one opens its table, reads it from
-/// the top and closes it again: nothing is kept between calls, so an edit is
+/// Look-ups in the reference tables. Each one reads its table from the top, as
+/// it is then: nothing that was read is kept between calls, so an edit is
 /// visible to the very next look-up. Keys and results are UTF-8. A table that
 /// cannot be opened gives the error that ends the program; a matching line
 /// without a field that is read gives ErrorNumber::incompleteRecord, with the
@@ -100,6 +102,26 @@ class Tables {
   /// As aircraftOfAddress, but a missing table is no error: nothing is found.
   Result<Icao24Record> aircraftOfAddressIfPresent(std::string_view address) const;
 
+  /// While one lives, the tables that look-ups open stay open from one to the
+  /// next, and each look-up finds out whether its table is still the same file.
+  /// For a short piece of work that asks for many lines: an open file can keep a
+  /// volume busy. The tables outlive it.
+  class [[nodiscard]] ManyLookUps {
+   public:
+    explicit ManyLookUps(const Tables& tables)
+        : tables_(tables), isInner_(std::exchange(tables.keepsFiles_, true)) {}
+    ManyLookUps(ManyLookUps&&) = delete;
+    ~ManyLookUps() {
+      if (isInner_) return;
+      tables_.keepsFiles_ = false;
+      for (KeptFile& file : tables_.files_) file.close();
+    }
+
+   private:
+    const Tables& tables_;
+    bool isInner_;
+  };
+
   [[nodiscard]] const Folders& folders() const { return folders_; }
   [[nodiscard]] const Encoding& encoding() const { return encoding_; }
 
@@ -112,6 +134,8 @@ class Tables {
   std::string_view byteOrderMark_;
   mutable BlockMemory memory_;
   mutable std::array<ProbeHint, kTables.size()> hints_;
+  mutable std::array<KeptFile, kTables.size()> files_;
+  mutable bool keepsFiles_ = false;  // as long as a ManyLookUps lives
 };
 
 }  // namespace vel
