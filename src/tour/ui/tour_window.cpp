@@ -24,9 +24,9 @@ constexpr QSize kDesignSize(toPixels(4230), toPixels(1900));
 constexpr int kMargin = 3;
 // Slightly smaller letters show more of a text without scrolling; where a step
 // leaves too little room for a large font, they get as small as this.
-constexpr double kTextScale = 0.9;
-constexpr double kLeastTextScale = 0.75;
-constexpr double kTextScaleStep = 0.05;
+constexpr int kTextPercent = 90;
+constexpr int kLeastTextPercent = 75;
+constexpr int kTextPercentStep = 5;
 constexpr int kLeastLetters = 11;
 constexpr int kLeastTextLines = 4;
 
@@ -162,13 +162,13 @@ void TourWindow::fitToFont() {
   for (QPushButton* button : {previous_, next_, close_}) {
     button->setFixedSize(metrics.horizontalAdvance(button->text()) + 16, metrics.height() + 5);
   }
-  useLetters(kTextScale);
+  useLetters(kTextPercent);
   text_->setMinimumHeight(kLeastTextLines * QFontMetrics(text_->font()).lineSpacing() + 8);
 }
 
-void TourWindow::useLetters(double scale) {
+void TourWindow::useLetters(int percent) {
   QFont letters = font();
-  letters.setPointSizeF(QFontInfo(letters).pointSizeF() * scale);
+  letters.setPointSizeF(QFontInfo(letters).pointSizeF() * percent / 100);
   text_->setFont(letters);
 }
 
@@ -251,16 +251,16 @@ void TourWindow::moveToStep() {
   const auto needed = [this](const TourRect& at) { return neededHeight(at); };
   TourSize outer;
   std::optional<TourPoint> place;
-  for (double scale = kTextScale; scale >= kLeastTextScale; scale -= kTextScaleStep) {
-    useLetters(scale);
+  for (int percent = kTextPercent; percent >= kLeastTextPercent; percent -= kTextPercentStep) {
+    useLetters(percent);
     outer = tourSize(state_.step, host, host_.panelTop(),
                      {toTwips(least.width()), toTwips(least.height())}, screens, framed, needed);
     place = tourPosition(state_.step, host, host_.panelTop(), outer, screens, framed);
     if (!place) return;
     const TourRect at{place->left, place->top, outer.width, outer.height};
-    const double smaller = (scale - kTextScaleStep) / scale;
-    if (needed(at) <= outer.height ||
-        QFontInfo(text_->font()).pixelSize() * smaller < kLeastLetters) {
+    const int smaller =
+        QFontInfo(text_->font()).pixelSize() * (percent - kTextPercentStep) / percent;
+    if (needed(at) <= outer.height || smaller < kLeastLetters) {
       break;
     }
   }

@@ -51,7 +51,7 @@ class TourWindow : public QDialog {
   void buildKeys();
   void fitToFont();
   /// Gives the explanation letters of this size, as a part of the window's own.
-  void useLetters(double scale);
+  void useLetters(int percent);
   void showStep();
   void followHost();
   /// Takes the step's size and place.
