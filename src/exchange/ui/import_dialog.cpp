@@ -114,6 +114,10 @@ ImportDialog::ImportDialog(const Context& context, QWidget* parent)
   showPlan();
 }
 
+// Where the program ends it is still shown: the list asks for the plan while it
+// is hidden.
+ImportDialog::~ImportDialog() { hide(); }
+
 QWidget* ImportDialog::makeFileRow() {
   auto* row = new QWidget(this);
   auto* lines = new QVBoxLayout(row);

@@ -30,6 +30,7 @@ class ImportDialog : public QDialog {
  public:
   /// The context outlives the dialog.
   ImportDialog(const Context& context, QWidget* parent);
+  ~ImportDialog() override;
 
   /// Reads a file and shows what an import of it would do.
   void setFile(const QString& file);

@@ -113,6 +113,10 @@ HistoryWindow::HistoryWindow(const Context& context)
   resize(kFirstSize);
 }
 
+// Where the program ends it may still be shown: the list asks for the messages
+// while it is hidden.
+HistoryWindow::~HistoryWindow() { hide(); }
+
 QWidget* HistoryWindow::makeStrips() {
   auto* strips = new QWidget(this);
   auto* row = new QHBoxLayout(strips);

@@ -30,6 +30,7 @@ class HistoryWindow : public QWidget {
  public:
   /// The context outlives the window.
   explicit HistoryWindow(const Context& context);
+  ~HistoryWindow() override;
 
   /// Shows the window in front, ready for typing.
   void open();

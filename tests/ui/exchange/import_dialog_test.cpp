@@ -12,6 +12,7 @@
 #include "hfdl/hfdl_row.h"
 #include "hfdl/ui/hfdl_browser.h"
 #include "tests/ui/support/acars_window.h"
+#include "tests/ui/support/hide_watch.h"
 #include "tests/ui/support/layout_checks.h"
 
 namespace vel::test {
@@ -248,6 +249,19 @@ TEST_F(ImportDialogTest, AFileDroppedOnABrowserIsImported) {
         });
   }
   EXPECT_EQ(text("Text4(0)"), "");
+}
+
+TEST_F(ImportDialogTest, AtTheProgramsEndItsListGoesBeforeWhatTheListShows) {
+  start();
+  auto dialog = std::make_unique<ImportDialog>(program_->context(), nullptr);
+  dialog->setFile(toQString(airports_));
+  dialog->show();
+  finishJobs();
+  ASSERT_GT(differences(*dialog).model()->rowCount(), 0);
+  const HideWatch<ImportDialog> watch(differences(*dialog));
+  dialog.reset();
+  EXPECT_TRUE(watch.isHidden());
+  EXPECT_TRUE(watch.wasWhole());
 }
 
 TEST_F(ImportDialogTest, NothingIsClippedAlsoWithALargerFont) {

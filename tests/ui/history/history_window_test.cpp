@@ -8,12 +8,14 @@
 #include <QToolTip>
 #include <chrono>
 #include <filesystem>
+#include <memory>
 #include <tuple>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "core/text.h"
+#include "tests/ui/support/hide_watch.h"
 #include "tests/ui/support/test_station.h"
 
 namespace vel::test {
@@ -359,6 +361,18 @@ TEST_F(HistoryWindowTest, TheLastSearchWinsAndCancelKeepsWhatWasFound) {
   EXPECT_TRUE(window_.isVisible());
   QTest::keyClick(&text(), Qt::Key_Escape);
   EXPECT_FALSE(window_.isVisible());
+}
+
+TEST_F(HistoryWindowTest, AtTheProgramsEndItsListGoesBeforeTheMessages) {
+  auto window = std::make_unique<HistoryWindow>(station_.context());
+  window->openWith(SearchMeaning::registration, "JA8089");
+  finishJobs();
+  auto& messages = control<FoundList>(*window, "FoundList");
+  ASSERT_EQ(messages.model()->rowCount(), 5);
+  const HideWatch<HistoryWindow> watch(messages);
+  window.reset();
+  EXPECT_TRUE(watch.isHidden());
+  EXPECT_TRUE(watch.wasWhole());
 }
 
 TEST_F(HistoryWindowTest, ALogThatCannotBeReadIsToldOnceBelowTheList) {
