@@ -2,16 +2,11 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QDragEnterEvent>
-#include <QDropEvent>
-#include <QEventLoop>
 #include <QFileDialog>
 #include <QInputMethodEvent>
-#include <QMimeData>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
-#include <QUrl>
 #include <QWheelEvent>
 #include <array>
 
@@ -58,28 +53,39 @@ constexpr std::array kStrokes = {
 constexpr std::array kTexts = {
     "JL10", "JA1001A", "RJTT", "B77W", "From (Tokyo (HND)) to (LA (LAX))", "1", ",", "\"", "&<b>",
     "%s%n", "86D108",  "..",   "a b"};
+/// Events from one errand's end to the next one's begin.
+constexpr std::size_t kErrandDistance = 200;
+/// Steps, most of which only wait for the program, before an errand is given up.
+constexpr int kPatience = 20'000;
 constexpr std::array kCommitted = {"東京", "😀", "ＡＢＣ", "é\n二行", "\u202E逆"};
 
 }  // namespace
 
-Monkey::Monkey(std::uint64_t seed) : random_(seed) {}
+Monkey::Monkey(std::uint64_t seed) : random_(seed), eventsUntilErrand_(kErrandDistance) {}
 
 std::size_t Monkey::play(std::size_t events, const std::function<bool()>& goesOn) {
+  ++game_;
   left_ = events;
   done_ = 0;
   goesOn_ = goesOn;
   lastTime_ = threadTime();
   work_ = "start";
   scheduleNext();
-  while (left_ > 0 && goesOn_()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  // As main() does it. The end of a program ends all loops of Qt, and only this
+  // lets dialogs wait for their user again.
+  QApplication::exec();
   measure();
   left_ = 0;
   return done_;
 }
 
 // A timer of its own for each event: it also comes while the one before is
-// still within a dialog that it opened.
-void Monkey::scheduleNext() { QTimer::singleShot(0, this, &Monkey::next); }
+// still within a dialog that it opened. What is left of an earlier game is over.
+void Monkey::scheduleNext() {
+  QTimer::singleShot(0, this, [this, game = game_] {
+    if (game == game_) next();
+  });
+}
 
 void Monkey::measure() {
   const auto now = threadTime();
@@ -92,11 +98,47 @@ void Monkey::measure() {
 
 void Monkey::next() {
   measure();
-  if (left_ == 0 || !goesOn_()) return;
+  if (left_ == 0 || !goesOn_()) {
+    QCoreApplication::exit();
+    return;
+  }
   --left_;
   ++done_;
   scheduleNext();
   act();
+}
+
+void Monkey::act() {
+  if (errand_ == nullptr && !errands_.empty() && eventsUntilErrand_-- == 0) {
+    errand_ = errands_[errandsBegun_++ % errands_.size()].get();
+    errand_->begin();
+    errandSteps_ = 0;
+  }
+  if (errand_ == nullptr) {
+    actByChance();
+  } else {
+    doErrand();
+  }
+}
+
+void Monkey::doErrand() {
+  Errand* const errand = errand_;
+  QWidget* const popup = QApplication::activePopupWidget();
+  QWidget* const modal = popup != nullptr ? popup : QApplication::activeModalWidget();
+  work_ = std::string("errand: ") + errand->name();
+  ++errandSteps_;
+  // A dialog may open in it, and the next events come within that.
+  const Errand::Step step = errand->step(modal);
+  if (step == Errand::Step::hindered) leave(modal);
+  if (step == Errand::Step::waits) {
+    // Only waiting is no event.
+    ++left_;
+    --done_;
+  }
+  if (errand_ == errand && (step == Errand::Step::over || errandSteps_ > kPatience)) {
+    errand_ = nullptr;
+    eventsUntilErrand_ = kErrandDistance;
+  }
 }
 
 QWidget* Monkey::chooseWindow() {
@@ -122,7 +164,7 @@ QWidget* Monkey::chooseTarget(QWidget* window) {
   return targets.isEmpty() ? window : targets[static_cast<int>(below(targets.size()))];
 }
 
-void Monkey::act() {
+void Monkey::actByChance() {
   QWidget* window = chooseWindow();
   if (window == nullptr) {
     work_ = "waiting";
@@ -153,6 +195,7 @@ void Monkey::act() {
                            : kind < 96 ? "resize"
                            : kind < 98 ? "drop"
                                        : "leave";
+  ++deeds_[name];
   work_ = std::string(name) + " " + window->metaObject()->className() + " " +
           target->objectName().toStdString() + " (" + target->metaObject()->className() + ")";
   if (kind < 45) {
@@ -230,6 +273,8 @@ void Monkey::type(QWidget* target) {
   for (const char c : text) {
     if (!kept) return;
     QTest::keyClick(kept, c);
+    // Each key is an event of its own.
+    measure();
   }
 }
 
@@ -250,15 +295,9 @@ void Monkey::resizeWindow(QWidget* window) {
 
 void Monkey::drop(QWidget* window) {
   if (filesToDrop_.isEmpty() || !window->acceptDrops()) return;
-  QMimeData files;
-  files.setUrls({QUrl::fromLocalFile(
-      filesToDrop_[static_cast<qsizetype>(below(static_cast<std::size_t>(filesToDrop_.size())))])});
-  const QPoint place = window->rect().center();
-  QDragEnterEvent enter(place, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(window, &enter);
-  if (!enter.isAccepted()) return;
-  QDropEvent dropped(place, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(window, &dropped);
+  dropFile(
+      *window,
+      filesToDrop_[static_cast<qsizetype>(below(static_cast<std::size_t>(filesToDrop_.size())))]);
 }
 
 // Enter takes what a dialog proposes, Escape refuses it, and closing is left to

@@ -9,8 +9,10 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -28,9 +30,8 @@ namespace fs = std::filesystem;
 using testing::IsEmpty;
 
 constexpr std::size_t kRounds = 10;
+/// So many that nothing that the user does is left out.
 constexpr std::size_t kUsualEvents = 3000;
-/// So many that chance leaves out nothing that the user does.
-constexpr std::size_t kManyEvents = 30'000;
 constexpr std::chrono::milliseconds kLongestGap{1000};
 /// What Qt keeps of the texts, fonts and icons that chance brought to the
 /// screen differs from run to run.
@@ -107,6 +108,11 @@ TEST_F(WildUser, DoesNoHarm) {
     imports << QString::fromStdString(file);
   }
   monkey.setFilesToDrop(imports);
+  const fs::path saved = folders_.base / "saved";
+  std::vector<std::unique_ptr<Errand>> errands;
+  errands.push_back(std::make_unique<ImportErrand>(imports));
+  errands.push_back(std::make_unique<SaveErrand>(saved));
+  monkey.setErrands(std::move(errands));
   std::size_t changes = 0;
   std::size_t bytesAtFirst = 0;
   std::size_t bytesAtLast = 0;
@@ -135,9 +141,18 @@ TEST_F(WildUser, DoesNoHarm) {
       made_, starts_, imports_, savedLists_, changes,
       static_cast<long long>(monkey.longestGap().count()), monkey.longestWork().c_str(),
       bytesAtFirst / 1024, bytesAtLast / 1024);
+  for (const auto& [deed, times] : monkey.deeds()) std::printf("%s %zu, ", deed.c_str(), times);
+  for (const auto& errand : monkey.errands()) {
+    std::printf("errand %s done %zu times, ", errand->name(), errand->done());
+  }
+  std::printf("\n");
   EXPECT_GT(made_, events / 2);
   EXPECT_GT(changes, 10U);
-  if (events >= kManyEvents) {
+  if (events >= kUsualEvents) {
+    for (const char* deed : {"click", "drag", "wheel", "key", "type", "resize", "drop", "leave"}) {
+      EXPECT_TRUE(monkey.deeds().contains(deed)) << deed;
+    }
+    for (const auto& errand : monkey.errands()) EXPECT_GT(errand->done(), 0U) << errand->name();
     EXPECT_GT(imports_, 0U);
     EXPECT_GT(savedLists_, 0U);
   }

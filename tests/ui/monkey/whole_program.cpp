@@ -125,6 +125,11 @@ WholeProgram::~WholeProgram() {
   program_.reset();
   // What was to be deleted later.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  // A program that ended while it started has told Qt so: without a loop that
+  // ends for it the dialogs of the next one would not wait for anybody.
+  QMetaObject::invokeMethod(
+      qApp, [] { QCoreApplication::exit(); }, Qt::QueuedConnection);
+  QApplication::exec();
 }
 
 bool WholeProgram::start() {

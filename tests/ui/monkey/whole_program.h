@@ -39,7 +39,7 @@ class WholeProgram {
   [[nodiscard]] const JobRunner& jobs() const { return program_->context().jobs; }
   [[nodiscard]] AcarsBrowser& acars() const;
   [[nodiscard]] HfdlBrowser& hfdl() const;
-  /// How many imports wrote a table, and how many lists were saved.
+  /// How many imports wrote a table, and how many lists were to be saved.
   [[nodiscard]] std::size_t imports() const;
   [[nodiscard]] std::size_t savedLists() const;
   void openRawLog(const std::string& registration) { web_->rawLogs().open(registration); }
