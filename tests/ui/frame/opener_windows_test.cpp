@@ -1,5 +1,6 @@
 #include <QTest>
 #include <filesystem>
+#include <fstream>
 
 #include <windows.h>
 #include <gtest/gtest.h>
@@ -64,7 +65,9 @@ class Opener : public testing::Test {
   /// working folder and the show command 0 in front of it.
   [[nodiscard]] std::string received() const {
     const fs::path out = folder_ / "out";
-    if (!QTest::qWaitFor([&] { return fileExists(out); }, 20'000)) return "nothing";
+    // While it is renamed into place, it is there and nobody else may open it.
+    const auto isReadable = [&] { return std::ifstream(out).is_open(); };
+    if (!QTest::qWaitFor(isReadable, 20'000)) return "nothing";
     const std::string bytes = test::readBytes(out);
     fs::remove(out);
     return bytes;
