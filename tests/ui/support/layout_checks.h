@@ -76,8 +76,9 @@ inline void expectNothingClipped(const QWidget& window) {
     const QSize needed = neededBy(*widget);
     EXPECT_GE(widget->height(), needed.height()) << nameOf(*widget);
     EXPECT_GE(widget->width(), needed.width()) << nameOf(*widget);
-    for (const QWidget* parent = widget->parentWidget(); parent != nullptr;
-         parent = parent->parentWidget()) {
+    // Up to its window, which may stand anywhere beside the one it belongs to.
+    for (const QWidget* parent = widget; !parent->isWindow();) {
+      parent = parent->parentWidget();
       const QRect place(widget->mapTo(parent, QPoint()), widget->size());
       EXPECT_TRUE(parent->rect().contains(place))
           << nameOf(*widget) << " leaves " << nameOf(*parent);

@@ -324,15 +324,15 @@ TEST_F(RawLogViewerTest, ItsPlaceIsTakenFromTheSettingsAndGivenBackOnClosing) {
   env.env_Form3_Top = 600;
   env.env_Form3_Left = 750;
   env.env_Form3_Height = 6000;
-  env.env_Form3_Width = 9000;
+  env.env_Form3_Width = 10500;
   writeRawLog("JA8089", rawLine("HDR", "ONE") + "\r\n");
   open("JA8089");
-  ASSERT_TRUE(waitFor([this] { return outerTwips(*viewer()) == QRect(750, 600, 9000, 6000); }));
+  ASSERT_TRUE(waitFor([this] { return outerTwips(*viewer()) == QRect(750, 600, 10500, 6000); }));
   // The place is kept up for a moment after the window was shown.
   ASSERT_TRUE(test::placesSettle());
   viewer()->move(80, 60);
-  viewer()->resize(620, 420);
-  ASSERT_TRUE(waitFor([this] { return viewer()->size() == QSize(620, 420); }));
+  viewer()->resize(720, 420);
+  ASSERT_TRUE(waitFor([this] { return viewer()->size() == QSize(720, 420); }));
   const QRect outer = viewer()->frameGeometry();
   press("Command2");
   EXPECT_EQ(env.env_Form3_Top, outer.y() * 15);
@@ -440,7 +440,7 @@ TEST_F(RawLogViewerTest, TheFramesFollowTheWindowsOuterSize) {
   writeRawLog("JA8089", rawLine("HDR", "ONE") + "\r\n");
   open("JA8089");
   ASSERT_TRUE(test::placesSettle());
-  for (const QSize size : {QSize(665, 554), QSize(900, 700), QSize(600, 300)}) {
+  for (const QSize size : {QSize(665, 554), QSize(900, 700), viewer()->minimumSize()}) {
     viewer()->resize(size);
     ASSERT_TRUE(waitFor([this, size] { return viewer()->size() == size; }));
     const QRect outer = outerTwips(*viewer());
