@@ -68,7 +68,12 @@ class LimitReporter : public benchmark::ConsoleReporter {
         if (time > 0) baseline = baseline > 0 ? std::min(baseline, time) : time;
       }
       const bool fixed = !inTurns && limit.baselines.empty();
-      if (measured <= 0 || (baseline <= 0 && !fixed)) continue;
+      if (measured <= 0 || (baseline <= 0 && !fixed)) {
+        // Nothing to hold it against: a filter left it out, or the clock is too coarse.
+        if (inTurns) kept = false;
+        std::printf("%-46s not measured\n", limit.benchmark.c_str());
+        continue;
+      }
       const double value = fixed ? measured * 1000 : measured / baseline;
       const bool good = value <= limit.most;
       kept = kept && good;
