@@ -129,6 +129,7 @@ TEST_F(WildUser, DoesNoHarm) {
     bytesAtLast = allocatedBytes();
     std::printf("round %zu: %zu KB in use, %zu descriptors\n", round + 1, bytesAtLast / 1024,
                 openDescriptors());
+    std::fflush(stdout);
     // What a library sets up when it is first used is no growth.
     if (round == kRounds / 2) {
       bytesAtFirst = bytesAtLast;
