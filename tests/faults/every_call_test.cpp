@@ -9,8 +9,11 @@
 #include <tuple>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
 #include "core/file.h"
 #include "core/program_files.h"
@@ -31,6 +34,7 @@ using test::TracedRun;
 using test::writeBytes;
 using testing::AnyOf;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr const char* kOldBackup = "the table before the last rewrite\r\n";
 
@@ -301,10 +305,27 @@ TEST_F(EveryCall, OfAnExportLeavesTheOldTrackOrTheNewOneInFull) {
 TEST(Traced, ACallOfWhichNothingIsKnownIsReported) {
   const TracedRun run = test::runTraced([] {
     int ends[2];
-    return ::pipe(ends);
+    return ::socketpair(AF_UNIX, SOCK_STREAM, 0, ends);
   });
   EXPECT_EQ(run.exitStatus, 0);
   EXPECT_FALSE(run.unknownCalls.empty());
+}
+
+TEST(Traced, WhatGoesThroughAPipeTouchesNoFile) {
+  const TracedRun run = test::runTraced([] {
+    int ends[2];
+    char byte = 'a';
+    if (::pipe2(ends, 0) != 0 || ::write(ends[1], &byte, 1) != 1) return 1;
+    if (::read(ends[0], &byte, 1) != 1 || ::close(ends[0]) != 0) return 1;
+    // The number is free for a file again.
+    const int file = ::open("/dev/null", O_RDONLY);
+    const bool isTheSame = file == ends[0];
+    if (::close(file) != 0 || ::close(ends[1]) != 0) return 1;
+    return isTheSame ? 0 : 2;
+  });
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_THAT(run.unknownCalls, IsEmpty());
+  EXPECT_THAT(run.fileCalls, ElementsAre("openat", "close"));
 }
 
 TEST(Traced, EveryKindOfFaultIsFelt) {

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <map>
 #include <optional>
+#include <set>
 #include <stdexcept>
 
 #include <sys/ptrace.h>
@@ -88,16 +89,36 @@ const std::map<long, const char*> kFileCalls = {
 
 // Memory, time, signals and the process itself.
 constexpr std::array kOtherCalls = {
-    SYS_brk,          SYS_clock_gettime, SYS_clock_nanosleep,
-    SYS_exit_group,   SYS_exit,          SYS_futex,
-    SYS_getegid,      SYS_geteuid,       SYS_getgid,
-    SYS_getpid,       SYS_getrandom,     SYS_gettid,
-    SYS_gettimeofday, SYS_getuid,        SYS_madvise,
-    SYS_mprotect,     SYS_mremap,        SYS_munmap,
-    SYS_nanosleep,    SYS_prlimit64,     SYS_restart_syscall,
-    SYS_rseq,         SYS_rt_sigaction,  SYS_rt_sigprocmask,
-    SYS_rt_sigreturn, SYS_sched_yield,   SYS_set_robust_list,
-    SYS_sigaltstack,  SYS_tgkill,
+    SYS_brk,
+    SYS_clock_gettime,
+    SYS_clock_nanosleep,
+    SYS_exit_group,
+    SYS_exit,
+    SYS_futex,
+    SYS_getegid,
+    SYS_geteuid,
+    SYS_getgid,
+    SYS_getpid,
+    SYS_getrandom,
+    SYS_gettid,
+    SYS_gettimeofday,
+    SYS_getuid,
+    SYS_madvise,
+    SYS_mprotect,
+    SYS_mremap,
+    SYS_munmap,
+    SYS_nanosleep,
+    SYS_pipe2,
+    SYS_prlimit64,
+    SYS_restart_syscall,
+    SYS_rseq,
+    SYS_rt_sigaction,
+    SYS_rt_sigprocmask,
+    SYS_rt_sigreturn,
+    SYS_sched_yield,
+    SYS_set_robust_list,
+    SYS_sigaltstack,
+    SYS_tgkill,
 };
 
 bool isOtherCall(long number) {
@@ -168,6 +189,14 @@ class Traced {
     if (ptrace(PTRACE_SETREGS, id_, nullptr, &registers) != 0) fail("registers");
   }
 
+  /// What its memory holds there.
+  [[nodiscard]] long word(unsigned long long address) const {
+    errno = 0;
+    const long value = ptrace(PTRACE_PEEKDATA, id_, address, nullptr);
+    if (errno != 0) fail("memory");
+    return value;
+  }
+
   void endIt() {
     kill(id_, SIGKILL);
     while (wait()) {
@@ -189,6 +218,31 @@ class Traced {
   pid_t id_;
   int status_ = 0;
   bool ended_ = false;
+};
+
+/// The ends of pipes that the process has. They are no files: UBSan writes into a
+/// pipe to learn whether memory can be read.
+class Pipes {
+ public:
+  /// After a call was made that has these registers.
+  void made(const Traced& process, const user_regs_struct& call) {
+    if (static_cast<long>(call.orig_rax) != SYS_pipe2) return;
+    if (static_cast<long>(process.registers().rax) != 0) return;
+    const auto both = static_cast<unsigned long>(process.word(call.rdi));
+    ends_.insert({both & 0xFFFFFFFF, both >> 32});
+  }
+
+  /// Whether a call that begins is on one of them; a close ends it.
+  bool has(const user_regs_struct& call) {
+    const long number = static_cast<long>(call.orig_rax);
+    if (number != SYS_read && number != SYS_write && number != SYS_close) return false;
+    if (!ends_.contains(call.rdi)) return false;
+    if (number == SYS_close) ends_.erase(call.rdi);
+    return true;
+  }
+
+ private:
+  std::set<unsigned long long> ends_;
 };
 
 // In the place of a call that is not to be made.
@@ -246,12 +300,14 @@ TracedRun runTraced(const std::function<int()>& work, const FaultAt& fault) {
   Traced process(work);
   process.begin();
   bool lives = true;
+  Pipes pipes;
   while (lives && process.toNextStop()) {
     const user_regs_struct registers = process.registers();
-    const std::optional<std::string> name = fileCall(registers);
+    const bool isOfPipe = pipes.has(registers);
+    const std::optional<std::string> name = isOfPipe ? std::nullopt : fileCall(registers);
     const long number = static_cast<long>(registers.orig_rax);
     const bool isAnonymous = number == SYS_mmap && !name;
-    if (!name && !isAnonymous && !isOtherCall(number)) {
+    if (!name && !isAnonymous && !isOfPipe && !isOtherCall(number)) {
       run.unknownCalls.push_back(std::to_string(number));
     }
     const bool isHere = name && fault.fault != Fault::none && run.fileCalls.size() == fault.call;
@@ -262,6 +318,7 @@ TracedRun runTraced(const std::function<int()>& work, const FaultAt& fault) {
     }
     // A process ends within the call that ends it.
     if (!lives || !process.toNextStop()) break;
+    pipes.made(process, registers);
     if (isHere) lives = atEnd(process, fault);
   }
   run.killed = WIFSIGNALED(process.status());
