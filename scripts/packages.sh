@@ -19,7 +19,7 @@ windows_packages=(
   g++-mingw-w64-x86-64-posix dpkg-dev make nasm tcl zip cmark-gfm
 )
 windows_test_packages=(
-  "${windows_packages[@]}" googletest wine wine64 xvfb unzip fonts-dejavu-core fonts-liberation
+  "${windows_packages[@]}" googletest wine wine64 xvfb xdotool unzip fonts-dejavu-core fonts-liberation
 )
 fuzz_packages=("${build_packages[@]}" clang libclang-rt-dev)
 # What builds the Debian package and tries it, beside the build packages.
