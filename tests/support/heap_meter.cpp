@@ -38,6 +38,19 @@ void* operator new(std::size_t size) {
 
 void* operator new[](std::size_t size) { return operator new(size); }
 
+// A sanitizer has ones of its own, which know nothing of the head.
+void* operator new(std::size_t size, const std::nothrow_t& /*unused*/) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& without) noexcept {
+  return operator new(size, without);
+}
+
 void operator delete(void* memory) noexcept {
   if (memory == nullptr) return;
   void* whole = static_cast<char*>(memory) - kHead;
