@@ -4,6 +4,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QDir>
+#include <QFileInfo>
 #include <QHeaderView>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -190,7 +191,10 @@ void useLooksOfEnvironment() {
 }
 
 Looks::Looks() : pictures_(qEnvironmentVariable("VEL_LOOKS_PICTURES")) {
-  if (!pictures_.isEmpty()) QDir().mkpath(pictures_);
+  if (pictures_.isEmpty()) return;
+  // On Windows a path without a drive means the current one, which a test may change.
+  pictures_ = QFileInfo(pictures_).absoluteFilePath();
+  QDir().mkpath(pictures_);
 }
 
 void Looks::keep(const char* name, const QImage& picture) const {
