@@ -1,5 +1,6 @@
 #include "tables/rewrite.h"
 
+#include <algorithm>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -185,7 +186,9 @@ class EditedCopy {
     }
     isWritten_[number] = true;
     if (!keepsOldKey_) return {.written = true, .text = record};
-    replacing_.assign(firstField).append(record.substr(record.find(',')));
+    // A record may be a key and nothing else.
+    replacing_.assign(firstField);
+    replacing_.append(record.substr(std::min(record.find(','), record.size())));
     return {.written = true, .text = replacing_};
   }
 

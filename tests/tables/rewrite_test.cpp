@@ -202,6 +202,12 @@ TEST_F(RewriteTest, AnEditedAirlineKeepsFieldOneAsItStandsInTheFile) {
             "L,NEW,New\r\nJL,JAL,Japan\r\n");
 }
 
+TEST_F(RewriteTest, AnAirlineOfNothingButItsKeyKeepsFieldOne) {
+  base_.writeData("letter.csv", {"JL,JAL,Japan", "CT,AAE,Atlanta"});
+  expectDone({.table = Table::letter, .key = "JL", .newRecord = "JL"});
+  EXPECT_EQ(base_.data("letter.csv"), "JL\r\nCT,AAE,Atlanta\r\n");
+}
+
 TEST_F(RewriteTest, CarriedBytesStayEvenWhereTheyAreNoText) {
   using namespace std::string_literals;
   const std::string damaged = "\xFF\x80,\x83\r\nA\0B,\0\r\n\xEE\xE0,\x83\x5C\r\n,\x82\r\n"s;
