@@ -55,7 +55,7 @@ TEST_F(ProgramStart, TheSplashShowsTheVersionAndAsksToWaitWhenLoadingBegins) {
     EXPECT_TRUE(wait.isVisible());
     EXPECT_FALSE(mainShown());
   });
-  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }, test::kPatience));
   EXPECT_TRUE(seen);
   EXPECT_EQ(splash(), nullptr);
 }
@@ -70,7 +70,7 @@ TEST_F(ProgramStart, TheSplashCountsTheRowsOfBothBrowsersDuringTheFirstRead) {
     if (splash() == nullptr) return;
     texts.push_back(test::control<QLabel>(*splash(), "Progress").text().toStdString());
   });
-  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }, test::kPatience));
   EXPECT_EQ(texts.front(), "");
   EXPECT_THAT(texts, Contains("FMT:120 LIST:358"));
 }
@@ -78,7 +78,7 @@ TEST_F(ProgramStart, TheSplashCountsTheRowsOfBothBrowsersDuringTheFirstRead) {
 TEST_F(ProgramStart, TheReadersAreCountedDownAndTheSplashCountsNoMore) {
   startBoth();
   EXPECT_EQ(program_->readsToEnd(), 2);
-  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }, test::kPatience));
   EXPECT_EQ(program_->readsToEnd(), 1);
   EXPECT_EQ(program_->stage(), Program::Stage::loaded);
   EXPECT_TRUE(program_->place().isRecording());
@@ -89,14 +89,14 @@ TEST_F(ProgramStart, ALogThatCannotBeReadIsCountedDownToo) {
   fs::permissions(base_.path(), fs::perms::all);
   const test::RefusedFile refused(base_.folders.logs / kLog, test::RefusedFile::Refuses::opening);
   startBoth();
-  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }, test::kPatience));
   EXPECT_THAT(desktop_.messages, ElementsAre("ERROR #70"));
   EXPECT_EQ(program_->readsToEnd(), 1);
 }
 
 TEST_F(ProgramStart, BothBrowsersLoadHiddenAndOnlyTheFirstIsShown) {
   startBoth();
-  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }, test::kPatience));
   auto* other = dynamic_cast<test::PlainBrowser*>(program_->otherWindow());
   ASSERT_NE(other, nullptr);
   EXPECT_THAT(other->loads, ElementsAre(false));
@@ -165,7 +165,7 @@ TEST_F(ProgramStart, AnEndedStartDoesNotLoadTheOtherBrowser) {
 
 TEST_F(ProgramStart, TheButtonOfTheOtherBrowserSwitchesAndCtrlTabToo) {
   startBoth();
-  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }));
+  ASSERT_TRUE(QTest::qWaitFor([this] { return mainShown(); }, test::kPatience));
   BrowserWindow& first = *program_->mainWindow();
   BrowserWindow& second = *program_->otherWindow();
   auto& toOther = test::control<QPushButton>(first, "Command11");
