@@ -28,9 +28,10 @@ namespace vel::test {
          "]\nJL0012 (JA8089)    [H1:3:M01A] MODE:2   \n" + std::string(body) + "\n\n";
 }
 
-/// Waits up to twenty seconds, letting events run.
+/// Waits up to two minutes, letting events run: half a million lines take a
+/// sanitizer on a busy machine that long.
 [[nodiscard]] inline bool waitFor(const std::function<bool()>& condition) {
-  return QTest::qWaitFor(condition, 20'000);
+  return QTest::qWaitFor(condition, 120'000);
 }
 
 /// A base folder, a program without browsers and the raw log viewer.
