@@ -1,6 +1,6 @@
 // Stands for the program that starts the service, to be killed by a test.
 //
-//   velweb_parent          starts velweb, writes its port and waits
+//   velweb_parent          starts velweb, writes its port and its number and waits
 //   velweb_parent held     the same, and another copy of itself, which inherits
 //                          the pipe's end, holds that open
 //   velweb_parent hold     is that other copy: waits
@@ -44,7 +44,8 @@ int main(int argc, char** argv) {
   }
   const vel::test::VelwebProcess velweb({});
   if (how == "held" && !startHolder(velweb.pipe())) return 1;
-  std::cout << velweb.port() << std::endl;
+  std::cout << velweb.port() << ' ' << GetProcessId(reinterpret_cast<HANDLE>(velweb.process()))
+            << std::endl;
   Sleep(kLongestWait);
   return 0;
 }

@@ -12,6 +12,10 @@
 
 namespace vel::test {
 
+/// What a test waits for at most, on however slow a machine, where only coming
+/// at all counts.
+constexpr std::chrono::seconds kLong(60);
+
 /// The built velweb, started on a free port of 127.0.0.1 and ended with the
 /// object. One implementation for each platform.
 class VelwebProcess {
@@ -29,6 +33,9 @@ class VelwebProcess {
 
   /// The most memory that it had at once, in bytes.
   [[nodiscard]] std::size_t mostMemory() const;
+
+  /// The process as the system has it: its number, or its handle.
+  [[nodiscard]] std::intptr_t process() const { return process_; }
 
   /// How many files and sockets it has open.
   [[nodiscard]] std::size_t openFiles() const;

@@ -50,8 +50,7 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
   ::close(output[1]);
   pipe_ = input[1];
   char c = 0;
-  while (readableWithin(output[0], milliseconds(10'000)) && ::read(output[0], &c, 1) == 1 &&
-         c != '\n') {
+  while (readableWithin(output[0], kLong) && ::read(output[0], &c, 1) == 1 && c != '\n') {
     line_ += c;
   }
   // Whatever comes after the line would be in the way of the program.
@@ -64,7 +63,7 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
 
 VelwebProcess::~VelwebProcess() {
   closePipe();
-  if (process_ > 0 && !endsWithin(milliseconds(5000))) {
+  if (process_ > 0 && !endsWithin(kLong)) {
     ::kill(static_cast<pid_t>(process_), SIGKILL);
     ::waitpid(static_cast<pid_t>(process_), nullptr, 0);
   }

@@ -94,7 +94,7 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
     CloseHandle(made.hThread);
     process_ = reinterpret_cast<std::intptr_t>(made.hProcess);
     char c = 0;
-    while (readByte(output, c, milliseconds(10'000)) && c != '\n') {
+    while (readByte(output, c, kLong) && c != '\n') {
       if (c != '\r') line_ += c;
     }
     // Whatever comes after the line would be in the way of the program.
@@ -108,7 +108,7 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
 VelwebProcess::~VelwebProcess() {
   closePipe();
   if (process_ == -1) return;
-  if (!endsWithin(milliseconds(5000))) TerminateProcess(toHandle(process_), 3);
+  if (!endsWithin(kLong)) TerminateProcess(toHandle(process_), 3);
   CloseHandle(toHandle(process_));
 }
 
