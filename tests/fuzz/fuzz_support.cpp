@@ -103,8 +103,13 @@ std::string get(const std::filesystem::path& file) {
 }
 
 Encoding encodingOf(std::string_view name) {
-  if (name == "UTF-8" || name == "windows-1252") return *Encoding::named(std::string(name));
-  return Encoding::codePage932();
+  // Held open: the system would load its converters for each input anew.
+  static const Encoding kCodePage932 = Encoding::codePage932();
+  static const Encoding kUtf8 = *Encoding::named("UTF-8");
+  static const Encoding kWesternEuropean = *Encoding::named("windows-1252");
+  if (name == kUtf8.name()) return kUtf8;
+  if (name == kWesternEuropean.name()) return kWesternEuropean;
+  return kCodePage932;
 }
 
 bool isUtf8(std::string_view text) {

@@ -26,9 +26,9 @@ int times(int all) { return std::getenv("VEL_LONG_USE") != nullptr ? all : all /
 
 constexpr int kLongEnough = 60'000;
 
-class LongUse : public testing::Test {
+class LongUseOfStarts : public testing::Test {
  protected:
-  LongUse() {
+  LongUseOfStarts() {
     makeStation(folders_);
     writeBytes(folders_.program / "vel.env", "\"env_Config\",1\r\n");
     // What the program tells is read and put away.
@@ -39,6 +39,28 @@ class LongUse : public testing::Test {
     reader_.start(1);
   }
 
+  /// Does it once and again, then as often as is meant: what is in use then is
+  /// within a twentieth of what was after the first times.
+  void repeat(const char* name, int count, const std::function<void()>& act) {
+    const int first = std::max(2, count / 10);
+    for (int i = 0; i < first; ++i) act();
+    const std::size_t bytes = allocatedBytes();
+    const std::size_t descriptors = openDescriptors();
+    for (int i = first; i < first + count; ++i) act();
+    const std::size_t bytesAfter = allocatedBytes();
+    std::printf("%s, %d times: %zu KB, then %zu KB; %zu descriptors, then %zu\n", name, count,
+                bytes / 1024, bytesAfter / 1024, descriptors, openDescriptors());
+    EXPECT_LE(bytesAfter, bytes + bytes / 20);
+    EXPECT_LE(openDescriptors(), descriptors + descriptors / 20);
+  }
+
+  TemporaryFolder folder_;
+  Folders folders_ = Folders::of(folder_ / "station" / "vel");
+  QTimer reader_;
+};
+
+class LongUse : public LongUseOfStarts {
+ protected:
   void SetUp() override { ASSERT_TRUE(program_.start()); }
 
   static void press(const QWidget& window, const char* name) {
@@ -94,26 +116,18 @@ class LongUse : public testing::Test {
     EXPECT_TRUE(closed) << "nothing opened";
   }
 
-  /// Does it once and again, then as often as is meant: what is in use then is
-  /// within a twentieth of what was after the first times.
-  void repeat(const char* name, int count, const std::function<void()>& act) {
-    const int first = std::max(2, count / 10);
-    for (int i = 0; i < first; ++i) act();
-    const std::size_t bytes = allocatedBytes();
-    const std::size_t descriptors = openDescriptors();
-    for (int i = first; i < first + count; ++i) act();
-    const std::size_t bytesAfter = allocatedBytes();
-    std::printf("%s, %d times: %zu KB, then %zu KB; %zu descriptors, then %zu\n", name, count,
-                bytes / 1024, bytesAfter / 1024, descriptors, openDescriptors());
-    EXPECT_LE(bytesAfter, bytes + bytes / 20);
-    EXPECT_LE(openDescriptors(), descriptors + descriptors / 20);
-  }
-
-  TemporaryFolder folder_;
-  Folders folders_ = Folders::of(folder_ / "station" / "vel");
   WholeProgram program_{folders_};
-  QTimer reader_;
 };
+
+TEST_F(LongUseOfStarts, StartingAndEnding) {
+  repeat("starts", times(500), [&] {
+    WholeProgram program(folders_);
+    ASSERT_TRUE(program.start());
+    while (!program.jobs().isIdle()) QCoreApplication::processEvents();
+    EXPECT_TRUE(program.acars().close());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return program.hasEnded(); }, kLongEnough));
+  });
+}
 
 TEST_F(LongUse, SwitchingBetweenTheBrowsers) {
   repeat("switches", times(200), [&] {
