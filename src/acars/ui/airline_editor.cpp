@@ -36,9 +36,9 @@ AirlineEditor::AirlineEditor(const TableEditing& editing, IsLineSelected isLineS
       tr("Company name, where letter.csv has a fourth field\n会社名（letter.csvに4項目ある場合）"),
       enter_);
 
-  // A code is seen whole, whatever the letters' size.
-  threeLetter_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("ABC")) +
-                                kCodeMargins);
+  // A code is seen whole, whatever the letters' size and font.
+  const int codeWidth = fontMetrics().horizontalAdvance(QStringLiteral("ABC")) + kCodeMargins;
+  threeLetter_->setMinimumWidth(qMax(codeWidth, threeLetter_->minimumSizeHint().width()));
   auto* grid = new QGridLayout(this);
   grid->setContentsMargins(6, 1, 6, 3);
   grid->setHorizontalSpacing(4);
