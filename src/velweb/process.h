@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,8 +14,11 @@ namespace vel {
 
 /// From now on the process ends with the program that started it: when the pipe
 /// that is its standard input ends, also where that program is killed, and where
-/// a third program holds the pipe's other end open.
-void endWithParent();
+/// a third program holds the pipe's other end open. Before it ends it calls
+/// `close`, once and from another thread, and waits for that a moment at most.
+void endWithParent(std::function<void()> close);
+
+constexpr std::chrono::seconds kLongestClose(2);
 
 /// Never returns.
 [[noreturn]] void waitForever();

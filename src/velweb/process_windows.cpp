@@ -1,6 +1,9 @@
 #include <array>
 #include <cstdlib>
+#include <memory>
+#include <mutex>
 #include <thread>
+#include <utility>
 
 #include <windows.h>
 #include <shellapi.h>
@@ -39,6 +42,26 @@ HANDLE parentProcess() {
   return nullptr;
 }
 
+/// Ends this process, in whichever thread comes to it first.
+class End {
+ public:
+  explicit End(std::function<void()> close) : close_(std::move(close)) {}
+
+  void operator()() {
+    const std::lock_guard lock(mutex_);
+    std::thread([] {
+      std::this_thread::sleep_for(kLongestClose);
+      TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
+    }).detach();
+    close_();
+    TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::function<void()> close_;
+};
+
 }  // namespace
 
 std::vector<std::string> processArguments(int, const char* const*) {
@@ -51,14 +74,17 @@ std::vector<std::string> processArguments(int, const char* const*) {
   return arguments;
 }
 
-void endWithParent() {
+// Wine's server goes on serving the sockets of a process that was killed while it
+// waited for them, and takes a whole processor for it: they are closed first.
+void endWithParent(std::function<void()> close) {
+  const auto end = std::make_shared<End>(std::move(close));
   if (HANDLE parent = parentProcess(); parent != nullptr) {
-    std::thread([parent] {
+    std::thread([parent, end] {
       WaitForSingleObject(parent, INFINITE);
-      TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
+      (*end)();
     }).detach();
   }
-  std::thread([] {
+  std::thread([end] {
     std::array<char, 64> ignored{};
     DWORD count = 0;
     HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
@@ -66,7 +92,7 @@ void endWithParent() {
                0 &&
            count > 0) {
     }
-    TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
+    (*end)();
   }).detach();
 }
 

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -51,8 +52,8 @@ int run(const VelwebOptions& options) {
   const VelwebService service(folders, encoding->name(), options.host);
   ClientLimits limits;
   limits.request = std::chrono::seconds(options.timeoutSeconds);
-  HttpServer server(service, limits);
-  const int port = server.listen(options.host, options.port);
+  auto server = std::make_unique<HttpServer>(service, limits);
+  const int port = server->listen(options.host, options.port);
   if (port < 0) {
     return fail("cannot listen on " + options.host + " port " + std::to_string(options.port));
   }
@@ -62,7 +63,7 @@ int run(const VelwebOptions& options) {
       std::fflush(stdout) != 0) {
     return EXIT_FAILURE;
   }
-  if (options.parentPipe) endWithParent();
+  if (options.parentPipe) endWithParent([&server] { server.reset(); });
   waitForever();
 }
 
