@@ -26,6 +26,8 @@ struct Number {
 std::optional<Number> numberIn(std::string_view text) {
   Number number;
   bool digitSeen = false;
+  // Any number of blanks may stand in front.
+  std::size_t wholeDigits = 0;
   for (const char c : text) {
     if (c == '.') {
       if (number.hasPoint || !digitSeen) return std::nullopt;
@@ -33,11 +35,12 @@ std::optional<Number> numberIn(std::string_view text) {
     } else if (isDigit(c) || (c == ' ' && !digitSeen)) {
       digitSeen = digitSeen || isDigit(c);
       (number.hasPoint ? number.decimals : number.whole) += c == ' ' ? '0' : c;
+      wholeDigits += digitSeen && !number.hasPoint ? 1 : 0;
     } else {
       return std::nullopt;
     }
   }
-  if (!digitSeen || number.whole.size() > 15 || number.decimals.size() > 15) return std::nullopt;
+  if (!digitSeen || wholeDigits > 15 || number.decimals.size() > 15) return std::nullopt;
   return number;
 }
 
