@@ -18,6 +18,7 @@ namespace vel {
 /// `close`, once and from another thread, and waits for that a moment at most.
 void endWithParent(std::function<void()> close);
 
+/// That moment.
 constexpr std::chrono::seconds kLongestClose(2);
 
 /// Never returns.
