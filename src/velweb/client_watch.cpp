@@ -8,7 +8,16 @@ constexpr std::chrono::milliseconds kLook(100);
 }  // namespace
 
 ClientWatch::ClientWatch(const ClientLimits& limits)
-    : limits_(limits), thread_([this](const std::stop_token& stop) { watch(stop); }) {}
+    : limits_(limits), thread_([this] { watch(); }) {}
+
+ClientWatch::~ClientWatch() {
+  {
+    const std::lock_guard lock(mutex_);
+    closed_ = true;
+  }
+  woken_.notify_one();
+  thread_.join();
+}
 
 void ClientWatch::began(Key client, sockets::Socket socket) {
   const std::lock_guard lock(mutex_);
@@ -49,9 +58,9 @@ bool ClientWatch::isOverLimit(const Client& client, Clock::time_point now) const
   return client.bodyBytes < static_cast<std::size_t>(seconds) * limits_.bodyBytesPerSecond;
 }
 
-void ClientWatch::watch(const std::stop_token& stop) {
+void ClientWatch::watch() {
   std::unique_lock lock(mutex_);
-  while (!stop.stop_requested()) {
+  while (!closed_) {
     const Clock::time_point now = Clock::now();
     for (const auto& [key, client] : clients_) {
       // The connection's own thread sees the end and closes the socket; where
@@ -64,7 +73,7 @@ void ClientWatch::watch(const std::stop_token& stop) {
         sockets::shutDown(client.socket, false);
       }
     }
-    woken_.wait_for(lock, stop, kLook, [] { return false; });
+    woken_.wait_for(lock, kLook, [this] { return closed_; });
   }
 }
 

@@ -22,7 +22,7 @@ class ClientWatch {
   explicit ClientWatch(const ClientLimits& limits);
   ClientWatch(const ClientWatch&) = delete;
   ClientWatch& operator=(const ClientWatch&) = delete;
-  ~ClientWatch() = default;
+  ~ClientWatch();
 
   void began(Key client, sockets::Socket socket);
   void sentHeader(Key client);
@@ -44,13 +44,16 @@ class ClientWatch {
   };
 
   [[nodiscard]] bool isOverLimit(const Client& client, Clock::time_point now) const;
-  void watch(const std::stop_token& stop);
+  void watch();
 
   ClientLimits limits_;
   std::mutex mutex_;
-  std::condition_variable_any woken_;
+  // A flag and no stop token: taking a token's callback back is a wait that GCC's
+  // library for Windows may never be woken from.
+  std::condition_variable woken_;
+  bool closed_ = false;
   std::map<Key, Client> clients_;
-  std::jthread thread_;
+  std::thread thread_;
 };
 
 }  // namespace vel

@@ -89,10 +89,16 @@ MHD_Result send(MHD_Connection* connection, const WebResponse& answer) {
 class HttpServer::Workers {
  public:
   Workers() {
-    for (std::size_t i = 0; i < kWorkers; ++i) {
-      threads_.emplace_back([this](const std::stop_token& stop) { work(stop); });
+    try {
+      for (std::size_t i = 0; i < kWorkers; ++i) threads_.emplace_back([this] { work(); });
+    } catch (...) {
+      close();
+      throw;
     }
   }
+  Workers(const Workers&) = delete;
+  Workers& operator=(const Workers&) = delete;
+  ~Workers() { close(); }
 
   // False after close().
   bool add(std::function<void()> task) {
@@ -111,16 +117,18 @@ class HttpServer::Workers {
       const std::lock_guard lock(mutex_);
       closed_ = true;
     }
+    woken_.notify_all();
+    for (std::thread& thread : threads_) thread.join();
     threads_.clear();
   }
 
  private:
-  void work(const std::stop_token& stop) {
+  void work() {
     while (true) {
       std::function<void()> task;
       {
         std::unique_lock lock(mutex_);
-        woken_.wait(lock, stop, [this] { return !tasks_.empty(); });
+        woken_.wait(lock, [this] { return closed_ || !tasks_.empty(); });
         if (tasks_.empty()) return;
         task = std::move(tasks_.front());
         tasks_.pop_front();
@@ -130,10 +138,10 @@ class HttpServer::Workers {
   }
 
   std::mutex mutex_;
-  std::condition_variable_any woken_;
+  std::condition_variable woken_;
   std::deque<std::function<void()>> tasks_;
   bool closed_ = false;
-  std::vector<std::jthread> threads_;
+  std::vector<std::thread> threads_;
 };
 
 class HttpServer::Daemon {

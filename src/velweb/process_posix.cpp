@@ -18,9 +18,9 @@ std::vector<std::string> processArguments(int argc, const char* const* argv) {
 // The system closes the other end of the pipe even when that program is killed.
 // Where a third program holds that end open, the process has another parent
 // then.
-void endWithParent(std::function<void()> close) {
+void whenParentEnds(std::function<void()> ended) {
   const pid_t parent = ::getppid();
-  std::thread([parent, close = std::move(close)] {
+  std::thread([parent, ended = std::move(ended)] {
     constexpr int kLookMilliseconds = 1000;
     std::array<char, 64> ignored{};
     while (::getppid() == parent) {
@@ -30,14 +30,11 @@ void endWithParent(std::function<void()> close) {
       const ssize_t count = ::read(STDIN_FILENO, ignored.data(), ignored.size());
       if (count == 0 || (count < 0 && errno != EINTR && errno != EAGAIN)) break;
     }
-    std::thread([] {
-      std::this_thread::sleep_for(kLongestClose);
-      std::_Exit(EXIT_SUCCESS);
-    }).detach();
-    close();
-    std::_Exit(EXIT_SUCCESS);
+    ended();
   }).detach();
 }
+
+void endAtOnce() { std::_Exit(EXIT_SUCCESS); }
 
 void waitForever() {
   while (true) ::pause();

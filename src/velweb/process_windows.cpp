@@ -1,7 +1,5 @@
 #include <array>
 #include <cstdlib>
-#include <memory>
-#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -42,26 +40,6 @@ HANDLE parentProcess() {
   return nullptr;
 }
 
-/// Ends this process, in whichever thread comes to it first.
-class End {
- public:
-  explicit End(std::function<void()> close) : close_(std::move(close)) {}
-
-  void operator()() {
-    const std::lock_guard lock(mutex_);
-    std::thread([] {
-      std::this_thread::sleep_for(kLongestClose);
-      TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
-    }).detach();
-    close_();
-    TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
-  }
-
- private:
-  std::mutex mutex_;
-  std::function<void()> close_;
-};
-
 }  // namespace
 
 std::vector<std::string> processArguments(int, const char* const*) {
@@ -74,17 +52,14 @@ std::vector<std::string> processArguments(int, const char* const*) {
   return arguments;
 }
 
-// Wine's server goes on serving the sockets of a process that was killed while it
-// waited for them, and takes a whole processor for it: they are closed first.
-void endWithParent(std::function<void()> close) {
-  const auto end = std::make_shared<End>(std::move(close));
+void whenParentEnds(std::function<void()> ended) {
   if (HANDLE parent = parentProcess(); parent != nullptr) {
-    std::thread([parent, end] {
+    std::thread([parent, ended] {
       WaitForSingleObject(parent, INFINITE);
-      (*end)();
+      ended();
     }).detach();
   }
-  std::thread([end] {
+  std::thread([ended = std::move(ended)] {
     std::array<char, 64> ignored{};
     DWORD count = 0;
     HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
@@ -92,8 +67,13 @@ void endWithParent(std::function<void()> close) {
                0 &&
            count > 0) {
     }
-    (*end)();
+    ended();
   }).detach();
+}
+
+void endAtOnce() {
+  TerminateProcess(GetCurrentProcess(), EXIT_SUCCESS);
+  std::abort();
 }
 
 void waitForever() {

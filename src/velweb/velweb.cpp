@@ -63,6 +63,8 @@ int run(const VelwebOptions& options) {
       std::fflush(stdout) != 0) {
     return EXIT_FAILURE;
   }
+  // Wine's server goes on serving the sockets of a process that ended while it
+  // waited for them, and takes a whole processor for it: they are closed first.
   if (options.parentPipe) endWithParent([&server] { server.reset(); });
   waitForever();
 }

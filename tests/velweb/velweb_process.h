@@ -20,8 +20,10 @@ constexpr std::chrono::seconds kLong(60);
 /// object. One implementation for each platform.
 class VelwebProcess {
  public:
-  /// Starts it with --parent-pipe and these options besides.
-  explicit VelwebProcess(const std::vector<std::string>& options);
+  /// Starts it, or a program in its place, with --parent-pipe and these options
+  /// besides.
+  explicit VelwebProcess(const std::vector<std::string>& options,
+                         const std::string& program = VEL_VELWEB);
   VelwebProcess(const VelwebProcess&) = delete;
   VelwebProcess& operator=(const VelwebProcess&) = delete;
   ~VelwebProcess();

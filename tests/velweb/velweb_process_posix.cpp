@@ -30,11 +30,11 @@ bool readableWithin(int descriptor, milliseconds most) {
 
 }  // namespace
 
-VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
+VelwebProcess::VelwebProcess(const std::vector<std::string>& options, const std::string& program) {
   std::array<int, 2> input{};
   std::array<int, 2> output{};
   if (::pipe2(input.data(), O_CLOEXEC) != 0 || ::pipe2(output.data(), O_CLOEXEC) != 0) return;
-  std::vector<std::string> words = {VEL_VELWEB, "--parent-pipe"};
+  std::vector<std::string> words = {program, "--parent-pipe"};
   words.insert(words.end(), options.begin(), options.end());
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());
@@ -42,7 +42,7 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
   const pid_t child = ::fork();
   if (child == 0) {
     if (::dup2(input[0], STDIN_FILENO) < 0 || ::dup2(output[1], STDOUT_FILENO) < 0) ::_exit(126);
-    ::execv(VEL_VELWEB, arguments.data());
+    ::execv(program.c_str(), arguments.data());
     ::_exit(127);
   }
   process_ = child;

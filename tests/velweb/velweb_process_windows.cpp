@@ -62,7 +62,7 @@ bool socketsBegun() {
 
 }  // namespace
 
-VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
+VelwebProcess::VelwebProcess(const std::vector<std::string>& options, const std::string& program) {
   SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
   HANDLE childInput = nullptr;
   HANDLE input = nullptr;
@@ -75,7 +75,7 @@ VelwebProcess::VelwebProcess(const std::vector<std::string>& options) {
     ADD_FAILURE() << "no pipes: " << GetLastError();
     return;
   }
-  std::wstring command = quoted(VEL_VELWEB) + L" --parent-pipe";
+  std::wstring command = quoted(program) + L" --parent-pipe";
   for (const std::string& option : options) command += L' ' + quoted(option);
   STARTUPINFOW start{};
   start.cb = sizeof start;

@@ -317,6 +317,15 @@ TEST_F(PatientVelweb, EndsWhenItsParentClosesThePipe) {
   EXPECT_EQ(velweb_.status(), 0);
 }
 
+TEST(VelwebEnd, IsNotHeldUpByConnectionsThatDoNotClose) {
+  test::VelwebProcess stuck({}, VEL_STUCK_SERVICE);
+  ASSERT_EQ(stuck.port(), 1);
+  EXPECT_FALSE(stuck.endsWithin(milliseconds(0)));
+  stuck.closePipe();
+  EXPECT_TRUE(stuck.endsWithin(test::kLong));
+  EXPECT_EQ(stuck.status(), 0);
+}
+
 TEST_F(RunningVelweb, NobodyListensOnceItHasEnded) {
   test::RawClient open(velweb_.port());
   open.send("GET / HT");
