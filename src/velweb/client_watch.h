@@ -48,8 +48,8 @@ class ClientWatch {
 
   ClientLimits limits_;
   std::mutex mutex_;
-  // A flag and no stop token: taking a token's callback back is a wait that GCC's
-  // library for Windows may never be woken from.
+  // A flag and no stop token: to take a token's callback back is a wait from which
+  // GCC's library for Windows may wake nobody.
   std::condition_variable woken_;
   bool closed_ = false;
   std::map<Key, Client> clients_;
